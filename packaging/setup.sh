@@ -1,0 +1,56 @@
+#!/usr/bin/env bash
+# Installs what a set of tasks needs, and only what is missing: setup.sh build [desktop] [checks]. Says on standard error what
+# it does. On systems without apt it names what is missing and ends with 1.
+set -euo pipefail
+
+build=(g++ cmake ninja-build ccache pkg-config python3 qt6-base-dev libqt6svg6-dev qt6-qpa-plugins libgl-dev libegl-dev
+    libxcb1-dev libxcb-xinput-dev libxcb-xtest0-dev libxcb-xkb-dev libxcb-randr0-dev libxkbcommon-dev libxkbcommon-x11-dev
+    xkb-data libgtest-dev libgmock-dev fonts-ebgaramond fonts-lato fonts-noto-color-emoji)
+desktop=(xvfb openbox picom dbus dbus-x11 xdotool xclip imagemagick x11-utils xauth gnome-keyring)
+checks=(clang-format clang-tidy git tzdata)
+bench=(libbenchmark-dev)
+
+wanted=()
+for set in "$@"; do
+    case $set in
+        build | desktop | checks | bench) declare -n list=$set && wanted+=("${list[@]}") ;;
+        *) echo "setup: unknown set '$set' (build, desktop, checks, bench)" >&2 && exit 2 ;;
+    esac
+done
+
+if ! command -v apt-get >/dev/null || ! command -v dpkg-query >/dev/null; then
+    missing=()
+    for tool in g++ cmake ninja pkg-config python3; do command -v "$tool" >/dev/null || missing+=("$tool"); done
+    for module in xcb xcb-xinput xcb-xtest xcb-xkb xkbcommon xkbcommon-x11; do
+        pkg-config --exists "$module" 2>/dev/null || missing+=("$module")
+    done
+    if ((${#missing[@]})); then
+        echo "setup: no apt here; please install by hand: ${missing[*]} (and Qt 6.4 or newer with Svg, GoogleTest)" >&2
+        exit 1
+    fi
+    exit 0
+fi
+
+missing=()
+for package in "${wanted[@]}"; do
+    [[ $(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null || true) == installed ]] || missing+=("$package")
+done
+((${#missing[@]})) || exit 0
+
+as_root=()
+if ((EUID != 0)); then
+    if ! command -v sudo >/dev/null; then
+        echo "setup: neither root nor sudo; please install: ${missing[*]}" >&2
+        exit 1
+    fi
+    as_root=(sudo)
+fi
+echo "setup: installing ${missing[*]}" >&2
+log=$(mktemp)
+trap 'rm -f "$log"' EXIT
+if ! { "${as_root[@]}" apt-get update && "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+    apt-get install -y --no-install-recommends "${missing[@]}"; } >"$log" 2>&1; then
+    tail -n 20 "$log" >&2
+    echo "setup: the installation failed" >&2
+    exit 1
+fi

@@ -1,0 +1,31 @@
+#pragma once
+// Observation of keys. Global monitors see the keys that go to other applications, local ones those that go to Vantor's own
+// windows; one key reaches one kind only. Keys that Vantor posted itself reach none. Main thread.
+
+#include <cstdint>
+#include <functional>
+
+#include "platform/Keys.h"
+#include "platform/Subscription.h"
+
+namespace vantor {
+
+using KeyEventMask = std::uint32_t;
+
+[[nodiscard]] constexpr KeyEventMask maskOf(KeyEventType type) {
+    return KeyEventMask{1} << static_cast<unsigned>(type);
+}
+
+class KeyMonitors {
+public:
+    enum class Passing { passOn, swallow };
+    using GlobalHandler = std::function<void(const KeyEvent&)>;
+    using LocalHandler = std::function<Passing(const KeyEvent&)>;
+
+    virtual ~KeyMonitors() = default;
+    // Handlers run in the order of their registration; the end of the subscription removes the monitor.
+    virtual Subscription addGlobalMonitor(KeyEventMask mask, GlobalHandler handler) = 0;
+    virtual Subscription addLocalMonitor(KeyEventMask mask, LocalHandler handler) = 0;
+};
+
+}  // namespace vantor

@@ -1,0 +1,48 @@
+#pragma once
+// The one vocabulary for keys on every platform: virtual key codes 0 to 127 and modifier flags, with the values of the
+// system that Vantor was made for (HIToolbox Events.h for the codes, CGEventTypes.h for the flags). Plain values, any thread.
+
+#include <cstdint>
+#include <string>
+
+namespace vantor {
+
+using KeyCode = std::uint16_t;
+using ModifierFlags = std::uint32_t;
+
+inline constexpr KeyCode keyCodeCount = 128;
+
+namespace modifier {
+inline constexpr ModifierFlags nonCoalesced = 0x100;
+inline constexpr ModifierFlags capsLock = 0x10000;
+inline constexpr ModifierFlags shift = 0x20000;
+inline constexpr ModifierFlags control = 0x40000;
+inline constexpr ModifierFlags option = 0x80000;
+inline constexpr ModifierFlags command = 0x100000;
+inline constexpr ModifierFlags numericPad = 0x200000;
+inline constexpr ModifierFlags function = 0x800000;
+}  // namespace modifier
+
+// Values are event types and, shifted, the bits of a monitor's mask.
+enum class KeyEventType : std::uint8_t { keyDown = 10, keyUp = 11, flagsChanged = 12 };
+
+struct KeyEvent {
+    KeyEventType type = KeyEventType::keyDown;
+    KeyCode keyCode = 0;
+    ModifierFlags flags = 0;
+    // What the key gives with no modifier applied, UTF-8; empty when it gives nothing.
+    std::string charactersWithoutModifiers;
+
+    bool operator==(const KeyEvent&) const = default;
+};
+
+// One synthetic event: a key going down or up, with the flags that the event itself carries where a platform has such.
+struct PostedKey {
+    KeyCode keyCode = 0;
+    ModifierFlags flags = 0;
+    bool down = true;
+
+    bool operator==(const PostedKey&) const = default;
+};
+
+}  // namespace vantor

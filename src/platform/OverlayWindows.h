@@ -1,0 +1,22 @@
+#pragma once
+// Gives a toolkit window the nature that floats over a game. Main thread; the window exists natively and is not yet mapped.
+
+#include <cstdint>
+
+namespace vantor {
+
+using NativeWindow = std::uintptr_t;  // the toolkit's window id: an X window, an NSView pointer
+
+enum class WindowNature {
+    overlay,        // maps without the focus, takes it on a click
+    nonActivating,  // never takes the focus
+    popup,          // takes the focus when it is shown
+};
+
+class OverlayWindows {
+public:
+    virtual ~OverlayWindows() = default;
+    virtual void prepare(NativeWindow window, WindowNature nature) = 0;
+};
+
+}  // namespace vantor

@@ -1,0 +1,29 @@
+#pragma once
+// The desktop's applications: which one is frontmost, what it is called, and the way back to it. Main thread.
+
+#include <chrono>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "platform/Subscription.h"
+
+namespace vantor {
+
+class Workspace {
+public:
+    // The identifier of the frontmost application; empty when there is none or it has none.
+    using FrontmostHandler = std::function<void(const std::string& identifier)>;
+
+    virtual ~Workspace() = default;
+    // Calls the handler once before it returns, then at every change.
+    virtual Subscription observeFrontmostApplication(FrontmostHandler handler) = 0;
+    [[nodiscard]] virtual std::optional<std::string> displayName(const std::string& identifier) const = 0;
+    // Hands the keyboard focus to the application that had it before Vantor, with Vantor's windows left in place. Does
+    // nothing when no window of Vantor has the focus. Never waits.
+    virtual void hideAndUnhideWithoutActivation() = 0;
+    // Waits until no window of Vantor has the focus, dispatching nothing meanwhile. False when the time ran out.
+    virtual bool awaitFocusReturned(std::chrono::milliseconds atMost) = 0;
+};
+
+}  // namespace vantor

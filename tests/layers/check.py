@@ -1,0 +1,74 @@
+#!/usr/bin/env python3
+"""Who may include whom: holds every #include below src/ against the rooms' rules. The build guards the same by what each
+room links; this also catches headers that are reachable by chance."""
+
+import re
+import sys
+from pathlib import Path
+
+SOURCE = Path(__file__).resolve().parents[2] / "src"
+CORE_QT = re.compile(
+    r"Q(ByteArray\w*|String\w*|Json\w*|TextBoundaryFinder|Char|Url\w*|Locale|DateTime|Date|Time|TimeZone|File|SaveFile|"
+    r"Dir|Latin1\w*|Utf8StringView|AnyStringView|TextStream|Io\w*|IODevice|List|Map|Hash|Set|Vector\w*|Regular\w*|Coll\w*|"
+    r"CommandLine\w*|Variant|StandardPaths|CoreApplication|Debug|tGlobal)$")
+# room: the rooms that it may include besides itself and the seam
+RULES = {
+    "platform": set(),
+    "data": set(),
+    "timers": {"data"},
+    "input": {"data"},
+    "browser": set(),
+    "app": {"data", "timers", "input", "browser"},
+    "app/cli": {"app", "data", "timers", "input"},
+    "ui": set(),
+    "timers/view": {"timers", "data", "ui"},
+    "app/view": {"app", "data", "timers", "input", "browser", "ui", "timers/view"},
+    "platform/qt": set(),
+    "platform/linux": set(),
+    "platform/fake": set(),
+}
+WIDGET_ROOMS = {"ui", "timers/view", "app/view", "platform/qt"}
+TOOLKIT_FREE = {"platform"}
+X11_ROOMS = {"platform/linux"}
+
+
+def room_of(path: str) -> str:
+    parts = path.split("/")[:-1]
+    return "/".join(parts)
+
+
+def main() -> int:
+    faults = []
+    for file in sorted(SOURCE.rglob("*")):
+        if file.suffix not in {".h", ".cpp", ".mm"} or file.parent == SOURCE:
+            continue
+        here = room_of(file.relative_to(SOURCE).as_posix())
+        if here not in RULES:
+            faults.append(f"{file}: no rules for the room {here}")
+            continue
+        for number, line in enumerate(file.read_text().splitlines(), 1):
+            where = f"{file.relative_to(SOURCE)}:{number}"
+            if re.match(r"\s*#\s*if(n?def)?\b.*(__linux__|__APPLE__|_WIN32|Q_OS_)", line):
+                faults.append(f"{where}: the operating system is asked for outside main.cpp")
+            found = re.match(r'\s*#\s*include\s+([<"])([^>"]+)[>"]', line)
+            if not found:
+                continue
+            kind, name = found.groups()
+            if kind == '"':
+                there = room_of(name)
+                if there not in {here, "platform"} and there not in RULES[here]:
+                    faults.append(f"{where}: {here} may not include {name}")
+            elif name.startswith("Q"):
+                if "/" in name:
+                    faults.append(f"{where}: include {name} without its module's folder")
+                elif here in TOOLKIT_FREE:
+                    faults.append(f"{where}: the seam includes no toolkit header")
+                elif here not in WIDGET_ROOMS | {"platform/linux", "platform/fake"} and not CORE_QT.match(name):
+                    faults.append(f"{where}: {here} includes {name}, which is no text, file or JSON class")
+            elif re.match(r"(xcb|X11|xkbcommon)/", name) and here not in X11_ROOMS:
+                faults.append(f"{where}: X11 outside platform/linux")
+    print("\n".join(faults) if faults else "layers: every include points down")
+    return 1 if faults else 0
+
+
+sys.exit(main())
