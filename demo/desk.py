@@ -1,0 +1,267 @@
+"""A player's hands and eyes for the tour and the scenarios: starts programs in the private desktop, presses keys, looks at
+windows, and waits for conditions, never for a time."""
+
+import contextlib
+import json
+import os
+import re
+import subprocess
+import sys
+import tempfile
+import threading
+import time
+from pathlib import Path
+
+import web_service
+
+DEMO = Path(__file__).resolve().parent
+PATIENCE = 10.0
+SETTINGS = {
+    "general.windowToggleEvent": "⌃ + ⇧ + T",
+    "general.actionCamToggleEvent": "H",
+    "general.pasteClipoard": "true",
+}
+HOTKEY = ("Control_L", "Shift_L", "t")
+PASTE_KEYS = ("Super_L", "v")
+CAMERA_KEY = "H"
+ROLES = {"Vantor": "main", "Vantor icon": "icon", "Vantor emotes": "emoji", "Vantor watched events": "watched"}
+SUPER_CODE = 133  # X key code of the left Super key
+
+
+def enter_private_desktop():
+    """Starts this program again in a private desktop, unless it runs in one."""
+    if "VANTOR_PRIVATE_DESKTOP" not in os.environ:
+        script = str(DEMO / "private_desktop.sh")
+        os.execv(script, [script, sys.executable, *sys.argv])
+
+
+def wait_until(condition, patience=PATIENCE):
+    """What the condition gave, as soon as it is true; its last answer when the time is over."""
+    deadline = time.monotonic() + patience
+    while True:
+        result = condition()
+        if result or time.monotonic() > deadline:
+            return result
+        time.sleep(0.02)
+
+
+class Report:
+    """Prints each finding as a line and counts."""
+
+    def __init__(self):
+        self.passed = 0
+        self.failed = 0
+
+    def check(self, holds, text, detail=""):
+        if holds:
+            self.passed += 1
+            print(f"ok {text}", flush=True)
+        else:
+            self.failed += 1
+            print(f"FAILED {text}{': ' + str(detail) if detail != '' else ''}", flush=True)
+        return bool(holds)
+
+
+class Program:
+    """A child process that dies with us; its lines are kept."""
+
+    def __init__(self, *command, environment=None):
+        self.lines = []
+        self.process = subprocess.Popen(
+            ["setpriv", "--pdeathsig", "KILL", "--", *map(str, command)], env={**os.environ, **(environment or {})},
+            stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, errors="replace")
+        self.pid = self.process.pid
+        threading.Thread(target=self._read, daemon=True).start()
+
+    def _read(self):
+        for line in self.process.stdout:
+            self.lines.append(line.rstrip("\n"))
+
+    def line(self, pattern, patience=PATIENCE):
+        """The first line that the pattern matches, waited for."""
+        return wait_until(lambda: next((each for each in list(self.lines) if re.search(pattern, each)), None), patience)
+
+    def alive(self):
+        return self.process.poll() is None
+
+    def end(self):
+        if self.alive():
+            self.process.terminate()
+            try:
+                self.process.wait(PATIENCE)
+            except subprocess.TimeoutExpired:
+                self.process.kill()
+        return self.process.wait()
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.end()
+
+
+class Game(Program):
+    """The stand-in game, or with another class any application; what it was given is read from its record."""
+
+    def __init__(self, binary, folder, *, scene="dark", window_class=None, size=None):
+        handle, name = tempfile.mkstemp(suffix=".jsonl", dir=folder)
+        os.close(handle)
+        self.record_file = Path(name)
+        options = ["--scene", scene, "--record", self.record_file]
+        options += ["--class", window_class] if window_class else []
+        options += ["--size", size] if size else []
+        super().__init__(binary, *options)
+        ready = self.line(r"^ready 0x")
+        if not ready:
+            raise RuntimeError(f"the stand-in game does not start: {self.lines}")
+        self.window = int(ready.split()[1], 16)
+
+    def record(self, since=0):
+        lines = self.record_file.read_text().split("\n")[:-1]
+        return [json.loads(line) for line in lines[since:]]
+
+    def keys(self, since=0, down=True):
+        return [event for event in self.record(since) if event["event"] == "key" and event["down"] == down]
+
+    def presses(self, key, since=0):
+        return sum(1 for event in self.keys(since) if event["key"] == key)
+
+    def typed(self, since=0):
+        return "".join(event["text"] for event in self.keys(since))
+
+    def after_paste_keys(self):
+        """Presses the paste hotkey; the record's length once the game has seen the keys come up. What follows is pasted."""
+        seen = len(self.record())
+        press(*PASTE_KEYS)
+        wait_until(lambda: any(event["code"] == SUPER_CODE for event in self.keys(seen, down=False)))
+        return len(self.record())
+
+    def has_focus(self):
+        return active_window() == self.window
+
+    def keys_are_up(self):
+        """Every key that went down has come up again."""
+        held = set()
+        for event in self.record():
+            if event["event"] == "key":
+                (held.add if event["down"] else held.discard)(event["code"])
+        return not held
+
+
+class WebService(Program):
+    def __init__(self, fault="none", delay=5.0):
+        super().__init__(sys.executable, DEMO / "web_service.py", "--fault", fault, "--delay", delay)
+        line = self.line(r"^port \d+")
+        if not line:
+            raise RuntimeError(f"the stand-in web service does not start: {self.lines}")
+        self.host = f"http://127.0.0.1:{line.split()[1]}"
+
+
+class Vantor(Program):
+    """The program itself, with settings of its own and a given host for the web API."""
+
+    def __init__(self, binary, host, folder, *, key=web_service.VALID_KEY, settings=None):
+        self.binary = binary
+        self.environment = {"XDG_CONFIG_HOME": tempfile.mkdtemp(prefix="settings.", dir=folder), "VANTOR_API_HOST": host}
+        store(binary, self.environment, {**SETTINGS, **(settings or {})}, key)
+        super().__init__(binary, environment=self.environment)
+
+    def windows(self):
+        """The geometry of the windows that are on the screen, by role."""
+        return {ROLES.get(name, name): geometry for name, geometry in visible_windows(self.pid).items()}
+
+    def overlay_shown(self):
+        return "main" in self.windows()
+
+    def unexpected_lines(self, *expected):
+        return [line for line in self.lines if line and not any(re.search(pattern, line) for pattern in expected)]
+
+
+def store(binary, environment, settings, key):
+    """Writes settings as a player would; the key goes by standard input, so that no argument shows it."""
+    arguments = [str(binary)]
+    for name, value in settings.items():
+        arguments += ["--set", f"{name}={value}"]
+    environment = {**os.environ, **environment}
+    subprocess.run(arguments, env=environment, check=True, timeout=PATIENCE)
+    subprocess.run([str(binary), "--set", "api.key=-"], env=environment, check=True, timeout=PATIENCE, input=key, text=True)
+
+
+def ask(*command):
+    return subprocess.run(command, capture_output=True, text=True, timeout=PATIENCE).stdout.strip()
+
+
+def press(*chord):
+    """Holds all but the last key, presses the last, and lets go in the reverse order, as a hand does."""
+    held = [word for key in chord[:-1] for word in ("keydown", key)]
+    released = [word for key in reversed(chord[:-1]) for word in ("keyup", key)]
+    subprocess.run(["xdotool", *held, "key", chord[-1], *released], check=True, timeout=PATIENCE)
+
+
+def click(x, y):
+    subprocess.run(["xdotool", "mousemove", "--sync", str(x), str(y), "click", "1"], check=True, timeout=PATIENCE)
+
+
+def park_pointer():
+    subprocess.run(["xdotool", "mousemove", "1340", "800"], check=True, timeout=PATIENCE)
+
+
+def activate(window):
+    subprocess.run(["xdotool", "windowactivate", str(window)], check=True, timeout=PATIENCE)
+
+
+def active_window():
+    answer = ask("xdotool", "getactivewindow")
+    return int(answer) if answer.isdigit() else None
+
+
+def visible_windows(pid):
+    """Name and geometry of a process's mapped windows."""
+    windows = {}
+    for window in ask("xdotool", "search", "--onlyvisible", "--pid", str(pid)).split():
+        name = ask("xdotool", "getwindowname", window)
+        shell = dict(re.findall(r"^(\w+)=(-?\d+)$", ask("xdotool", "getwindowgeometry", "--shell", window), re.M))
+        if "WIDTH" in shell:
+            windows[name] = tuple(int(shell[key]) for key in ("X", "Y", "WIDTH", "HEIGHT"))
+    return windows
+
+
+@contextlib.contextmanager
+def clipboard(text):
+    """Owns the clipboard while it lasts."""
+    owner = subprocess.Popen(["setpriv", "--pdeathsig", "KILL", "--", "xclip", "-quiet", "-selection", "clipboard"],
+                             stdin=subprocess.PIPE, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    owner.stdin.write(text.encode())
+    owner.stdin.close()
+    wait_until(lambda: ask("xclip", "-o", "-selection", "clipboard") == text.strip())
+    try:
+        yield
+    finally:
+        owner.kill()
+        owner.wait()
+
+
+def pixels(x, y, width, height):
+    """What the screen shows there, three bytes for each point."""
+    return subprocess.run(["import", "-silent", "-window", "root", "-crop", f"{width}x{height}+{x}+{y}", "-depth", "8", "rgb:-"],
+                          capture_output=True, check=True, timeout=PATIENCE).stdout
+
+
+def picture(file):
+    file = Path(file)
+    file.parent.mkdir(parents=True, exist_ok=True)
+    subprocess.run(["import", "-silent", "-window", "root", str(file)], check=True, timeout=PATIENCE)
+    return file.exists() and file.stat().st_size > 1000
+
+
+def settled_pixels(x, y, width, height):
+    """The screen's part once two looks in a row agree, as they do within the second between the timers' turns."""
+    last = pixels(x, y, width, height)
+
+    def same():
+        nonlocal last
+        before, last = last, pixels(x, y, width, height)
+        return before == last
+
+    wait_until(same)
+    return last

@@ -1,0 +1,89 @@
+#!/usr/bin/env bash
+# Runs a command in a desktop of its own: private_desktop.sh COMMAND [ARGUMENT...]. X server, bus, keyring, window manager and
+# compositor are made for it and end with it; settings, data and runtime folders are temporary. Its status is the command's.
+set -euo pipefail
+top=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+(($#)) || { echo "usage: private_desktop.sh COMMAND [ARGUMENT...]" >&2; exit 2; }
+geometry=${VANTOR_DESKTOP_GEOMETRY:-1360x820x24}
+
+home=$(mktemp -d "${TMPDIR:-/tmp}/vantor-desktop.XXXXXX")
+chmod 700 "$home"
+started=()
+tear_down() {
+    local status=$?
+    trap - EXIT INT TERM HUP
+    local at
+    for ((at = ${#started[@]} - 1; at >= 0; --at)); do
+        kill -TERM "${started[at]}" 2>/dev/null || true
+        wait "${started[at]}" 2>/dev/null || true
+    done
+    rm -rf "$home"
+    exit "$status"
+}
+trap tear_down EXIT
+trap 'exit 130' INT
+trap 'exit 143' TERM HUP
+
+# Starts a process that dies with this shell, even if the shell is killed.
+start() {
+    local log=$1
+    shift
+    setpriv --pdeathsig KILL -- "$@" >>"$home/$log.log" 2>&1 &
+    started+=($!)
+}
+# Waits until a condition holds, for ten seconds at most.
+await() {
+    local what=$1 tries
+    shift
+    for ((tries = 0; tries < 500; ++tries)); do
+        "$@" >/dev/null 2>&1 && return 0
+        read -rt 0.02 <> <(:) || true
+    done
+    echo "private_desktop: no $what after ten seconds" >&2
+    cat "$home"/*.log >&2 || true
+    exit 1
+}
+
+mkdir -m 700 "$home/run" "$home/config" "$home/data" "$home/cache"
+export XDG_RUNTIME_DIR=$home/run XDG_CONFIG_HOME=$home/config XDG_DATA_HOME=$home/data XDG_CACHE_HOME=$home/cache
+export XAUTHORITY=$home/xauthority NO_AT_BRIDGE=1 VANTOR_PRIVATE_DESKTOP=1
+unset DISPLAY WAYLAND_DISPLAY DBUS_SESSION_BUS_ADDRESS SESSION_MANAGER QT_QPA_PLATFORM
+
+cookie=$(mcookie)
+touch "$XAUTHORITY"
+xauth -q -f "$XAUTHORITY" add ":0" . "$cookie"
+mkfifo "$home/display"
+exec {display}<>"$home/display"
+start xvfb Xvfb -displayfd "$display" -screen 0 "$geometry" -nolisten tcp -noreset -auth "$XAUTHORITY" +extension Composite
+read -rt 20 number <&"$display" || { cat "$home/xvfb.log" >&2; echo "private_desktop: the X server does not start" >&2; exit 1; }
+exec {display}>&-
+export DISPLAY=:$number
+xauth -q -f "$XAUTHORITY" add "$DISPLAY" . "$cookie"
+
+# A bus without service folders starts nothing that we did not.
+cat >"$home/bus.conf" <<EOF
+<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
+ "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
+<busconfig><type>session</type><listen>unix:path=$home/run/bus</listen><auth>EXTERNAL</auth>
+<policy context="default"><allow send_destination="*" eavesdrop="true"/><allow eavesdrop="true"/><allow own="*"/></policy>
+</busconfig>
+EOF
+start bus dbus-daemon --nofork --nopidfile --config-file="$home/bus.conf"
+await "bus" test -S "$home/run/bus"
+export DBUS_SESSION_BUS_ADDRESS=unix:path=$home/run/bus
+
+if command -v gnome-keyring-daemon >/dev/null; then
+    printf 'private' >"$home/password"
+    start keyring sh -c 'exec gnome-keyring-daemon --foreground --unlock --components=secrets <"$1"' sh "$home/password"
+    await "keyring" sh -c 'dbus-send --session --print-reply --dest=org.freedesktop.DBus /org/freedesktop/DBus \
+        org.freedesktop.DBus.NameHasOwner string:org.freedesktop.secrets | grep -q "boolean true"'
+fi
+start openbox openbox --sm-disable --config-file "$top/openbox.xml"
+await "window manager" sh -c 'xprop -root _NET_SUPPORTING_WM_CHECK | grep -q "window id"'
+start picom picom --config /dev/null --backend xrender --no-fading-openclose
+await "compositor" sh -c 'xwininfo -root -tree | grep -qi picom'
+
+set +e
+setpriv --pdeathsig TERM -- "$@" &
+started+=($!)
+wait "${started[-1]}"

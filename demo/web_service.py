@@ -1,0 +1,150 @@
+#!/usr/bin/env python3
+"""The stand-in for the game's public web API: answers from the files in demo/web-api/, on this machine only.
+
+Prints "port N" when it answers, then one line for each request; keys never appear in it. Faults can be set at the start
+(--fault) and while it runs (GET /fault/KIND; "none" ends it). A fault concerns the paths below /v2/ only.
+"""
+
+import argparse
+import json
+import sys
+import threading
+from http.server import BaseHTTPRequestHandler, ThreadingHTTPServer
+from pathlib import Path
+from urllib.parse import parse_qs, urlsplit
+
+FILES = Path(__file__).resolve().parent / "web-api"
+VALID_KEY = "11111111-AAAA-4AAA-8AAA-111111111111"
+REVOKED_KEY = "22222222-BBBB-4BBB-8BBB-222222222222"
+WITHOUT_PROGRESSION_KEY = "33333333-CCCC-4CCC-8CCC-333333333333"
+PROGRESSION_FIELDS = ("fractal_level", "daily_ap", "monthly_ap", "wvw_rank")
+# slow: the whole answer after --delay seconds; hang: no answer while the service lives; shape: JSON of another form
+FAULTS = ("none", "slow", "empty", "garbage", "shape", "close", "hang", "status500")
+PLAIN_LISTS = {"/v2/dailycrafting": "dailycrafting", "/v2/worldbosses": "worldbosses", "/v2/mapchests": "mapchests"}
+
+
+def sample(name):
+    return json.loads((FILES / f"{name}.json").read_text())
+
+
+def by_ids(records, query):
+    """The web API's rule for ids: 206 when some are unknown, 404 when all are."""
+    if "ids" not in query:
+        return 200, [record["id"] for record in records]
+    wanted = query["ids"][0].split(",")
+    if wanted != ["all"]:
+        if len(wanted) > 200:
+            return 400, {"text": "id list too long; this endpoint is limited to 200 ids at once"}
+        found = [record for record in records if str(record["id"]) in wanted]
+        if not found:
+            return 404, {"text": "all ids provided are invalid"}
+        return (200 if len(found) == len(wanted) else 206), found
+    return 200, records
+
+
+def answer(path, query, key):
+    """Status and JSON document of one request."""
+    if path in ("/v2/account", "/v2/account/achievements"):
+        if key not in (VALID_KEY, WITHOUT_PROGRESSION_KEY):
+            return 401, sample("error_invalid_key")
+        if path == "/v2/account":
+            account = sample("account")
+            if key == WITHOUT_PROGRESSION_KEY:
+                account = {name: value for name, value in account.items() if name not in PROGRESSION_FIELDS}
+            return 200, account
+        if key == WITHOUT_PROGRESSION_KEY:
+            return 403, sample("error_missing_scope")
+        return 200, sample("account_achievements")
+    if path in PLAIN_LISTS:
+        return 200, sample(PLAIN_LISTS[path])
+    if path == "/v2/achievements":
+        return by_ids(sample("achievements"), query)
+    if path == "/v2/achievements/categories":
+        return by_ids([sample("achievements_categories_261")], query)
+    return 404, {"text": "no such endpoint"}
+
+
+class Handler(BaseHTTPRequestHandler):
+    protocol_version = "HTTP/1.1"
+
+    def do_GET(self):
+        parts = urlsplit(self.path)
+        query = parse_qs(parts.query)
+        if parts.path.startswith("/fault/"):
+            return self.change_fault(parts.path.removeprefix("/fault/"))
+        key = query.get("access_token", [""])[0]
+        if self.headers.get("Authorization", "").startswith("Bearer "):
+            key = self.headers["Authorization"].removeprefix("Bearer ")
+        fault = self.server.fault
+        status, document = answer(parts.path, query, key)
+        body = json.dumps(document).encode()
+        if fault == "slow":
+            self.server.stopping.wait(self.server.delay)
+        elif fault == "empty":
+            body = b""
+        elif fault == "garbage":
+            body = b"<html><body>This is not the page that you are looking for"
+        elif fault == "shape":
+            body = b'{"achievements": []}'
+        elif fault == "status500":
+            status, body = 500, b'{"text": "internal error"}'
+        self.note(parts.path, fault if fault in ("close", "hang") else status, key)
+        if fault == "hang":
+            self.server.stopping.wait()
+        if fault in ("close", "hang"):
+            self.close_connection = True
+            return None
+        return self.send(status, body)
+
+    def change_fault(self, kind):
+        if kind not in FAULTS:
+            return self.send(404, b'{"text": "no such fault"}')
+        self.server.fault = kind
+        return self.send(200, b"{}")
+
+    def send(self, status, body):
+        self.send_response(status)
+        self.send_header("Content-Type", "application/json; charset=utf-8")
+        self.send_header("Content-Length", str(len(body)))
+        self.end_headers()
+        self.wfile.write(body)
+
+    def note(self, path, outcome, key):
+        names = {VALID_KEY: "valid", REVOKED_KEY: "revoked", WITHOUT_PROGRESSION_KEY: "no progression", "": "none"}
+        print(f"{self.command} {path} {outcome} (key: {names.get(key, 'unknown')})", flush=True)
+
+    def log_message(self, *_):
+        """The base class would print the whole request line, the key in it."""
+
+
+class Service(ThreadingHTTPServer):
+    daemon_threads = True
+
+    def __init__(self, port, fault="none", delay=5.0):
+        super().__init__(("127.0.0.1", port), Handler)
+        self.fault = fault
+        self.delay = delay
+        self.stopping = threading.Event()
+
+    def handle_error(self, request, client_address):
+        """A client that went away is no fault of ours; anything else is."""
+        if not isinstance(sys.exc_info()[1], ConnectionError):
+            super().handle_error(request, client_address)
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("--port", type=int, default=0, help="0 takes a free one")
+    parser.add_argument("--fault", choices=FAULTS, default="none")
+    parser.add_argument("--delay", type=float, default=5.0, help="seconds that a slow answer takes")
+    arguments = parser.parse_args()
+    service = Service(arguments.port, arguments.fault, arguments.delay)
+    print(f"port {service.server_address[1]}", flush=True)
+    try:
+        service.serve_forever()
+    except KeyboardInterrupt:
+        service.stopping.set()
+
+
+if __name__ == "__main__":
+    main()

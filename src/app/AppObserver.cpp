@@ -1,0 +1,124 @@
+#include "app/AppObserver.h"
+
+#include <chrono>
+#include <utility>
+
+#include "app/HotkeyDispatcher.h"
+
+namespace vantor {
+
+namespace {
+
+// So that Command and V are up before the typing starts.
+constexpr std::chrono::milliseconds pasteDelay{600};
+constexpr std::size_t addAppMenuItemPosition = 0;
+
+}  // namespace
+
+AppObserver::AppObserver(Needs needs)
+    : needs_(std::move(needs)),
+      focus_(needs_.workspace, needs_.data.defaults),
+      data_(needs_.data),
+      clipboardManager_(needs_.keyboardLayout, needs_.keyPoster, needs_.keyMonitors, needs_.workspace, needs_.pause) {
+    data_.start();
+    window_ = needs_.makeWindow(AppWindowName::main, *this);
+    icon_ = needs_.makeWindow(AppWindowName::icon, *this);
+    icon_->orderFront();
+    emojiWindow_ = needs_.makeWindow(AppWindowName::emoji, *this);
+    emojiWindow_->orderFront();
+    observationToken_ = needs_.workspace.observeFrontmostApplication(
+        [this](const std::string& identifier) { setCurrentApplication(identifier); });
+    watchedEventsWindow_ = needs_.makeWindow(AppWindowName::watchedEvents, *this);
+    watchedEventsWindow_->orderFront();
+    registerKeyMonitors();
+    // The first notice of the desktop came before the last window was there.
+    updateWindows();
+}
+
+AppObserver::~AppObserver() {
+    watchedEventsWindow_.reset();
+    emojiWindow_.reset();
+    icon_.reset();
+    window_.reset();
+}
+
+void AppObserver::setCurrentApplication(const std::string& identifier) {
+    focus_.setCurrentApplication(identifier);
+    addAppMenuItemTitle_ = focus_.menuTitle();
+    needs_.statusItem.setTitle(addAppMenuItemPosition, addAppMenuItemTitle_);
+    updateWindows();
+}
+
+void AppObserver::updateWindows() {
+    for (const WindowStep& step : windowPlan(focus_.isCurrentApplicationEnabled(), visible_)) perform(step);
+}
+
+void AppObserver::toggleApp() {
+    focus_.toggleCurrentApplication();
+    setCurrentApplication(focus_.curApp().value_or(""));
+}
+
+void AppObserver::closePressed() { setVisible(false); }
+
+void AppObserver::iconPressed() { setVisible(!visible_); }
+
+void AppObserver::openOverlay() { setVisible(true); }
+
+void AppObserver::setVisible(bool visible) {
+    visible_ = visible;
+    updateWindows();
+}
+
+void AppObserver::dispatch(const KeyEvent& event) {
+    const HotkeyDecision decision = decideHotkey(
+        event, visible_, [this] { return focus_.isCurrentApplicationEnabled(); }, needs_.data.defaults);
+    switch (decision.action) {
+        case HotkeyAction::none: break;
+        case HotkeyAction::paste: pasteClipboard(); break;
+        case HotkeyAction::close: setVisible(false); break;
+        case HotkeyAction::toggle: setVisible(!visible_); break;
+    }
+    if (decision.replayCamera) replayActionCamera();
+}
+
+void AppObserver::pasteClipboard() {
+    needs_.pause.wait(pasteDelay);
+    (void)clipboardManager_.typeString(needs_.pasteboard.text());
+}
+
+void AppObserver::replayActionCamera() {
+    const std::string keys = actionCameraText(needs_.data.defaults);
+    if (!keys.empty()) clipboardManager_.pressReadableKeys(keys);
+}
+
+void AppObserver::perform(const WindowStep& step) {
+    if (step.kind == WindowStep::Kind::handFocusBack) return needs_.workspace.hideAndUnhideWithoutActivation();
+    AppWindow* const window = find(step.window);
+    if (!window) return;
+    if (step.kind == WindowStep::Kind::orderOut) return window->orderOut();
+    // A window that comes up must not show the times of another zone.
+    data_.followZone();
+    window->orderFront();
+}
+
+AppWindow* AppObserver::find(AppWindowName name) const {
+    switch (name) {
+        case AppWindowName::main: return window_.get();
+        case AppWindowName::icon: return icon_.get();
+        case AppWindowName::emoji: return emojiWindow_.get();
+        case AppWindowName::watchedEvents: return watchedEventsWindow_.get();
+    }
+    return nullptr;
+}
+
+void AppObserver::registerKeyMonitors() {
+    globalKeyUp_ = needs_.keyMonitors.addGlobalMonitor(maskOf(KeyEventType::keyUp),
+                                                       [this](const KeyEvent& event) { dispatch(event); });
+    globalKeyDown_ = needs_.keyMonitors.addGlobalMonitor(maskOf(KeyEventType::keyDown), [](const KeyEvent&) {});
+    localKeyUp_ = needs_.keyMonitors.addLocalMonitor(maskOf(KeyEventType::keyUp), [this](const KeyEvent& event) {
+        dispatch(event);
+        return KeyMonitors::Passing::passOn;
+    });
+}
+
+}  // namespace vantor

@@ -1,0 +1,66 @@
+#include "app/GameData.h"
+
+#include <utility>
+
+namespace vantor {
+
+namespace {
+
+LoaderContext contextOf(const GameData::Needs& needs) {
+    return {needs.queue, needs.session, needs.defaults, needs.printLine};
+}
+
+}  // namespace
+
+GameData::GameData(const Needs& needs)
+    : defaults_(needs.defaults),
+      mainThread_(needs.mainThread),
+      eventsSections_(contextOf(needs), "EventsSection", needs.hosts.staticFiles + "/events.json", false, true),
+      feed_(needs.clock, needs.defaults, needs.stop, [this] { announceLater(); }),
+      beasts_(contextOf(needs), "BeastCategory", needs.hosts.staticFiles + "/categories/beasts.json", false, true),
+      eventsAchievementsCompletition_(contextOf(needs), "AchievementCompletition",
+                                      needs.hosts.api + "/v2/account/achievements", true, true),
+      bestiaryCompletition_(contextOf(needs), "AchievementCompletition", needs.hosts.api + "/v2/account/achievements", true,
+                            true),
+      allCompletedAchievements_(contextOf(needs), "AchievementCompletition", needs.hosts.api + "/v2/account/achievements",
+                                true, true),
+      dailyCraft_(contextOf(needs), "String", needs.hosts.api + "/v2/dailycrafting", false, true),
+      dailyBoss_(contextOf(needs), "String", needs.hosts.api + "/v2/worldbosses", false, true),
+      dailyChest_(contextOf(needs), "String", needs.hosts.api + "/v2/mapchests", false, true),
+      raids_(contextOf(needs), "Raid", needs.hosts.api + "/v2/raids?ids=all", false, true),
+      weeklyFractals_(contextOf(needs), "AchievementCategory", needs.hosts.api + "/v2/achievements/categories?ids=261", false,
+                      true),
+      achievements_(contextOf(needs), "Achievement", needs.hosts.api + "/v2/achievements", false, true),
+      account_(contextOf(needs), "Account", needs.hosts.api + "/v2/account", true, false),
+      chain_(needs.queue,
+             {allCompletedAchievements_, eventsSections_, beasts_, eventsAchievementsCompletition_, bestiaryCompletition_},
+             [this](const auto& sections, const auto& progress) { return feed_.compute(sections, progress); }) {
+    eventsSections_.onChange([this] { announceLater(); });
+    allCompletedAchievements_.onChange([this] { announceLater(); });
+}
+
+void GameData::start() {
+    startedWithKey_ = hasKey();
+    chain_.start();
+}
+
+void GameData::followZone() {
+    if (feed_.zoneChanged()) chain_.recompute();
+}
+
+GameData::State GameData::state() const {
+    if (feed_.timeline()) return State::ready;
+    if (!hasKey()) return State::noKey;
+    if (!startedWithKey_) return State::keyIsNew;
+    const bool waiting =
+        allCompletedAchievements_.snapshot().activeRequests > 0 || eventsSections_.snapshot().activeRequests > 0;
+    return waiting ? State::loading : State::failed;
+}
+
+bool GameData::hasKey() const { return !defaults_.get<std::string>(settings::apiKey).value_or("").empty(); }
+
+void GameData::announceLater() {
+    mainThread_.post([changed = changed_] { changed->announce(); });
+}
+
+}  // namespace vantor

@@ -1,0 +1,88 @@
+#pragma once
+// The loaders of everything that comes over the web, and the chain that fills them at start. The object belongs to the main
+// thread; the records live on the session queue, whose last task it outlives.
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "app/Notice.h"
+#include "app/TimelineFeed.h"
+#include "data/Catalogue.h"
+#include "data/DataChain.h"
+#include "data/JsonFetchable.h"
+#include "data/WebApi.h"
+#include "platform/MainThread.h"
+
+namespace vantor {
+
+struct Hosts {
+    std::string api;          // the game's public web API
+    std::string staticFiles;  // where the maker's catalogue lies
+};
+
+class GameData {
+public:
+    struct Needs {
+        Defaults& defaults;
+        UrlSession& session;
+        TaskQueue& queue;
+        MainThread& mainThread;
+        const Clock& clock;
+        Hosts hosts;
+        std::function<void(const std::string& line)> printLine;  // queue
+        TimelineFeed::Stop stop;                                 // queue
+    };
+
+    // Why there is a timeline, or none.
+    enum class State {
+        ready,
+        noKey,
+        keyIsNew,  // set after the start, where the one load begins
+        loading,
+        failed,
+    };
+
+    explicit GameData(const Needs& needs);
+
+    // The one load of a run.
+    void start();
+    // The timeline again from what is loaded; nothing is fetched. Call it when the player asks for it.
+    void reloadEvents() { chain_.recompute(); }
+    // The timeline again if the zone's offset is another one than it was computed with.
+    void followZone();
+
+    [[nodiscard]] State state() const;
+    [[nodiscard]] std::shared_ptr<const Timeline> timeline() const { return feed_.timeline(); }
+    // On the main thread, after a change of the timeline or of the state.
+    Subscription observe(Notice::Handler handler) { return changed_->observe(std::move(handler)); }
+
+private:
+    [[nodiscard]] bool hasKey() const;
+    void announceLater();
+
+    const Defaults& defaults_;
+    MainThread& mainThread_;
+    // Shared with what is posted to the main thread and not yet run.
+    std::shared_ptr<Notice> changed_ = std::make_shared<Notice>();
+    bool startedWithKey_ = false;
+
+    JsonFetchable<EventsSection> eventsSections_;
+    TimelineFeed feed_;
+    JsonFetchable<BeastCategory> beasts_;
+    JsonFetchable<AchievementCompletition> eventsAchievementsCompletition_;
+    JsonFetchable<AchievementCompletition> bestiaryCompletition_;
+    JsonFetchable<AchievementCompletition> allCompletedAchievements_;
+    JsonFetchable<std::string> dailyCraft_;
+    JsonFetchable<std::string> dailyBoss_;
+    JsonFetchable<std::string> dailyChest_;
+    JsonFetchable<Raid> raids_;
+    JsonFetchable<AchievementCategory> weeklyFractals_;
+    std::vector<Achievement> weeklyFractalAchievements_;
+    JsonFetchable<Achievement> achievements_;
+    JsonFetchable<Account> account_;
+    DataChain chain_;
+};
+
+}  // namespace vantor

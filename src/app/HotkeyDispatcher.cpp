@@ -1,0 +1,35 @@
+#include "app/HotkeyDispatcher.h"
+
+#include <QString>
+
+#include "data/SettingKeys.h"
+#include "input/ReadableKeyText.h"
+
+namespace vantor {
+namespace {
+
+constexpr KeyCode escapeKey = 53;
+constexpr KeyCode vKey = 9;
+
+}  // namespace
+
+HotkeyDecision decideHotkey(const KeyEvent& event, bool visible, const std::function<bool()>& isApplicationEnabled,
+                            const Defaults& defaults) {
+    if (event.keyCode == escapeKey) return {HotkeyAction::close, visible};
+
+    const bool commandV = event.keyCode == vKey && (event.flags & modifier::command) != 0;
+    if (commandV && !visible && isApplicationEnabled() && defaults.get<bool>(settings::pasteClipboard).value_or(false))
+        return {HotkeyAction::paste, false};
+
+    const std::string text = readableKeyText(event);
+    const bool toggles = defaults.get<std::string>(settings::windowToggleEvent) == text ||
+                         defaults.get<std::string>(settings::windowToggleSecondaryEvent) == text;
+    return toggles ? HotkeyDecision{HotkeyAction::toggle, true} : HotkeyDecision{};
+}
+
+std::string actionCameraText(const Defaults& defaults) {
+    const auto stored = defaults.get<std::string>(settings::actionCamToggleEvent);
+    return stored ? QString::fromStdString(*stored).trimmed().toStdString() : std::string();
+}
+
+}  // namespace vantor

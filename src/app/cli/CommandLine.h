@@ -1,0 +1,107 @@
+#pragma once
+// What the arguments ask for, as a plain value. Pure; any thread.
+
+#include <functional>
+#include <optional>
+#include <span>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "app/cli/Moment.h"
+
+namespace vantor {
+
+inline constexpr int usageStatus = 2;
+
+struct StartProgram {
+    bool operator==(const StartProgram&) const = default;
+};
+struct ShowHelp {
+    bool operator==(const ShowHelp&) const = default;
+};
+struct ShowVersion {
+    bool operator==(const ShowVersion&) const = default;
+};
+struct RunDoctor {
+    bool operator==(const RunDoctor&) const = default;
+};
+struct PrintTimeline {
+    bool json = false;
+    bool windowOnly = false;
+    std::optional<std::string> catalogueFile{};  // nothing: the embedded one
+    std::optional<Moment> now{};                 // nothing: the clock's
+
+    bool operator==(const PrintTimeline&) const = default;
+};
+struct PrintKeyMap {
+    bool json = false;
+
+    bool operator==(const PrintKeyMap&) const = default;
+};
+// Nothing as a text, here and below, means: read it from standard input.
+struct TypeText {
+    std::optional<std::string> text;
+
+    bool operator==(const TypeText&) const = default;
+};
+struct PressText {
+    std::optional<std::string> text;
+
+    bool operator==(const PressText&) const = default;
+};
+struct SettingChange {
+    std::string key;
+    std::optional<std::string> value;
+
+    bool operator==(const SettingChange&) const = default;
+};
+struct ChangeSettings {
+    std::vector<SettingChange> changes;  // in the order given; at most one from standard input
+
+    bool operator==(const ChangeSettings&) const = default;
+};
+struct PrintSetting {
+    std::string key;
+
+    bool operator==(const PrintSetting&) const = default;
+};
+
+using Command = std::variant<StartProgram, ShowHelp, ShowVersion, RunDoctor, PrintTimeline, PrintKeyMap, TypeText,
+                             PressText, ChangeSettings, PrintSetting>;
+
+// From an option, else from the environment, else nothing: the default is taken.
+struct Surroundings {
+    std::optional<std::string> settingsFile;  // --settings, VANTOR_SETTINGS
+    std::optional<std::string> apiHost;       // --api-host, VANTOR_API_HOST
+    std::optional<std::string> staticFiles;   // --static-files, VANTOR_STATIC_FILES
+
+    bool operator==(const Surroundings&) const = default;
+};
+
+struct CommandLine {
+    Command command;
+    Surroundings surroundings;
+
+    bool operator==(const CommandLine&) const = default;
+};
+
+// One line for standard error; the status is usageStatus. Holds no value that was given, since one may be a secret.
+struct UsageError {
+    std::string line;
+
+    bool operator==(const UsageError&) const = default;
+};
+
+using EnvironmentLookup = std::function<std::optional<std::string>(const char* name)>;
+
+// The arguments without the program's name.
+[[nodiscard]] std::variant<CommandLine, UsageError> parseCommandLine(std::span<const std::string> arguments,
+                                                                     const EnvironmentLookup& environment);
+
+[[nodiscard]] std::string helpText();
+
+// The process's own environment; a variable that is empty counts as unset.
+[[nodiscard]] std::optional<std::string> environmentVariable(const char* name);
+
+}  // namespace vantor

@@ -1,0 +1,115 @@
+#include "app/cli/TimelineCommand.h"
+
+#include <QByteArray>
+#include <QFile>
+#include <iomanip>
+
+#include "app/cli/JsonText.h"
+#include "data/Decoder.h"
+#include "timers/DataFault.h"
+#include "timers/TimeText.h"
+#include "timers/Timeline.h"
+#include "timers/VisibleWindow.h"
+
+namespace vantor {
+
+namespace {
+
+std::optional<std::string> contentsOf(const std::string& name) {
+    QFile file(QFile::decodeName(QByteArray::fromStdString(name)));
+    if (!file.open(QIODevice::ReadOnly)) return std::nullopt;
+    const QByteArray contents = file.readAll();
+    return file.error() == QFileDevice::NoError ? std::optional(contents.toStdString()) : std::nullopt;
+}
+
+struct Row {
+    const TimelineEvent& occurrence;
+    std::string start;
+    std::string gathering;
+};
+
+std::variant<std::vector<Row>, TimelineFault> rowsOf(std::span<const TimelineEvent> occurrences) {
+    std::vector<Row> rows;
+    for (const TimelineEvent& occurrence : occurrences) {
+        auto start = startText(occurrence);
+        auto gathering = gatheringText(occurrence);
+        if (!start || !gathering)
+            return TimelineFault{occurrence.sectionName(), occurrence.scheduled->sectionId,
+                                 "event " + std::to_string(occurrence.event().id), "its time is beyond all clocks"};
+        rows.push_back({occurrence, *std::move(start), *std::move(gathering)});
+    }
+    return rows;
+}
+
+void writeJson(const std::vector<Row>& rows, std::ostream& out) {
+    out << "[";
+    std::string_view separator = "\n";
+    for (const Row& row : rows) {
+        const Event& event = row.occurrence.event();
+        out << separator << R"({"id": )" << jsonText(row.occurrence.id)                        //
+            << R"(, "sectionId": )" << std::to_string(row.occurrence.scheduled->sectionId)     //
+            << R"(, "section": )" << jsonText(row.occurrence.sectionName())                    //
+            << R"(, "eventId": )" << std::to_string(event.id)                                  //
+            << R"(, "name": )" << jsonText(event.name)                                         //
+            << R"(, "startMinute": )" << std::to_string(row.occurrence.startMinute)            //
+            << R"(, "gatheringMinute": )" << std::to_string(row.occurrence.gatheringMinute())  //
+            << R"(, "start": )" << jsonText(row.start)                                         //
+            << R"(, "gathering": )" << jsonText(row.gathering)                                 //
+            << R"(, "chatlink": )" << (event.chatlink ? jsonText(*event.chatlink) : "null") << "}";
+        separator = ",\n";
+    }
+    out << "\n]\n";
+}
+
+void writeTable(const std::vector<Row>& rows, std::ostream& out) {
+    const auto line = [&](std::string_view start, std::string_view gathering, std::string_view chatlink,
+                          std::string_view section, std::string_view name) {
+        out << std::left << std::setw(8) << start << std::setw(8) << gathering << std::setw(14) << chatlink;
+        out << section << ": " << name << "\n";
+    };
+    line("start", "gather", "chat link", "section", "event");
+    for (const Row& row : rows) {
+        const Event& event = row.occurrence.event();
+        line(row.start, event.lfg ? row.gathering : "", event.chatlink.value_or(""), row.occurrence.sectionName(),
+             event.name);
+    }
+}
+
+}  // namespace
+
+int runTimeline(const PrintTimeline& request, std::string_view embeddedCatalogue, const Defaults& defaults,
+                const Clock& clock, std::ostream& out, std::ostream& err) {
+    std::string fileText;
+    if (request.catalogueFile) {
+        auto contents = contentsOf(*request.catalogueFile);
+        if (!contents) {
+            err << oneLine("vantor: the catalogue " + *request.catalogueFile + " cannot be read") << "\n";
+            return 1;
+        }
+        fileText = *std::move(contents);
+    }
+    const auto sections = decodeJson<std::vector<EventsSection>>(request.catalogueFile ? fileText : embeddedCatalogue);
+    if (!sections.value) {
+        err << oneLine("Error filling Array<EventsSection>: " + sections.error) << "\n";
+        return 1;
+    }
+
+    const auto dataFault = [&](const TimelineFault& fault) {
+        err << oneLine("vantor: " + describe(fault)) << "\n";
+        return dataFaultStatus;
+    };
+    const Clock::Seconds now = request.now ? resolve(*request.now, clock) : clock.now();
+    auto computed = computeTimeline(*sections.value, {}, readTimerFilters(defaults), clock.utcOffsetSeconds(now));
+    if (const auto* fault = std::get_if<TimelineFault>(&computed)) return dataFault(*fault);
+    auto& occurrences = std::get<Timeline>(computed).events;
+    if (request.windowOnly)
+        occurrences = visibleWindow(occurrences, currentMinute(clock, now), windowMinutes(defaults, WindowKind::shown));
+
+    const auto rows = rowsOf(occurrences);
+    if (const auto* fault = std::get_if<TimelineFault>(&rows)) return dataFault(*fault);
+    (request.json ? writeJson : writeTable)(std::get<std::vector<Row>>(rows), out);
+    out.flush();
+    return out ? 0 : 1;
+}
+
+}  // namespace vantor

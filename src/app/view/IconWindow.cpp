@@ -1,0 +1,47 @@
+#include "app/view/IconWindow.h"
+
+#include <QtGui/QMouseEvent>
+#include <QtGui/QPainter>
+#include <utility>
+
+#include "ui/Images.h"
+
+namespace vantor {
+
+IconWindow::IconWindow(std::function<void()> pressed, Prepare prepare)
+    : OverlayWindow({.focus = Focus::never}, std::move(prepare)), pressed_(std::move(pressed)) {
+    setWindowTitle(QStringLiteral("Vantor icon"));
+    setAccessibleName(QStringLiteral("Show or hide Vantor"));
+    setCursor(Qt::PointingHandCursor);
+    setFixedSize(32, 32);
+}
+
+void IconWindow::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    const QString name = hovered_ ? QStringLiteral("icon.top.selected") : QStringLiteral("icon.top");
+    painter.drawPixmap(0, down_ ? 1 : 0, image(name, size(), devicePixelRatioF()));
+}
+
+void IconWindow::mousePressEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton) return;
+    down_ = true;
+    update();
+}
+
+void IconWindow::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton || !std::exchange(down_, false)) return;
+    update();
+    if (rect().contains(event->position().toPoint())) pressed_();
+}
+
+void IconWindow::enterEvent(QEnterEvent*) {
+    hovered_ = true;
+    update();
+}
+
+void IconWindow::leaveEvent(QEvent*) {
+    hovered_ = false;
+    update();
+}
+
+}  // namespace vantor

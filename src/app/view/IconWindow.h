@@ -1,0 +1,27 @@
+#pragma once
+// The floating icon, 32 by 32, that shows and hides the main window. Main thread.
+
+#include <functional>
+
+#include "ui/OverlayWindow.h"
+
+namespace vantor {
+
+class IconWindow : public OverlayWindow {
+public:
+    IconWindow(std::function<void()> pressed, Prepare prepare);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void enterEvent(QEnterEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+
+private:
+    std::function<void()> pressed_;
+    bool hovered_ = false;
+    bool down_ = false;
+};
+
+}  // namespace vantor

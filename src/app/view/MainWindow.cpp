@@ -1,0 +1,35 @@
+#include "app/view/MainWindow.h"
+
+#include <QtGui/QPainter>
+#include <QtWidgets/QVBoxLayout>
+#include <utility>
+
+#include "app/view/ContentView.h"
+#include "ui/InkPanel.h"
+
+namespace vantor {
+
+namespace {
+
+constexpr InkPanelStyle panelStyle{.opacity = 0.96, .margin = 14, .tear = 5, .seed = 7};
+
+}  // namespace
+
+MainWindow::MainWindow(AppObserver& appObserver, Prepare prepare)
+    : OverlayWindow({.focus = Focus::onClick, .movable = true, .resizable = true}, std::move(prepare)) {
+    setWindowTitle(QStringLiteral("Vantor"));
+    setMinimumSize(720, 460);
+    auto* const layout = new QVBoxLayout(this);
+    // The brush stroke reaches over the torn left edge; everything else stays inside the panel.
+    layout->setContentsMargins(panelStyle.margin - 4, panelStyle.margin + 8, panelStyle.margin + 6, panelStyle.margin + 8);
+    layout->addWidget(new ContentView(appObserver, this));
+}
+
+void MainWindow::paintEvent(QPaintEvent*) {
+    if (panel_.deviceIndependentSize().toSize() != size() || panel_.devicePixelRatio() != devicePixelRatioF())
+        panel_ = drawInkPanel(size(), devicePixelRatioF(), panelStyle);
+    QPainter painter(this);
+    painter.drawPixmap(0, 0, panel_);
+}
+
+}  // namespace vantor

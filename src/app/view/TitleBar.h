@@ -1,0 +1,29 @@
+#pragma once
+// The main window's title bar: the brush stroke with the name, the tab's title and the hotkey that opens the window, and the
+// close control. Main thread.
+
+#include <QtWidgets/QWidget>
+#include <functional>
+
+#include "ui/ImageButton.h"
+
+namespace vantor {
+
+class TitleBar : public QWidget {
+public:
+    TitleBar(std::function<void()> close, QWidget* parent);
+
+    // The hint is shown as it stands; empty for none.
+    void setTexts(const QString& title, const QString& hint);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    QString title_;
+    QString hint_;
+    ImageButton* close_;
+};
+
+}  // namespace vantor

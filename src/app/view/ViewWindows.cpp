@@ -1,0 +1,119 @@
+#include "app/view/ViewWindows.h"
+
+#include <functional>
+#include <utility>
+
+#include "app/WindowPlaces.h"
+#include "app/view/FloatWindow.h"
+#include "app/view/IconWindow.h"
+#include "app/view/MainWindow.h"
+#include "data/SettingKeys.h"
+
+namespace vantor {
+
+namespace {
+
+constexpr int iconSize = 32;
+constexpr int emojiLeft = 36;  // beside the icon
+
+QRect toolkitRect(const Rect& rect) { return {rect.x, rect.y, rect.width, rect.height}; }
+
+Rect seamRect(const QRect& rect) { return {rect.x(), rect.y(), rect.width(), rect.height()}; }
+
+// Where a window stands, and how that is remembered.
+struct Place {
+    std::string_view key;
+    int width = 0;
+    int height = 0;
+    bool keepsSize = false;  // only the top left corner is remembered
+};
+
+class ViewWindow final : public AppWindow {
+public:
+    using Make = std::function<std::unique_ptr<OverlayWindow>()>;
+
+    ViewWindow(Make make, std::function<void(OverlayWindow&)> beforeMapping)
+        : make_(std::move(make)), beforeMapping_(std::move(beforeMapping)) {}
+
+    void orderFront() override {
+        if (!window_) window_ = make_();
+        if (!window_->isVisible()) beforeMapping_(*window_);
+        window_->orderFront();
+    }
+    void orderOut() override {
+        if (window_) window_->orderOut();
+    }
+
+private:
+    Make make_;
+    std::function<void(OverlayWindow&)> beforeMapping_;
+    std::unique_ptr<OverlayWindow> window_;
+};
+
+void standAtRemembered(OverlayWindow& window, const Place& place, const Defaults& defaults, const Screens& screens) {
+    const std::vector<Rect> frames = screens.frames();
+    const auto stored = defaults.get<std::string>(place.key);
+    const auto remembered = stored ? readFrame(*stored) : std::nullopt;
+    Rect frame = remembered.value_or(centred({0, 0, place.width, place.height}, frames.front()));
+    if (place.keepsSize) {
+        frame.width = place.width;
+        frame.height = place.height;
+    }
+    window.setGeometry(toolkitRect(broughtOntoScreen(frame, frames)));
+}
+
+}  // namespace
+
+std::unique_ptr<AppWindow> ViewWindows::make(AppWindowName name, AppObserver& appObserver) {
+    const auto prepare = [this](WindowNature nature) {
+        return [this, nature](WId window) { overlayWindows_.prepare(static_cast<NativeWindow>(window), nature); };
+    };
+    Defaults& defaults = appObserver.defaults();
+    const auto remembering = [this, &defaults](const Place& place, ViewWindow::Make makeWindow) {
+        return std::make_unique<ViewWindow>(
+            [&defaults, place, makeWindow = std::move(makeWindow)] {
+                auto window = makeWindow();
+                // A place that cannot be stored is only forgotten; the store itself says why.
+                window->onPlaced([&defaults, place](const QRect& frame) {
+                    (void)defaults.setValue(place.key, writeFrame(seamRect(frame)));
+                });
+                return window;
+            },
+            [this, &defaults, place](OverlayWindow& window) { standAtRemembered(window, place, defaults, screens_); });
+    };
+    const auto atTopLeft = [this](int left) {
+        return [this, left](OverlayWindow& window) {
+            const Rect screen = screens_.frames().front();
+            window.move(screen.x + left, screen.y);
+        };
+    };
+
+    switch (name) {
+        case AppWindowName::main:
+            return remembering({settings::frameMain, 920, 600}, [&appObserver, prepare] {
+                return std::make_unique<MainWindow>(appObserver, prepare(WindowNature::overlay));
+            });
+        case AppWindowName::icon:
+            return std::make_unique<ViewWindow>(
+                [&appObserver, prepare] {
+                    return std::make_unique<IconWindow>([&appObserver] { appObserver.iconPressed(); },
+                                                        prepare(WindowNature::nonActivating));
+                },
+                atTopLeft(0));
+        case AppWindowName::emoji:
+            return std::make_unique<ViewWindow>(
+                [prepare] {
+                    return std::make_unique<FloatWindow>(QStringLiteral("Vantor emotes"), QSize(1, iconSize), false,
+                                                         prepare(WindowNature::nonActivating));
+                },
+                atTopLeft(emojiLeft));
+        case AppWindowName::watchedEvents:
+            return remembering({settings::frameWatchedEvents, 250, 60, true}, [prepare] {
+                return std::make_unique<FloatWindow>(QStringLiteral("Vantor watched events"), QSize(250, 60), true,
+                                                     prepare(WindowNature::nonActivating));
+            });
+    }
+    return nullptr;
+}
+
+}  // namespace vantor

@@ -1,0 +1,66 @@
+#include "data/DataChain.h"
+
+#include <algorithm>
+#include <unordered_set>
+
+namespace vantor {
+
+namespace {
+
+using Progress = std::vector<AchievementCompletition>;
+
+Progress keptTo(const Progress& progress, const std::vector<std::int64_t>& ids) {
+    const std::unordered_set<std::int64_t> wanted(ids.begin(), ids.end());
+    Progress kept;
+    std::copy_if(progress.begin(), progress.end(), std::back_inserter(kept),
+                 [&](const AchievementCompletition& entry) { return wanted.contains(entry.id); });
+    return kept;
+}
+
+std::vector<std::int64_t> unlocksOf(const std::vector<BeastCategory>& categories) {
+    std::vector<std::int64_t> ids;
+    for (const BeastCategory& category : categories)
+        for (const BeastRace& race : category.races)
+            if (race.unlock) ids.push_back(*race.unlock);
+    return ids;
+}
+
+}  // namespace
+
+DataChain::DataChain(TaskQueue& queue, ChainLoaders loaders, ComputeTimeline computeTimeline)
+    : queue_(queue), loaders_(loaders), computeTimeline_(std::move(computeTimeline)) {}
+
+void DataChain::start() {
+    loaders_.allCompletedAchievements.fetch({}, [this](Progress progress) {
+        loadCatalogue(progress);
+        loadBestiary(progress);
+        return progress;
+    });
+}
+
+void DataChain::recompute() {
+    queue_.post([this] {
+        (void)computeTimeline_(loaders_.eventsSections.array(), loaders_.eventsAchievementsCompletition.array());
+    });
+}
+
+void DataChain::loadCatalogue(const Progress& progress) {
+    loaders_.eventsSections.assignNow({});
+    loaders_.eventsSections.fetchNow({}, [this, progress](std::vector<EventsSection> sections) {
+        // The first timeline of a run is computed before the events' progress is in place and takes no achievement as
+        // completed. That order is deliberate.
+        const auto ids = computeTimeline_(sections, loaders_.eventsAchievementsCompletition.array());
+        loaders_.eventsAchievementsCompletition.assignNow(keptTo(progress, ids));
+        return sections;
+    });
+}
+
+void DataChain::loadBestiary(const Progress& progress) {
+    loaders_.beasts.assignNow({});
+    loaders_.beasts.fetchNow({}, [this, progress](std::vector<BeastCategory> categories) {
+        loaders_.bestiaryCompletition.assignNow(keptTo(progress, unlocksOf(categories)));
+        return categories;
+    });
+}
+
+}  // namespace vantor

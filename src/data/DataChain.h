@@ -1,0 +1,46 @@
+#pragma once
+// The start-up loads and how their results become the application's data: the whole progress first, then, in its completion,
+// catalogue and bestiary, whose completions compute the timeline and cut the progress to what each of them names. A load that
+// does not decode stops the chain at its step. The loaders outlive the chain, the chain the queue's last task.
+
+#include <functional>
+
+#include "data/Catalogue.h"
+#include "data/JsonFetchable.h"
+#include "data/WebApi.h"
+
+namespace vantor {
+
+struct ChainLoaders {
+    JsonFetchable<AchievementCompletition>& allCompletedAchievements;
+    JsonFetchable<EventsSection>& eventsSections;
+    JsonFetchable<BeastCategory>& beasts;
+    JsonFetchable<AchievementCompletition>& eventsAchievementsCompletition;
+    JsonFetchable<AchievementCompletition>& bestiaryCompletition;
+};
+
+class DataChain {
+public:
+    // Queue: computes and publishes the timeline, returns the achievement ids of the active sections' events.
+    using ComputeTimeline = std::function<std::vector<std::int64_t>(
+        const std::vector<EventsSection>& sections, const std::vector<AchievementCompletition>& eventProgress)>;
+
+    DataChain(TaskQueue& queue, ChainLoaders loaders, ComputeTimeline computeTimeline);
+
+    // Any thread.
+    void start();
+    // Any thread: the timeline again from what is loaded, as one task; nothing is fetched.
+    void recompute();
+
+private:
+    using Progress = std::vector<AchievementCompletition>;
+
+    void loadCatalogue(const Progress& progress);
+    void loadBestiary(const Progress& progress);
+
+    TaskQueue& queue_;
+    ChainLoaders loaders_;
+    ComputeTimeline computeTimeline_;
+};
+
+}  // namespace vantor

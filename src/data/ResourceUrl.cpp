@@ -1,0 +1,12 @@
+#include "data/ResourceUrl.h"
+
+#include <QUrl>
+
+namespace vantor {
+
+bool isValidUrl(const std::string& text) {
+    const QUrl url(QString::fromStdString(text), QUrl::StrictMode);
+    return url.isValid() && !url.scheme().isEmpty();
+}
+
+}  // namespace vantor

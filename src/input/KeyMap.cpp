@@ -1,0 +1,111 @@
+#include "input/KeyMap.h"
+
+#include <QString>
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <utility>
+
+#include "platform/KeyClasses.h"
+
+namespace vantor {
+namespace {
+
+constexpr KeyCode shiftKey = 56;
+constexpr KeyCode controlKey = 59;
+constexpr KeyCode rightOptionKey = 61;
+constexpr KeyCode tabKey = 48;
+constexpr KeyCode keypadEnterKey = 76;
+
+// Volume up, volume down, mute, Help or Insert, Home: their characters are no text.
+constexpr std::array<KeyCode, 5> unprobedKeys = {72, 73, 74, 114, 115};
+
+constexpr std::array<ModifierFlags, 8> probedModifiers = {
+    0,
+    modifier::shift,
+    modifier::control,
+    modifier::option,
+    modifier::shift | modifier::control,
+    modifier::shift | modifier::option,
+    modifier::control | modifier::option,
+    modifier::shift | modifier::control | modifier::option,
+};
+
+std::string normalForm(const std::string& text) {
+    const bool ascii = std::all_of(text.begin(), text.end(), [](char each) { return static_cast<signed char>(each) >= 0; });
+    if (ascii) return text;
+    return QString::fromStdString(text).normalized(QString::NormalizationForm_C).toStdString();
+}
+
+void appendJsonText(std::string& out, const std::string& text) {
+    out += '"';
+    for (const char each : text) {
+        const auto byte = static_cast<unsigned char>(each);
+        if (each == '"' || each == '\\') {
+            out.append({'\\', each});
+        } else if (byte < 0x20 || byte == 0x7f) {
+            std::array<char, 8> escape{};
+            std::snprintf(escape.data(), escape.size(), "\\u%04x", static_cast<unsigned>(byte));
+            out += escape.data();
+        } else {
+            out += each;
+        }
+    }
+    out += '"';
+}
+
+}  // namespace
+
+KeyMap KeyMap::learn(const KeyboardLayout& layout) {
+    KeyMap map;
+    map.offer("\n", {{keypadEnterKey, 0}});
+    map.offer("\t", {{tabKey, 0}});
+    for (KeyCode code = 0; code < keyCodeCount; ++code) {
+        if (std::find(unprobedKeys.begin(), unprobedKeys.end(), code) != unprobedKeys.end()) continue;
+        std::string first;
+        for (const ModifierFlags modifiers : probedModifiers) {
+            const ModifierFlags flags = modifiers | modifier::nonCoalesced;
+            const auto translation = layout.translate(code, flags);
+            if (!translation || translation->characters.empty() || translation->characters == first) continue;
+            if (first.empty()) first = translation->characters;
+
+            MappedKeys keys = {{code, flags}};
+            if (translation->flags & modifier::shift) keys.push_back({shiftKey, 0});
+            if (translation->flags & modifier::control) keys.push_back({controlKey, 0});
+            if (translation->flags & modifier::option) keys.push_back({rightOptionKey, 0});
+            map.offer(translation->characters + (isKeypadKey(code) ? " [NUM]" : ""), std::move(keys));
+        }
+    }
+    return map;
+}
+
+void KeyMap::offer(const std::string& text, MappedKeys keys) {
+    const auto [place, added] = entries_.try_emplace(text);
+    // The last key that gives "=" wins, however long its list.
+    if (!added && keys.size() >= place->second.size() && text != "=") return;
+    place->second = std::move(keys);
+    if (added) textOfNormal_.emplace(normalForm(text), text);
+}
+
+const MappedKeys* KeyMap::find(const std::string& text) const {
+    if (const auto exact = entries_.find(text); exact != entries_.end()) return &exact->second;
+    const auto equivalent = textOfNormal_.find(normalForm(text));
+    return equivalent == textOfNormal_.end() ? nullptr : &entries_.at(equivalent->second);
+}
+
+std::string keyMapJson(const KeyMap& map) {
+    std::string out = "{";
+    for (const auto& [text, keys] : map.entries()) {
+        if (out.size() > 1) out += ", ";
+        appendJsonText(out, text);
+        out += ": [";
+        for (std::size_t at = 0; at < keys.size(); ++at) {
+            if (at > 0) out += ", ";
+            out += '[' + std::to_string(keys[at].keyCode) + ", " + std::to_string(keys[at].flags) + ']';
+        }
+        out += ']';
+    }
+    return out + "}";
+}
+
+}  // namespace vantor

@@ -1,0 +1,18 @@
+#pragma once
+// What is posted for a text or for a readable key combination, as a plain list. Pure, any thread.
+
+#include <string>
+#include <vector>
+
+#include "input/KeyMap.h"
+#include "platform/Keys.h"
+
+namespace vantor {
+
+// Each user-perceived character in turn; one that no key press types is left out.
+[[nodiscard]] std::vector<PostedKey> strokesOfText(const KeyMap& map, const std::string& text);
+
+// The parts between " + "; one that names no key is left out. The last part goes down first, the first part up first.
+[[nodiscard]] std::vector<PostedKey> strokesOfReadableKeys(const KeyMap& map, const std::string& combination);
+
+}  // namespace vantor

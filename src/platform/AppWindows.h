@@ -1,0 +1,16 @@
+#pragma once
+// The four windows of the application as its state sees them. Main thread.
+
+namespace vantor {
+
+enum class AppWindowName { main, icon, emoji, watchedEvents };
+
+class AppWindow {
+public:
+    virtual ~AppWindow() = default;
+    // Shows it above the others, or only raises it when it is shown already. Never takes the focus from the game.
+    virtual void orderFront() = 0;
+    virtual void orderOut() = 0;
+};
+
+}  // namespace vantor

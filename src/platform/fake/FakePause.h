@@ -1,0 +1,17 @@
+#pragma once
+// Counts the waits instead of waiting. One thread.
+
+#include <vector>
+
+#include "platform/Clock.h"
+
+namespace vantor {
+
+class FakePause final : public Pause {
+public:
+    void wait(std::chrono::microseconds duration) override { waits.push_back(duration); }
+
+    std::vector<std::chrono::microseconds> waits;
+};
+
+}  // namespace vantor

@@ -1,0 +1,38 @@
+#pragma once
+// A status item that keeps its menu, and presses an entry on request.
+
+#include <cstddef>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/StatusItem.h"
+
+namespace vantor {
+
+class FakeStatusItem final : public StatusItem {
+public:
+    void setMenu(const std::string& title, std::vector<MenuEntry> entries) override {
+        menuTitle = title;
+        menu = std::move(entries);
+    }
+    void setTitle(std::size_t position, const std::string& title) override {
+        if (position < menu.size()) menu[position].title = title;
+    }
+    [[nodiscard]] bool available() const override { return present; }
+
+    // The titles in order; a separator is "-".
+    [[nodiscard]] std::vector<std::string> titles() const {
+        std::vector<std::string> found;
+        for (const MenuEntry& entry : menu)
+            found.push_back(entry.kind == MenuEntry::Kind::separator ? "-" : entry.title);
+        return found;
+    }
+    void press(std::size_t position) { menu.at(position).action(); }
+
+    std::string menuTitle;
+    std::vector<MenuEntry> menu;
+    bool present = true;
+};
+
+}  // namespace vantor

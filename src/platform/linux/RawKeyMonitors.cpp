@@ -1,0 +1,99 @@
+#include "platform/linux/RawKeyMonitors.h"
+
+#include <QCoreApplication>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QPointer>
+#include <QWindow>
+#include <utility>
+
+namespace vantor {
+
+RawKeyMonitors::RawKeyMonitors(const XConnection& connection, PostedKeyRecord& record)
+    : connection_(connection), stream_(connection, record) {
+    if (connection.get()) {
+        notifier_ = std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(connection.get()), QSocketNotifier::Read);
+        QObject::connect(notifier_.get(), &QSocketNotifier::activated, this, [this] {
+            // A lost server is the toolkit's end as well; without this the notifier would fire for ever.
+            if (xcb_connection_has_error(connection_.get())) notifier_->setEnabled(false);
+            stream_.poll([this](const StreamedKey& key) { handleStreamed(key); });
+        });
+        // The selection's own round trips may have read events already.
+        stream_.poll([this](const StreamedKey& key) { handleStreamed(key); });
+    }
+    if (QCoreApplication::instance()) QCoreApplication::instance()->installEventFilter(this);
+}
+
+Subscription RawKeyMonitors::addGlobalMonitor(KeyEventMask mask, GlobalHandler handler) {
+    const int number = next_++;
+    global_.emplace(number, Monitor<GlobalHandler>{mask, std::move(handler)});
+    return Subscription([self = QPointer(this), number] {
+        if (self) self->global_.erase(number);
+    });
+}
+
+Subscription RawKeyMonitors::addLocalMonitor(KeyEventMask mask, LocalHandler handler) {
+    const int number = next_++;
+    local_.emplace(number, Monitor<LocalHandler>{mask, std::move(handler)});
+    return Subscription([self = QPointer(this), number] {
+        if (self) self->local_.erase(number);
+    });
+}
+
+bool RawKeyMonitors::ownWindowHasFocus() const {
+    // Asked of the server: what the toolkit knows may be older than this key.
+    const XReply<xcb_get_input_focus_reply_t> focus(
+        xcb_get_input_focus_reply(connection_.get(), xcb_get_input_focus(connection_.get()), nullptr));
+    if (!focus) return false;
+    const auto windows = QGuiApplication::allWindows();
+    return std::any_of(windows.begin(), windows.end(),
+                       [&](QWindow* window) { return window->handle() && window->winId() == focus->focus; });
+}
+
+void RawKeyMonitors::handleStreamed(const StreamedKey& key) {
+    Seen& seen = seen_[seenCount_++ % seen_.size()];
+    seen = {key, false};
+    if (key.ownPost || !key.event || ownWindowHasFocus()) return;
+    seen.dispatched = true;
+    dispatchGlobally(*key.event);
+}
+
+void RawKeyMonitors::dispatchGlobally(const KeyEvent& event) {
+    const auto monitors = global_;  // a handler may add or remove monitors
+    for (const auto& [number, monitor] : monitors)
+        if (monitor.mask & maskOf(event.type)) monitor.handler(event);
+}
+
+const RawKeyMonitors::Seen* RawKeyMonitors::find(std::uint8_t xKeycode, bool down, std::uint32_t time) const {
+    for (const Seen& seen : seen_)
+        if (seen.key.xKeycode == xKeycode && seen.key.down == down && seen.key.time == time) return &seen;
+    return nullptr;
+}
+
+bool RawKeyMonitors::eventFilter(QObject* watched, QEvent* event) {
+    const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
+    // The toolkit hands a key to the window first and then to its widgets; once is enough.
+    if (!isKey || !watched->isWindowType()) return QObject::eventFilter(watched, event);
+    return swallowedLocally(*static_cast<QKeyEvent*>(event));
+}
+
+bool RawKeyMonitors::swallowedLocally(const QKeyEvent& event) {
+    const auto xKeycode = static_cast<std::uint8_t>(event.nativeScanCode());
+    const bool down = event.type() == QEvent::KeyPress;
+    if (xKeycode == 0 || (!down && event.isAutoRepeat())) return false;
+
+    stream_.pollToNow([this](const StreamedKey& key) { handleStreamed(key); });
+    const Seen* seen = find(xKeycode, down, static_cast<std::uint32_t>(event.timestamp()));
+    if (seen && (seen->key.ownPost || seen->dispatched)) return false;
+
+    const auto keyEvent = seen ? seen->key.event : stream_.eventFor(xKeycode, down);
+    if (!keyEvent) return false;
+    const auto monitors = local_;
+    for (const auto& [number, monitor] : monitors) {
+        if (!(monitor.mask & maskOf(keyEvent->type))) continue;
+        if (monitor.handler(*keyEvent) == Passing::swallow) return true;
+    }
+    return false;
+}
+
+}  // namespace vantor

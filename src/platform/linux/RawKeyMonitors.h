@@ -1,0 +1,60 @@
+#pragma once
+// The key monitors on X11. The global ones get the raw stream while another application has the focus; the local ones get what
+// the toolkit delivers to Vantor's own windows, where they may swallow it. No key reaches both, Vantor's own posts reach none,
+// and nothing is grabbed. Main thread.
+
+#include <QObject>
+#include <QSocketNotifier>
+#include <array>
+#include <cstdint>
+#include <map>
+#include <memory>
+
+#include "platform/KeyMonitors.h"
+#include "platform/linux/KeyStream.h"
+
+class QKeyEvent;
+
+namespace vantor {
+
+class RawKeyMonitors final : public QObject, public KeyMonitors {
+public:
+    // Watches the application object's key events; the references outlive the monitors.
+    RawKeyMonitors(const XConnection& connection, PostedKeyRecord& record);
+
+    Subscription addGlobalMonitor(KeyEventMask mask, GlobalHandler handler) override;
+    Subscription addLocalMonitor(KeyEventMask mask, LocalHandler handler) override;
+    [[nodiscard]] bool available() const { return stream_.available(); }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    template <typename Handler>
+    struct Monitor {
+        KeyEventMask mask;
+        Handler handler;
+    };
+    // What became of a key of the stream, for the moment when the toolkit delivers the same key.
+    struct Seen {
+        StreamedKey key;
+        bool dispatched = false;
+    };
+
+    void handleStreamed(const StreamedKey& key);
+    void dispatchGlobally(const KeyEvent& event);
+    [[nodiscard]] bool ownWindowHasFocus() const;
+    [[nodiscard]] const Seen* find(std::uint8_t xKeycode, bool down, std::uint32_t time) const;
+    [[nodiscard]] bool swallowedLocally(const QKeyEvent& event);
+
+    const XConnection& connection_;
+    KeyStream stream_;
+    std::unique_ptr<QSocketNotifier> notifier_;
+    int next_ = 0;
+    std::map<int, Monitor<GlobalHandler>> global_;
+    std::map<int, Monitor<LocalHandler>> local_;
+    std::array<Seen, 64> seen_{};  // a ring
+    std::size_t seenCount_ = 0;
+};
+
+}  // namespace vantor

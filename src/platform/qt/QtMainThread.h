@@ -1,0 +1,18 @@
+#pragma once
+// The way to the main thread through the toolkit's event loop. The object belongs to the main thread.
+
+#include <QtCore/QObject>
+
+#include "platform/MainThread.h"
+
+namespace vantor {
+
+class QtMainThread final : public MainThread {
+public:
+    void post(std::function<void()> task) override;
+
+private:
+    QObject receiver_;  // what is still posted when it goes is dropped
+};
+
+}  // namespace vantor

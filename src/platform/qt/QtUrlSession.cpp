@@ -1,0 +1,64 @@
+#include "platform/qt/QtUrlSession.h"
+
+#include <QMetaObject>
+#include <QNetworkReply>
+#include <QNetworkRequest>
+#include <utility>
+
+namespace vantor {
+
+namespace {
+
+QNetworkRequest networkRequest(const UrlRequest& request) {
+    QNetworkRequest result(QUrl(QString::fromStdString(request.url), QUrl::StrictMode));
+    bool carriesSecret = false;
+    for (const auto& [name, value] : request.headers) {
+        const QByteArray header = QByteArray::fromStdString(name);
+        result.setRawHeader(header, QByteArray::fromStdString(value));
+        carriesSecret = carriesSecret || header.compare("Authorization", Qt::CaseInsensitive) == 0;
+    }
+    // The stack would send the header along to wherever it is redirected.
+    result.setAttribute(QNetworkRequest::RedirectPolicyAttribute, carriesSecret
+                                                                      ? QNetworkRequest::SameOriginRedirectPolicy
+                                                                      : QNetworkRequest::NoLessSafeRedirectPolicy);
+    result.setTransferTimeout(static_cast<int>(std::chrono::milliseconds(request.timeout).count()));
+    return result;
+}
+
+// An HTTP status of whatever kind is an answer; anything else that went wrong is none.
+bool wasAnswered(const QNetworkReply& reply) {
+    if (reply.error() == QNetworkReply::NoError) return true;
+    // Below are the errors of connection and proxy; a breakdown of the protocol may come after the status line.
+    const bool aborted =
+        reply.error() < QNetworkReply::ContentAccessDenied || reply.error() == QNetworkReply::ProtocolFailure;
+    return !aborted && reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid();
+}
+
+}  // namespace
+
+void QtUrlSession::dataTask(UrlRequest request, Completion completion) {
+    QMetaObject::invokeMethod(
+        &mainThread_,
+        [this, request = std::move(request), completion = std::move(completion)]() mutable {
+            start(request, std::move(completion));
+        },
+        Qt::QueuedConnection);
+}
+
+void QtUrlSession::start(const UrlRequest& request, Completion completion) {
+    if (!network_) network_ = std::make_unique<QNetworkAccessManager>();
+    // Only `get` also serves embedded resources.
+    QNetworkReply* reply = request.method == "GET"
+                               ? network_->get(networkRequest(request))
+                               : network_->sendCustomRequest(networkRequest(request), QByteArray::fromStdString(request.method),
+                                                             QByteArray::fromStdString(request.body));
+    QObject::connect(reply, &QNetworkReply::finished, reply, [this, reply, completion = std::move(completion)] {
+        reply->deleteLater();
+        std::optional<std::string> body;
+        if (wasAnswered(*reply)) body = reply->readAll().toStdString();
+        if (body && body->empty()) body.reset();
+        queue_.post([completion, body = std::move(body)]() mutable { completion(std::move(body)); });
+    });
+}
+
+}  // namespace vantor

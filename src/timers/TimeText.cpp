@@ -1,0 +1,29 @@
+#include "timers/TimeText.h"
+
+#include <cstdint>
+#include <cstdio>
+
+namespace vantor {
+
+namespace {
+
+std::optional<std::int64_t> truncated(double number) {
+    // 2^63 is the first double that is too large; a comparison with a non-number is false
+    constexpr double limit = 9223372036854775808.0;
+    if (!(number >= -limit && number < limit)) return std::nullopt;
+    return static_cast<std::int64_t>(number);
+}
+
+}  // namespace
+
+std::optional<std::string> timeText(double minutes) {
+    const auto hours = truncated(minutes / 60);
+    const auto whole = truncated(minutes);
+    if (!hours || !whole) return std::nullopt;
+    char text[16];
+    const int length =
+        std::snprintf(text, sizeof text, "%02d:%02d", static_cast<int>(*hours % 24), static_cast<int>(*whole % 60));
+    return std::string(text, static_cast<std::size_t>(length));
+}
+
+}  // namespace vantor

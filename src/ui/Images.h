@@ -1,0 +1,13 @@
+#pragma once
+// The embedded vector images by their names, such as "home.selected". Main thread.
+
+#include <QtCore/QSize>
+#include <QtCore/QString>
+#include <QtGui/QPixmap>
+
+namespace vantor {
+
+// Empty (transparent) when there is no such image.
+[[nodiscard]] QPixmap image(const QString& name, QSize size, double devicePixelRatio);
+
+}  // namespace vantor

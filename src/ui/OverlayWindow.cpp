@@ -1,0 +1,98 @@
+#include "ui/OverlayWindow.h"
+
+#include <QtGui/QMouseEvent>
+#include <algorithm>
+#include <utility>
+
+namespace vantor {
+
+namespace {
+
+constexpr int gripWidth = 16;  // the shadow's margin and the torn edge
+
+Qt::WindowFlags flagsOf(OverlayWindow::Focus focus) {
+    const Qt::WindowFlags flags = Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::NoDropShadowWindowHint;
+    return focus == OverlayWindow::Focus::never ? flags | Qt::WindowDoesNotAcceptFocus : flags;
+}
+
+Qt::CursorShape cursorOf(Qt::Edges edges) {
+    const bool horizontal = edges & (Qt::LeftEdge | Qt::RightEdge);
+    const bool vertical = edges & (Qt::TopEdge | Qt::BottomEdge);
+    if (horizontal && vertical) {
+        const bool falling = edges == (Qt::LeftEdge | Qt::TopEdge) || edges == (Qt::RightEdge | Qt::BottomEdge);
+        return falling ? Qt::SizeFDiagCursor : Qt::SizeBDiagCursor;
+    }
+    if (horizontal) return Qt::SizeHorCursor;
+    return vertical ? Qt::SizeVerCursor : Qt::ArrowCursor;
+}
+
+}  // namespace
+
+OverlayWindow::OverlayWindow(const Traits& traits, Prepare prepare)
+    : QWidget(nullptr, flagsOf(traits.focus)), traits_(traits), prepare_(std::move(prepare)) {
+    setAttribute(Qt::WA_TranslucentBackground);
+    setAttribute(Qt::WA_ShowWithoutActivating);
+    setAttribute(Qt::WA_QuitOnClose, false);
+    setMouseTracking(traits.resizable);
+}
+
+void OverlayWindow::orderFront() {
+    if (auto prepare = std::exchange(prepare_, nullptr)) prepare(winId());
+    if (isVisible())
+        raise();
+    else
+        show();
+}
+
+void OverlayWindow::orderOut() {
+    dragging_ = false;
+    hide();
+}
+
+Qt::Edges OverlayWindow::edgesAt(QPoint place) const {
+    Qt::Edges edges;
+    if (!traits_.resizable) return edges;
+    if (place.x() < gripWidth) edges |= Qt::LeftEdge;
+    if (place.x() >= width() - gripWidth) edges |= Qt::RightEdge;
+    if (place.y() < gripWidth) edges |= Qt::TopEdge;
+    if (place.y() >= height() - gripWidth) edges |= Qt::BottomEdge;
+    return edges;
+}
+
+void OverlayWindow::mousePressEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton) return;
+    edges_ = edgesAt(event->position().toPoint());
+    dragging_ = edges_ || traits_.movable;
+    pointerAtStart_ = event->globalPosition().toPoint();
+    frameAtStart_ = geometry();
+    if (traits_.focus == Focus::onClick && !isActiveWindow()) activateWindow();
+}
+
+void OverlayWindow::mouseMoveEvent(QMouseEvent* event) {
+    if (dragging_)
+        drag(event->globalPosition().toPoint());
+    else if (traits_.resizable)
+        setCursor(cursorOf(edgesAt(event->position().toPoint())));
+}
+
+void OverlayWindow::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton || !std::exchange(dragging_, false)) return;
+    if (geometry() != frameAtStart_ && placed_) placed_(geometry());
+}
+
+void OverlayWindow::drag(QPoint pointer) {
+    const QPoint way = pointer - pointerAtStart_;
+    if (!edges_) {
+        move(frameAtStart_.topLeft() + way);
+        return;
+    }
+    QRect frame = frameAtStart_;
+    // The edge opposite to the one that is pulled stays where it is, also at the smallest size.
+    if (edges_ & Qt::LeftEdge) frame.setLeft(std::min(frame.left() + way.x(), frame.right() + 1 - minimumWidth()));
+    if (edges_ & Qt::RightEdge) frame.setRight(std::max(frame.right() + way.x(), frame.left() - 1 + minimumWidth()));
+    if (edges_ & Qt::TopEdge) frame.setTop(std::min(frame.top() + way.y(), frame.bottom() + 1 - minimumHeight()));
+    if (edges_ & Qt::BottomEdge) frame.setBottom(std::max(frame.bottom() + way.y(), frame.top() - 1 + minimumHeight()));
+    setGeometry(frame);
+}
+
+}  // namespace vantor

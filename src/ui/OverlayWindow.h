@@ -1,0 +1,49 @@
+#pragma once
+// A frameless, translucent window over the game. It is dragged by its ground (`movable`), resized at its edges
+// (`resizable`), and mapped without the focus. Main thread; the backend gives it its nature before it is mapped first.
+
+#include <QtCore/QPoint>
+#include <QtCore/QRect>
+#include <QtWidgets/QWidget>
+#include <functional>
+
+namespace vantor {
+
+class OverlayWindow : public QWidget {
+public:
+    enum class Focus { onClick, never };
+    struct Traits {
+        Focus focus = Focus::never;
+        bool movable = false;
+        bool resizable = false;
+    };
+    // Runs once, when the window exists natively and is not yet mapped.
+    using Prepare = std::function<void(WId)>;
+
+    OverlayWindow(const Traits& traits, Prepare prepare);
+
+    // Maps it, or only raises it when it is mapped already. Takes no focus either way.
+    void orderFront();
+    void orderOut();
+    // After the player moved or resized it.
+    void onPlaced(std::function<void(QRect)> handler) { placed_ = std::move(handler); }
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+
+private:
+    [[nodiscard]] Qt::Edges edgesAt(QPoint place) const;
+    void drag(QPoint pointer);
+
+    Traits traits_;
+    Prepare prepare_;
+    std::function<void(QRect)> placed_;
+    bool dragging_ = false;
+    Qt::Edges edges_;
+    QPoint pointerAtStart_;
+    QRect frameAtStart_;
+};
+
+}  // namespace vantor

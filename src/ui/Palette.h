@@ -1,0 +1,26 @@
+#pragma once
+// The colours of the look. Any thread.
+
+#include <QtGui/QColor>
+
+namespace vantor::palette {
+
+inline const QColor gold{0xF2, 0xD7, 0x8C};         // titles, times, values
+inline const QColor warmWhite{0xEC, 0xE6, 0xD6};    // text
+inline const QColor sand{0xA7, 0x9F, 0x8D};         // second text
+inline const QColor dim{0x8F, 0x8A, 0x7C};          // hints, off
+inline const QColor line{0xC9, 0xB2, 0x7A, 56};     // hairlines
+inline const QColor red{0xB5, 0x34, 0x2A};          // chosen, gathering
+inline const QColor amber{0xE0, 0xA5, 0x6A};        // "get there by"
+inline const QColor brightAmber{0xFF, 0xB4, 0x54};  // watched, soon
+inline const QColor inkTop{0x23, 0x1D, 0x18};
+inline const QColor inkBottom{0x15, 0x11, 0x0E};
+inline const QColor strokeDark{0x6D, 0x1F, 0x19};
+inline const QColor strokeLight{0x8C, 0x2A, 0x21};
+
+[[nodiscard]] inline QColor withAlpha(QColor colour, double alpha) {
+    colour.setAlphaF(static_cast<float>(alpha));
+    return colour;
+}
+
+}  // namespace vantor::palette

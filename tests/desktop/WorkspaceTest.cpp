@@ -1,0 +1,284 @@
+// The frontmost application, the way back to it, and windows that take no focus: a real X server, a real window
+// manager, the stand-in game as the other process, real toolkit windows as our own. Runs in demo/private_desktop.sh.
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+#include <xcb/xtest.h>
+
+#include <QtCore/QElapsedTimer>
+#include <QtCore/QFile>
+#include <QtCore/QProcess>
+#include <QtGui/QWindow>
+#include <QtNetwork/QLocalServer>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QWidget>
+#include <algorithm>
+
+#include "platform/linux/Doctor.h"
+#include "platform/linux/XcbOverlayWindows.h"
+#include "platform/linux/XcbWorkspace.h"
+#include "platform/qt/SingleInstance.h"
+
+namespace vantor {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto patience = 10s;
+
+// Turns the event loop until the condition holds.
+bool comesTrue(const std::function<bool()>& condition) {
+    QElapsedTimer timer;
+    timer.start();
+    while (!condition()) {
+        if (std::chrono::milliseconds(timer.elapsed()) > patience) return false;
+        QApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 5);
+    }
+    return true;
+}
+
+// A window of another process.
+class OtherApplication {
+public:
+    explicit OtherApplication(QStringList arguments) {
+        const auto program = qEnvironmentVariable(
+            "VANTOR_STANDIN_GAME", QApplication::applicationDirPath() + QStringLiteral("/../demo/standin-game"));
+        process_.start(program, arguments);
+        EXPECT_TRUE(comesTrue([this] { return process_.canReadLine() || process_.state() == QProcess::NotRunning; }));
+        const auto line = process_.readLine().trimmed().split(' ');
+        EXPECT_EQ(line.value(0), "ready") << "the stand-in game does not start";
+        window_ = line.value(1).toUInt(nullptr, 0);
+    }
+    OtherApplication(const OtherApplication&) = delete;
+    OtherApplication& operator=(const OtherApplication&) = delete;
+    ~OtherApplication() { end(); }
+
+    void end() {
+        process_.terminate();
+        process_.waitForFinished();
+    }
+    [[nodiscard]] xcb_window_t window() const { return window_; }
+
+private:
+    QProcess process_;
+    xcb_window_t window_ = XCB_NONE;
+};
+
+class WorkspaceTest : public testing::Test {
+protected:
+    void click(QWidget& window) {
+        const auto at = window.mapToGlobal(window.rect().center());
+        auto* connection = server_->connection();
+        xcb_test_fake_input(connection, XCB_MOTION_NOTIFY, 0, XCB_CURRENT_TIME, server_->root(),
+                            static_cast<std::int16_t>(at.x()), static_cast<std::int16_t>(at.y()), 0);
+        xcb_test_fake_input(connection, XCB_BUTTON_PRESS, 1, XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
+        xcb_test_fake_input(connection, XCB_BUTTON_RELEASE, 1, XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
+        server_->flush();
+    }
+    std::unique_ptr<QWidget> makeWindow(WindowNature nature, int x = 500) {
+        auto window = std::make_unique<ClickCounter>(clicks_);
+        window->setGeometry(x, 300, 200, 100);
+        overlays_.prepare(window->winId(), nature);
+        return window;
+    }
+    bool isShownOver(const QWidget& window, const OtherApplication& other) {
+        if (!server_->isViewable(static_cast<xcb_window_t>(window.winId()))) return false;
+        const auto order = server_->clientsFromTop();
+        const auto ours = std::find(order.begin(), order.end(), static_cast<xcb_window_t>(window.winId()));
+        const auto theirs = std::find(order.begin(), order.end(), other.window());
+        return ours < theirs && ours != order.end();
+    }
+    bool focusIs(xcb_window_t window) { return server_->clientWindow(server_->focusedWindow()) == window; }
+    bool isActive(xcb_window_t window) { return server_->activeWindow() == window && focusIs(window); }
+
+    class ClickCounter : public QWidget {
+    public:
+        // As Vantor's own windows are made.
+        explicit ClickCounter(int& clicks)
+            : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint), clicks_(clicks) {}
+
+    protected:
+        void mousePressEvent(QMouseEvent*) override { ++clicks_; }
+
+    private:
+        int& clicks_;
+    };
+
+    std::unique_ptr<XcbDesktop> server_ = XcbDesktop::connect();
+    int clicks_ = 0;
+    XcbWorkspace workspace_{XcbDesktop::connect(), [](const std::string&) { return std::nullopt; },
+                            static_cast<std::uint32_t>(::getpid())};
+    XcbOverlayWindows overlays_{XcbDesktop::connect()};
+};
+
+TEST_F(WorkspaceTest, ReportsTheFrontmostApplicationAtOnceAndAtEachChange) {
+    std::vector<std::string> seen;
+    auto subscription = workspace_.observeFrontmostApplication([&](const std::string& each) { seen.push_back(each); });
+    EXPECT_EQ(seen, std::vector<std::string>{""});
+
+    OtherApplication game({});
+    ASSERT_TRUE(comesTrue([&] { return seen.back() == gameIdentifier; }));
+    {
+        OtherApplication notes(
+            {QStringLiteral("--class"), QStringLiteral("notes"), QStringLiteral("--size"), QStringLiteral("300x200")});
+        ASSERT_TRUE(comesTrue([&] { return seen.back() == "notes"; }));
+    }
+    ASSERT_TRUE(comesTrue([&] { return seen.back() == gameIdentifier; }));
+
+    auto own = makeWindow(WindowNature::popup);
+    own->show();
+    ASSERT_TRUE(comesTrue([&] { return seen.back() == ownIdentifier; }));
+    own->hide();
+    ASSERT_TRUE(comesTrue([&] { return seen.back() == gameIdentifier; }));
+    game.end();
+    ASSERT_TRUE(comesTrue([&] { return seen.back().empty(); }));
+    EXPECT_TRUE(std::adjacent_find(seen.begin(), seen.end()) == seen.end())
+        << "an unchanged application is reported again";
+
+    const auto count = seen.size();
+    subscription.reset();
+    OtherApplication again({});
+    ASSERT_TRUE(comesTrue([&] { return isActive(again.window()); }));
+    QApplication::processEvents();
+    EXPECT_EQ(seen.size(), count);
+}
+
+TEST_F(WorkspaceTest, SwitchingBetweenOurWindowAndTheGameNeverReportsAnythingElse) {
+    OtherApplication game({});
+    ASSERT_TRUE(comesTrue([&] { return isActive(game.window()); }));
+    auto owner = workspace_.observeFrontmostWindow([&](NativeWindow each) { overlays_.setOwnerWindow(each); });
+    std::vector<std::string> seen;
+    auto subscription = workspace_.observeFrontmostApplication([&](const std::string& each) { seen.push_back(each); });
+    ASSERT_TRUE(comesTrue([&] { return seen.back() == gameIdentifier; }));
+    seen.clear();
+    auto own = makeWindow(WindowNature::overlay);
+    for (int round = 0; round < 10; ++round) {
+        own->show();
+        ASSERT_TRUE(comesTrue([&] { return isShownOver(*own, game); }));
+        click(*own);
+        ASSERT_TRUE(comesTrue([&] { return isActive(static_cast<xcb_window_t>(own->winId())); }));
+        ASSERT_TRUE(comesTrue([&] { return !seen.empty() && seen.back() == ownIdentifier; }));
+        own->hide();
+        ASSERT_TRUE(comesTrue([&] { return seen.back() == gameIdentifier; }));
+    }
+    EXPECT_EQ(std::count(seen.begin(), seen.end(), std::string()), 0) << "a moment without any application is reported";
+    EXPECT_EQ(seen.size(), 20U);
+}
+
+TEST_F(WorkspaceTest, OverlayTakesTheFocusOnAClickAndHandsItBack) {
+    OtherApplication game({});
+    ASSERT_TRUE(comesTrue([&] { return isActive(game.window()); }));
+    auto subscription = workspace_.observeFrontmostWindow([&](NativeWindow each) { overlays_.setOwnerWindow(each); });
+    auto own = makeWindow(WindowNature::overlay);
+    const auto ownWindow = static_cast<xcb_window_t>(own->winId());
+    for (int round = 0; round < 3; ++round) {
+        own->show();
+        ASSERT_TRUE(comesTrue([&] { return isShownOver(*own, game); })) << round;
+        EXPECT_TRUE(isActive(game.window())) << "mapping the overlay took the focus, round " << round;
+        EXPECT_TRUE(workspace_.awaitFocusReturned(250ms));
+        workspace_.hideAndUnhideWithoutActivation();  // nothing to hand back
+
+        const int before = clicks_;
+        click(*own);
+        ASSERT_TRUE(comesTrue([&] { return isActive(ownWindow); })) << round;
+        ASSERT_TRUE(comesTrue([&] { return clicks_ == before + 1; })) << "the first click does not act";
+        EXPECT_TRUE(isShownOver(*own, game));
+        EXPECT_FALSE(workspace_.awaitFocusReturned(20ms));
+
+        workspace_.hideAndUnhideWithoutActivation();
+        EXPECT_TRUE(workspace_.awaitFocusReturned(250ms));
+        ASSERT_TRUE(comesTrue([&] { return isActive(game.window()); }));
+        EXPECT_TRUE(own->isVisible());
+        ASSERT_TRUE(comesTrue([&] { return isShownOver(*own, game); }))
+            << "the focused full-screen game covers the overlay";
+        own->hide();
+        ASSERT_TRUE(comesTrue([&] { return !server_->isViewable(ownWindow); }));
+    }
+}
+
+TEST_F(WorkspaceTest, NonActivatingWindowActsOnClicksWithoutTheFocus) {
+    OtherApplication game({});
+    ASSERT_TRUE(comesTrue([&] { return isActive(game.window()); }));
+    auto subscription = workspace_.observeFrontmostWindow([&](NativeWindow each) { overlays_.setOwnerWindow(each); });
+    auto own = makeWindow(WindowNature::nonActivating);
+    for (int round = 1; round <= 3; ++round) {
+        own->show();
+        ASSERT_TRUE(comesTrue([&] { return isShownOver(*own, game); })) << round;
+        click(*own);
+        ASSERT_TRUE(comesTrue([&] { return clicks_ == round; }));
+        EXPECT_TRUE(isActive(game.window()));
+        own->hide();
+        ASSERT_TRUE(comesTrue([&] { return !server_->isViewable(static_cast<xcb_window_t>(own->winId())); }));
+    }
+}
+
+TEST_F(WorkspaceTest, BearsThatTheApplicationToReturnToHasVanished) {
+    OtherApplication notes(
+        {QStringLiteral("--class"), QStringLiteral("notes"), QStringLiteral("--size"), QStringLiteral("300x200")});
+    ASSERT_TRUE(comesTrue([&] { return isActive(notes.window()); }));
+    OtherApplication game({});
+    ASSERT_TRUE(comesTrue([&] { return isActive(game.window()); }));
+    auto own = makeWindow(WindowNature::popup);
+    own->show();
+    ASSERT_TRUE(comesTrue([&] { return isActive(static_cast<xcb_window_t>(own->winId())); }));
+    game.end();
+    workspace_.hideAndUnhideWithoutActivation();
+    EXPECT_TRUE(workspace_.awaitFocusReturned(250ms));
+    EXPECT_TRUE(comesTrue([&] { return isActive(notes.window()); }));
+    notes.end();
+    ASSERT_TRUE(comesTrue([&] { return !isActive(notes.window()); }));
+    workspace_.hideAndUnhideWithoutActivation();  // nobody is left to take it
+}
+
+TEST(DoctorTest, FindsThePowersOfThePrivateDesktopAndNamesTheMissing) {
+    const auto powers = examinePowers("/nonexistent/module.so");
+    std::vector<std::string> absent;
+    for (const auto& each : powers)
+        if (!each.present) absent.push_back(each.name);
+    EXPECT_EQ(powers.size(), 9U);
+    EXPECT_EQ(absent, (std::vector<std::string>{"tray", "web engine"})) << powersAsText(powers);
+
+    const auto display = qgetenv("DISPLAY");
+    qunsetenv("DISPLAY");
+    const auto without = examinePowers("/proc/self/exe");
+    qputenv("DISPLAY", display);
+    absent.clear();
+    for (const auto& each : without)
+        if (!each.present) absent.push_back(each.name);
+    EXPECT_EQ(absent,
+              (std::vector<std::string>{"display", "raw keys", "posting", "layout", "frontmost application", "tray"}));
+    EXPECT_NE(powersAsText(without).find("display                no   no X server"), std::string::npos)
+        << powersAsText(without);
+}
+
+TEST(SingleInstanceTest, SecondStartAsksTheFirstAndAStaleSocketIsReplaced) {
+    const auto name = QStringLiteral("vantor-test.socket");
+    const auto path = qEnvironmentVariable("XDG_RUNTIME_DIR") + QLatin1Char('/') + name;
+    EXPECT_EQ(SingleInstance::nameFor(":0.0"), SingleInstance::nameFor(":0"));
+    EXPECT_NE(SingleInstance::nameFor(":0"), SingleInstance::nameFor(":1"));
+    int opened = 0;
+    {
+        SingleInstance first([&] { ++opened; });
+        ASSERT_EQ(first.claim(name), SingleInstance::Role::first);
+        EXPECT_EQ(
+            QFile::permissions(path) & (QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther),
+            QFile::Permissions());
+        for (int at = 1; at <= 2; ++at) {
+            SingleInstance second([] { FAIL() << "the second start is asked"; });
+            EXPECT_EQ(second.claim(name), SingleInstance::Role::second);
+            EXPECT_TRUE(comesTrue([&] { return opened == at; }));
+        }
+    }
+    // What a killed process leaves: a bound socket file on which nobody listens.
+    {
+        QLocalServer server;
+        ASSERT_TRUE(server.listen(path + QStringLiteral(".live")));
+        ASSERT_TRUE(QFile::rename(path + QStringLiteral(".live"), path));
+    }
+    ASSERT_TRUE(QFile::exists(path));
+    SingleInstance next([&] { ++opened; });
+    EXPECT_EQ(next.claim(name), SingleInstance::Role::first);
+}
+
+}  // namespace
+}  // namespace vantor

@@ -1,0 +1,161 @@
+#!/usr/bin/env python3
+"""The day's timeline computed a second time, from the rules alone and with Python's own numbers and zones: what the program
+prints is compared with this. Run by hand it prints the JSON list of a catalogue:
+
+    timeline_oracle.py CATALOGUE --zone Europe/Berlin --now 2026-03-29T01:30 [--on timer.isTimer] [--off timer.isEvent]
+"""
+
+import argparse
+import json
+from datetime import datetime, timezone
+from zoneinfo import ZoneInfo
+
+DEFAULT_FILTERS = {
+    "timer.isTimer": False,
+    "timer.isEvent": True,
+    "timer.hasGuaranteedItems": False,
+    "timer.dropsItems": False,
+    "timer.hasAchievements": False,
+    "timer.dropsCollectionsItems": False,
+    "timer.isSpecialEvent": False,
+}
+
+
+class Fault(Exception):
+    """The catalogue cannot be computed with. `section` is its id, `place` the step."""
+
+    def __init__(self, section, place):
+        super().__init__(f"section {section}, {place}")
+        self.section = section
+        self.place = place
+
+
+def toward_zero(number, divisor):
+    return number // divisor if number >= 0 else -(-number // divisor)
+
+
+def remainder(number, divisor):
+    return number - divisor * toward_zero(number, divisor)
+
+
+def int64(number, section, place):
+    if not -2**63 <= number < 2**63:
+        raise Fault(section, place)
+    return number
+
+
+def moment(text, zone):
+    """A text without an offset is local, the first of two equal local times."""
+    when = datetime.fromisoformat(text.replace("Z", "+00:00"))
+    return when if when.tzinfo else when.replace(tzinfo=zone)
+
+
+def offset_seconds(when, zone):
+    # by way of UTC: a local time that a clock change skips has moved by then
+    return int(when.astimezone(timezone.utc).astimezone(zone).utcoffset().total_seconds())
+
+
+def enters(event, section, filters, completed):
+    if filters["timer.isTimer"] and event["name"] != "":
+        return True
+    if filters["timer.isEvent"] and event.get("chatlink") is not None:
+        return True
+    rewards = event.get("rewards")
+    if rewards is None:
+        return False
+    has = lambda key: rewards.get(key) is not None
+    return (
+        (filters["timer.hasGuaranteedItems"] and has("items"))
+        or (filters["timer.dropsItems"] and has("random_items"))
+        or (filters["timer.hasAchievements"] and has("achievements") and bool(set(rewards["achievements"]) - completed))
+        or (filters["timer.dropsCollectionsItems"] and has("items_for_achievements"))
+        or (filters["timer.isSpecialEvent"] and section["category"] == "Special Events")
+    )
+
+
+def occurrences(section, filters, offset_minutes, completed):
+    start = offset_minutes
+    found = []
+
+    def play(name):
+        nonlocal start
+        for number, step in enumerate(section["sequences"][name]):
+            place = f"sequences.{name}[{number}]"
+            matching = [event for event in section["segments"] if event["id"] == step["r"]]
+            if not matching:
+                raise Fault(section["id"], place)
+            event = matching[0]
+            if enters(event, section, filters, completed):
+                gathering = int64(start - (event.get("lfg") or 0), section["id"], place)
+                packed = event["id"] / 10000.0 + section["id"] / 100.0 + float(gathering)
+                found.append((packed, start, gathering, section, event))
+            start = int64(start + step["d"], section["id"], place)
+
+    play("partial")
+    advance = sum(step["d"] for step in section["sequences"]["pattern"])
+    while True:
+        play("pattern")
+        if offset_minutes + 1440 < start:
+            return found
+        if advance <= 0:
+            raise Fault(section["id"], "sequences.pattern")
+
+
+def time_text(minutes):
+    return "%02d:%02d" % (remainder(int(minutes / 60), 24), remainder(int(minutes), 60))
+
+
+def timeline(sections, filters, when, zone, completed=frozenset(), window_hours=None):
+    """The list as the program prints it; with `window_hours` only what is visible then."""
+    offset = offset_seconds(when, zone)
+    found = []
+    for section in sections:
+        if section["active"]:
+            found += occurrences(section, filters, toward_zero(offset, 60), completed)
+    found.sort(key=lambda occurrence: occurrence[0])
+
+    if window_hours is not None:
+        local = when.astimezone(timezone.utc).astimezone(zone)
+        now = local.hour * 60 + local.minute
+        if local.hour < toward_zero(offset, 3600):
+            now += 1440
+        found = [
+            one for one in found
+            if now < one[0] + (one[4].get("lfg") or 0) and one[0] < now + window_hours * 60 + 1
+        ]
+
+    return [
+        {
+            "id": packed,
+            "sectionId": section["id"],
+            "section": section["name"],
+            "eventId": event["id"],
+            "name": event["name"],
+            "startMinute": start,
+            "gatheringMinute": gathering,
+            "start": time_text(packed + (event.get("lfg") or 0)),
+            "gathering": time_text(packed),
+            "chatlink": event.get("chatlink"),
+        }
+        for packed, start, gathering, section, event in found
+    ]
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("catalogue")
+    parser.add_argument("--zone", default="UTC")
+    parser.add_argument("--now", required=True)
+    parser.add_argument("--on", action="append", default=[])
+    parser.add_argument("--off", action="append", default=[])
+    parser.add_argument("--window", type=float, metavar="HOURS")
+    given = parser.parse_args()
+    filters = DEFAULT_FILTERS | {key: True for key in given.on} | {key: False for key in given.off}
+    zone = ZoneInfo(given.zone)
+    with open(given.catalogue, encoding="utf-8") as file:
+        sections = json.load(file)
+    print(json.dumps(timeline(sections, filters, moment(given.now, zone), zone, window_hours=given.window), indent=1))
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,320 @@
+#include "timers/Timeline.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "timers/DataFault.h"
+#include "timers/TimeText.h"
+#include "timers/TimerRow.h"
+#include "timers/VisibleWindow.h"
+
+namespace vantor {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max();
+constexpr TimerFilters timersOnly{.isTimer = true, .isEvent = false};
+constexpr TimerFilters nothing{.isEvent = false};
+
+Event event(std::int64_t id, std::string name, std::optional<std::int64_t> lfg = {}) {
+    Event made;
+    made.id = id;
+    made.name = std::move(name);
+    made.lfg = lfg;
+    return made;
+}
+
+EventsSection section(std::int64_t id, std::vector<Event> segments, std::vector<EventTimelineData> partial,
+                      std::vector<EventTimelineData> pattern) {
+    EventsSection made;
+    made.id = id;
+    made.category = "Core";
+    made.name = "Section " + std::to_string(id);
+    made.active = true;
+    made.segments = std::move(segments);
+    made.sequences = {std::move(partial), std::move(pattern)};
+    return made;
+}
+
+Timeline computed(const std::vector<EventsSection>& sections, const TimerFilters& filters = timersOnly, int offset = 0,
+                  const std::vector<AchievementCompletition>& progress = {}) {
+    auto result = computeTimeline(sections, progress, filters, offset);
+    if (const auto* fault = std::get_if<TimelineFault>(&result)) {
+        ADD_FAILURE() << describe(*fault);
+        return {};
+    }
+    return std::get<Timeline>(std::move(result));
+}
+
+std::vector<std::int64_t> starts(const Timeline& timeline) {
+    std::vector<std::int64_t> minutes;
+    for (const TimelineEvent& occurrence : timeline.events) minutes.push_back(occurrence.startMinute);
+    return minutes;
+}
+
+TEST(Timeline, WalksThePartialOnceAndThePatternInWholePasses) {
+    struct {
+        std::string_view what;
+        std::vector<EventTimelineData> partial, pattern;
+        int offsetSeconds;
+        std::vector<std::int64_t> starts;
+    } const table[] = {
+        {"a day and one occurrence at its end",
+         {},
+         {{1, 120}},
+         0,
+         {0, 120, 240, 360, 480, 600, 720, 840, 960, 1080, 1200, 1320, 1440}},
+        {"ends past the horizon, not at it", {}, {{1, 1440}}, 0, {0, 1440}},
+        {"the last pass runs whole", {}, {{1, 1400}, {1, 1400}}, 0, {0, 1400}},
+        {"the first pass always runs", {{1, 2000}}, {{1, 10}}, 0, {0, 2000}},
+        {"no pattern, partial past the horizon", {{1, 1441}}, {}, 0, {0}},
+        {"half hours east", {}, {{1, 1000}}, 19800, {330, 1330}},
+        {"west", {}, {{1, 1000}}, -18000, {-300, 700}},
+        {"truncated toward zero, seconds west", {}, {{1, 2000}}, -3599, {-59}},
+        {"backward and empty steps in a pattern that advances",
+         {},
+         {{1, 1000}, {1, -10}, {1, 0}},
+         0,
+         {0, 990, 990, 1000, 1980, 1990}},
+        {"a pattern that goes back, once past the horizon", {{1, 1500}}, {{1, -10}}, 0, {0, 1500}},
+    };
+    for (const auto& row : table) {
+        SCOPED_TRACE(row.what);
+        EXPECT_EQ(
+            starts(computed({section(3, {event(1, "Boss")}, row.partial, row.pattern)}, timersOnly, row.offsetSeconds)),
+            row.starts);
+    }
+}
+
+TEST(Timeline, PacksMinuteSectionAndEventInTheGivenOrderOfAdditions) {
+    const auto east = computed({section(3, {event(7, "Boss"), event(8, "", 5)}, {{8, 75}}, {{7, 2000}})});
+    ASSERT_EQ(east.events.size(), 1U);
+    EXPECT_EQ(east.events[0].id, 7 / 10000.0 + 3 / 100.0 + 75);
+    EXPECT_EQ(startText(east.events[0]), "01:15");
+
+    const auto west = computed({section(3, {event(7, "Boss")}, {}, {{7, 2000}})}, timersOnly, -18000);
+    EXPECT_EQ(west.events[0].id, 7 / 10000.0 + 3 / 100.0 + -300);
+    EXPECT_EQ(startText(west.events[0]), "-4:-59");
+
+    const auto early = computed({section(3, {event(7, "Boss", 10), event(8, "")}, {{8, 600}}, {{7, 2000}})});
+    EXPECT_EQ(early.events[0].id, 7 / 10000.0 + 3 / 100.0 + 590);
+    EXPECT_EQ(early.events[0].startMinute, 600);
+    EXPECT_EQ(early.events[0].gatheringMinute(), 590);
+    EXPECT_EQ(startText(early.events[0]), "10:00");
+    EXPECT_EQ(gatheringText(early.events[0]), "09:50");
+}
+
+TEST(Timeline, SortsByGatheringMinuteThenSectionThenEventAndKeepsEqualIdsInOrder) {
+    const auto once = [](std::int64_t id, std::vector<Event> events) {
+        auto made = section(id, std::move(events), {}, {});
+        for (const Event& one : made.segments) made.sequences.partial.push_back({one.id, 0});
+        made.sequences.partial.back().durationMinutes = 2000;
+        return made;
+    };
+    auto idle = once(1, {event(1, "idle")});
+    idle.active = false;
+    const auto timeline = computed({once(9, {event(2, "9.2"), event(1, "9.1"), event(3, "first", 30)}),
+                                    once(4, {event(1, "4 a")}), idle, once(4, {event(1, "4 b")})});
+    std::vector<std::string> names;
+    for (const TimelineEvent& occurrence : timeline.events) names.push_back(occurrence.event().name);
+    EXPECT_THAT(names, ElementsAre("first", "4 a", "4 b", "9.1", "9.2"));
+    EXPECT_EQ(timeline.events[0].sectionName(), "Section 9");
+    EXPECT_TRUE(computed({}).events.empty());
+}
+
+TEST(Timeline, TakesTheFirstOfSegmentsWithEqualIds) {
+    const auto timeline = computed({section(3, {event(1, "first"), event(1, "second")}, {}, {{1, 2000}})});
+    EXPECT_EQ(timeline.events[0].event().name, "first");
+}
+
+TEST(Timeline, FiltersIncludeByTheirTests) {
+    const std::vector<std::int64_t> none;
+    EventRewards items, randomItems, achievements, collections;
+    items.items = none;
+    randomItems.random_items = none;
+    achievements.achievements = {10, 11};
+    collections.items_for_achievements = std::vector<ItemForAchievement>{};
+
+    const TimerFilters all{true, true, true, true, true, true, true};
+    const TimerFilters guaranteed{.isEvent = false, .hasGuaranteedItems = true};
+    const TimerFilters drops{.isEvent = false, .dropsItems = true};
+    const TimerFilters progressing{.isEvent = false, .hasAchievements = true};
+    const TimerFilters collecting{.isEvent = false, .dropsCollectionsItems = true};
+    const TimerFilters special{.isEvent = false, .isSpecialEvent = true};
+    struct {
+        std::string_view what;
+        std::string name;
+        bool chatlink;
+        std::optional<EventRewards> rewards;
+        TimerFilters filters;
+        std::vector<AchievementCompletition> progress;
+        std::string category;
+        bool included;
+    } const table[] = {
+        {"defaults: a waypoint", "", true, {}, {}, {}, "Core", true},
+        {"defaults: no waypoint", "Boss", false, items, {}, {}, "Core", false},
+        {"every filter off", "Boss", true, items, nothing, {}, "Special Events", false},
+        {"timers: a name", "Boss", false, {}, timersOnly, {}, "Core", true},
+        {"timers: a gap", "", false, {}, timersOnly, {}, "Core", false},
+        {"all on, gap without rewards", "", false, {}, all, {}, "Special Events", false},
+        {"all on, gap with rewards", "", false, items, all, {}, "Core", true},
+        {"empty items are present", "", false, items, guaranteed, {}, "Core", true},
+        {"guaranteed, but only drops", "", false, randomItems, guaranteed, {}, "Core", false},
+        {"empty drops are present", "", false, randomItems, drops, {}, "Core", true},
+        {"empty collections are present", "", false, collections, collecting, {}, "Core", true},
+        {"one achievement open", "", false, achievements, progressing, {{10, {}, 1, 1, true, {}, {}}}, "Core", true},
+        {"begun is not done",
+         "",
+         false,
+         achievements,
+         progressing,
+         {{10, {}, 1, 1, true, {}, {}}, {11, {}, 0, 1, false, {}, {}}},
+         "Core",
+         true},
+        {"all achievements done",
+         "",
+         false,
+         achievements,
+         progressing,
+         {{11, {}, 1, 1, true, {}, {}}, {10, {}, 1, 1, true, {}, {}}},
+         "Core",
+         false},
+        {"special needs rewards", "", false, {}, special, {}, "Special Events", false},
+        {"special with empty rewards", "", false, EventRewards{}, special, {}, "Special Events", true},
+        {"special elsewhere", "", false, EventRewards{}, special, {}, "special events", false},
+    };
+    for (const auto& row : table) {
+        SCOPED_TRACE(row.what);
+        Event one = event(1, row.name);
+        if (row.chatlink) one.chatlink = "";
+        one.rewards = row.rewards;
+        auto only = section(3, {one}, {}, {{1, 2000}});
+        only.category = row.category;
+        EXPECT_EQ(computed({only}, row.filters, 0, row.progress).events.size(), row.included ? 1U : 0U);
+    }
+}
+
+TEST(Timeline, CollectsTheAchievementsOfActiveSectionsWhateverIsShown) {
+    Event both = event(1, "Boss");
+    both.rewards = EventRewards{};
+    both.rewards->achievements = {5, 6};
+    both.rewards->items_for_achievements = {{100, 7}};
+    auto active = section(3, {both, event(2, "none"), both}, {}, {{2, 2000}});
+    auto idle = active;
+    idle.active = false;
+    EXPECT_THAT(computed({idle, active}, nothing).achievementIds, ElementsAre(5, 6, 7, 5, 6, 7));
+}
+
+TEST(Timeline, BrokenSchedulesOfActiveSectionsAreFaultsThatNameTheStep) {
+    const std::vector<Event> one{event(1, "Boss", 10)};
+    struct {
+        std::string_view what;
+        EventsSection section;
+        std::string_view place;  // empty for no fault
+    } table[] = {
+        {"step without its event", section(3, one, {{1, 5}, {2, 5}}, {{1, 2000}}), "sequences.partial[1]"},
+        {"in the pattern", section(3, one, {}, {{1, 0}, {1, 5}, {9, 5}}), "sequences.pattern[2]"},
+        {"no entries at all", section(3, {}, {}, {{1, 2000}}), "sequences.pattern[0]"},
+        {"start overflows", section(3, one, {{1, most}, {1, 1}}, {{1, 2000}}), "sequences.partial[1]"},
+        {"gathering overflows", section(3, one, {{1, -most}, {1, 5}}, {{1, 2000}}), "sequences.partial[1]"},
+        {"empty pattern", section(3, one, {{1, 1440}}, {}), "sequences.pattern"},
+        {"pattern of no length", section(3, one, {}, {{1, 0}}), "sequences.pattern"},
+        {"pattern going back", section(3, one, {}, {{1, 5}, {1, -6}}), "sequences.pattern"},
+    };
+    for (auto& row : table) {
+        SCOPED_TRACE(row.what);
+        const auto result = computeTimeline(std::vector{row.section}, {}, timersOnly, 0);
+        const auto* fault = std::get_if<TimelineFault>(&result);
+        ASSERT_TRUE(fault);
+        EXPECT_EQ(fault->stepPlace, row.place);
+        EXPECT_EQ(fault->sectionId, 3);
+        EXPECT_THAT(describe(*fault), ::testing::AllOf(::testing::HasSubstr("section 3 \"Section 3\""),
+                                                       ::testing::HasSubstr(std::string(row.place) + ": ")));
+        row.section.active = false;
+        EXPECT_THAT(computed({row.section}).events, IsEmpty());
+    }
+}
+
+TEST(TimeText, TruncatesTowardZeroAndKeepsTheSign) {
+    const double infinite = std::numeric_limits<double>::infinity();
+    struct {
+        double minutes;
+        std::optional<std::string> text;
+    } const table[] = {
+        {0, "00:00"},
+        {75.9999, "01:15"},
+        {1440, "00:00"},
+        {1530.5, "01:30"},
+        {-0.5, "00:00"},
+        {-14.9, "00:-14"},
+        {-299.9693, "-4:-59"},
+        {-1500, "-1:00"},
+        {std::nextafter(0x1p63, 0), "16:04"},
+        {-0x1p63, "-16:-8"},
+        {0x1p63, std::nullopt},
+        {infinite, std::nullopt},
+        {-infinite, std::nullopt},
+        {std::numeric_limits<double>::quiet_NaN(), std::nullopt},
+    };
+    for (const auto& row : table) EXPECT_EQ(timeText(row.minutes), row.text) << row.minutes;
+}
+
+TEST(VisibleWindow, CurrentMinuteCountsTheSmallHoursToTheDayThatBeganYesterday) {
+    EXPECT_EQ(currentMinute({10, 0, 0}, 7200), 600);
+    EXPECT_EQ(currentMinute({1, 30, 0}, 7200), 1530);
+    EXPECT_EQ(currentMinute({2, 0, 59}, 7200), 120);
+    EXPECT_EQ(currentMinute({5, 15, 0}, 20700), 315) << "only whole hours of the offset count";
+    EXPECT_EQ(currentMinute({4, 59, 0}, 20700), 1739);
+    EXPECT_EQ(currentMinute({0, 10, 0}, -1800), 10) << "an offset of less than an hour west is none";
+    EXPECT_EQ(currentMinute({0, 0, 0}, -18000), 0);
+}
+
+TEST(VisibleWindow, KeepsWhatHasNotStartedAndGathersSoon) {
+    const auto at = [](double id, std::int64_t lfg) {
+        auto scheduled = std::make_shared<ScheduledEvent>();
+        scheduled->event.lfg = lfg;
+        return TimelineEvent{id, 0, scheduled};
+    };
+    EXPECT_TRUE(isVisible(at(780.0102, 0), 600, 180));
+    EXPECT_FALSE(isVisible(at(781.0102, 0), 600, 180));
+    EXPECT_TRUE(isVisible(at(600.0001, 0), 600, 180)) << "the packed fraction keeps the start past its minute";
+    EXPECT_FALSE(isVisible(at(599.9, 0), 600, 180));
+    EXPECT_TRUE(isVisible(at(590.0102, 10), 600, 180)) << "gathering has passed, the start has not";
+    EXPECT_FALSE(isVisible(at(590.0102, 9), 600, 180));
+    EXPECT_TRUE(isVisible(at(605.0102, 0), 600, 10));
+    EXPECT_FALSE(isVisible(at(611.0102, 0), 600, 10));
+    const double noNumber = std::numeric_limits<double>::quiet_NaN();
+    EXPECT_FALSE(isVisible(at(noNumber, 0), 600, 180));
+    EXPECT_FALSE(isVisible(at(700, 0), 600, noNumber));
+}
+
+TEST(TimerRow, ShowsTheVisiblePartAsTexts) {
+    Event linked = event(2, "Dragon", 15);
+    linked.chatlink = "[&BEwCAAA=]";
+    const auto timeline = computed({section(3, {event(1, "Boss"), linked}, {{1, 60}, {2, 65}, {1, 600}}, {{1, 2000}})});
+    const auto rows = timerRows(timeline.events, 30, 180);
+    EXPECT_EQ(rows, (std::vector<TimerRow>{
+                        {timeline.events[1].id, "01:00", "Dragon", "Section 3", "get there by 00:45 to LFG", "30 min",
+                         "[&BEwCAAA=]"},
+                        {timeline.events[2].id, "02:05", "Boss", "Section 3", "", "1 h 35 min", ""},
+                    }));
+    EXPECT_EQ(remainingText(0), "now");
+    EXPECT_EQ(remainingText(120), "2 h");
+    EXPECT_EQ(remainingText(125), "2 h 05 min");
+}
+
+TEST(TimerRowDeathTest, StopsTheProgramForATimeThatCannotBeWritten) {
+    auto scheduled = std::make_shared<ScheduledEvent>();
+    scheduled->sectionName = "Far\naway";
+    scheduled->event.lfg = most;
+    const std::vector<TimelineEvent> timeline{{0, most, scheduled}};
+    EXPECT_EXIT((void)timerRows(timeline, 0, 180), ::testing::ExitedWithCode(dataFaultStatus),
+                "^vantor: events catalogue, section \"Far away\", event 0: [^\n]+\n$");
+}
+
+}  // namespace
+}  // namespace vantor
