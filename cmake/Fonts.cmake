@@ -12,6 +12,5 @@ function(vantor_font result pattern)
 endfunction()
 
 vantor_font(VANTOR_SERIF "EBGaramond12-Regular\\.(otf|ttf)$|EBGaramond-Regular\\.(otf|ttf)$" /usr/share/fonts/*Garamond*)
-vantor_font(VANTOR_SERIF_MEDIUM "EBGaramond-Medium\\.(otf|ttf)$|EBGaramond12-Regular\\.(otf|ttf)$" /usr/share/fonts/*Garamond*)
 vantor_font(VANTOR_SANS "Lato-Regular\\.ttf$" /usr/share/fonts/*Lato*)
 vantor_font(VANTOR_SANS_BOLD "Lato-Bold\\.ttf$" /usr/share/fonts/*Lato*)

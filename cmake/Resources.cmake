@@ -7,7 +7,7 @@ qt_add_resources(vantor catalogue PREFIX "/" BASE "${CMAKE_SOURCE_DIR}/resources
 if(VANTOR_IMAGES)
     qt_add_resources(vantor images PREFIX "/" BASE "${CMAKE_SOURCE_DIR}/resources" FILES ${VANTOR_IMAGES})
 endif()
-foreach(pair "SERIF;serif" "SERIF_MEDIUM;serif-medium" "SANS;sans" "SANS_BOLD;sans-bold")
+foreach(pair "SERIF;serif" "SANS;sans" "SANS_BOLD;sans-bold")
     list(GET pair 0 variable)
     list(GET pair 1 alias)
     set_source_files_properties(${VANTOR_${variable}} PROPERTIES QT_RESOURCE_ALIAS ${alias})
