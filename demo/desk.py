@@ -199,7 +199,7 @@ def press(*chord):
 
 
 def click(x, y):
-    subprocess.run(["xdotool", "mousemove", "--sync", str(x), str(y), "click", "1"], check=True, timeout=PATIENCE)
+    subprocess.run(["xdotool", "mousemove", str(x), str(y), "click", "1"], check=True, timeout=PATIENCE)
 
 
 def park_pointer():

@@ -23,6 +23,7 @@
 #include "platform/linux/XTestKeyPoster.h"
 #include "platform/linux/XcbOverlayWindows.h"
 #include "platform/linux/XcbWorkspace.h"
+#include "platform/linux/XkbKeyboardLayout.h"
 #include "platform/qt/JsonDefaults.h"
 #include "platform/qt/QtMainThread.h"
 #include "platform/qt/QtPasteboard.h"

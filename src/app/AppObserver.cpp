@@ -73,10 +73,17 @@ void AppObserver::dispatch(const KeyEvent& event) {
     const HotkeyDecision decision = decideHotkey(
         event, visible_, [this] { return focus_.isCurrentApplicationEnabled(); }, needs_.data.defaults);
     switch (decision.action) {
-        case HotkeyAction::none: break;
-        case HotkeyAction::paste: pasteClipboard(); break;
-        case HotkeyAction::close: setVisible(false); break;
-        case HotkeyAction::toggle: setVisible(!visible_); break;
+        case HotkeyAction::none:
+            break;
+        case HotkeyAction::paste:
+            pasteClipboard();
+            break;
+        case HotkeyAction::close:
+            setVisible(false);
+            break;
+        case HotkeyAction::toggle:
+            setVisible(!visible_);
+            break;
     }
     if (decision.replayCamera) replayActionCamera();
 }
@@ -103,10 +110,14 @@ void AppObserver::perform(const WindowStep& step) {
 
 AppWindow* AppObserver::find(AppWindowName name) const {
     switch (name) {
-        case AppWindowName::main: return window_.get();
-        case AppWindowName::icon: return icon_.get();
-        case AppWindowName::emoji: return emojiWindow_.get();
-        case AppWindowName::watchedEvents: return watchedEventsWindow_.get();
+        case AppWindowName::main:
+            return window_.get();
+        case AppWindowName::icon:
+            return icon_.get();
+        case AppWindowName::emoji:
+            return emojiWindow_.get();
+        case AppWindowName::watchedEvents:
+            return watchedEventsWindow_.get();
     }
     return nullptr;
 }

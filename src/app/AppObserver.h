@@ -1,7 +1,7 @@
 #pragma once
-// The application's one state: it owns the four windows, the data, the typing and the pages, and wires the desktop's notices
-// to them. What there is to decide, smaller classes decide. Main thread; made once, lives until the process ends. The session
-// queue must have run its last task before it goes.
+// The application's one state: it owns the four windows, the data, the typing and the pages, and wires the desktop's
+// notices to them. What there is to decide, smaller classes decide. Main thread; made once, lives until the process
+// ends. The session queue must have run its last task before it goes.
 
 #include <functional>
 #include <memory>

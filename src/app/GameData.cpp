@@ -20,21 +20,22 @@ GameData::GameData(const Needs& needs)
       beasts_(contextOf(needs), "BeastCategory", needs.hosts.staticFiles + "/categories/beasts.json", false, true),
       eventsAchievementsCompletition_(contextOf(needs), "AchievementCompletition",
                                       needs.hosts.api + "/v2/account/achievements", true, true),
-      bestiaryCompletition_(contextOf(needs), "AchievementCompletition", needs.hosts.api + "/v2/account/achievements", true,
-                            true),
-      allCompletedAchievements_(contextOf(needs), "AchievementCompletition", needs.hosts.api + "/v2/account/achievements",
-                                true, true),
+      bestiaryCompletition_(contextOf(needs), "AchievementCompletition", needs.hosts.api + "/v2/account/achievements",
+                            true, true),
+      allCompletedAchievements_(contextOf(needs), "AchievementCompletition",
+                                needs.hosts.api + "/v2/account/achievements", true, true),
       dailyCraft_(contextOf(needs), "String", needs.hosts.api + "/v2/dailycrafting", false, true),
       dailyBoss_(contextOf(needs), "String", needs.hosts.api + "/v2/worldbosses", false, true),
       dailyChest_(contextOf(needs), "String", needs.hosts.api + "/v2/mapchests", false, true),
       raids_(contextOf(needs), "Raid", needs.hosts.api + "/v2/raids?ids=all", false, true),
-      weeklyFractals_(contextOf(needs), "AchievementCategory", needs.hosts.api + "/v2/achievements/categories?ids=261", false,
-                      true),
+      weeklyFractals_(contextOf(needs), "AchievementCategory", needs.hosts.api + "/v2/achievements/categories?ids=261",
+                      false, true),
       achievements_(contextOf(needs), "Achievement", needs.hosts.api + "/v2/achievements", false, true),
       account_(contextOf(needs), "Account", needs.hosts.api + "/v2/account", true, false),
-      chain_(needs.queue,
-             {allCompletedAchievements_, eventsSections_, beasts_, eventsAchievementsCompletition_, bestiaryCompletition_},
-             [this](const auto& sections, const auto& progress) { return feed_.compute(sections, progress); }) {
+      chain_(
+          needs.queue,
+          {allCompletedAchievements_, eventsSections_, beasts_, eventsAchievementsCompletition_, bestiaryCompletition_},
+          [this](const auto& sections, const auto& progress) { return feed_.compute(sections, progress); }) {
     eventsSections_.onChange([this] { announceLater(); });
     allCompletedAchievements_.onChange([this] { announceLater(); });
 }

@@ -1,6 +1,6 @@
 #pragma once
-// The loaders of everything that comes over the web, and the chain that fills them at start. The object belongs to the main
-// thread; the records live on the session queue, whose last task it outlives.
+// The loaders of everything that comes over the web, and the chain that fills them at start. The object belongs to the
+// main thread; the records live on the session queue, whose last task it outlives.
 
 #include <functional>
 #include <memory>

@@ -1,5 +1,6 @@
 #pragma once
-// Which application is frontmost, whether the overlay may stand over it, and what the status menu offers for it. Main thread.
+// Which application is frontmost, whether the overlay may stand over it, and what the status menu offers for it. Main
+// thread.
 
 #include <optional>
 #include <string>
@@ -11,8 +12,7 @@ namespace vantor {
 
 class GameFocus {
 public:
-    GameFocus(const Workspace& workspace, Defaults& defaults)
-        : workspace_(workspace), defaults_(defaults) {}
+    GameFocus(const Workspace& workspace, Defaults& defaults) : workspace_(workspace), defaults_(defaults) {}
 
     void setCurrentApplication(const std::string& identifier) { curApp_ = identifier; }
     // Nothing before the first notice of the desktop; empty for an application without an identifier.

@@ -1,5 +1,6 @@
 #pragma once
-// What a released key asks for. Pure decision on the event, the state and the settings as they are at this call. Main thread.
+// What a released key asks for. Pure decision on the event, the state and the settings as they are at this call. Main
+// thread.
 
 #include <functional>
 #include <string>

@@ -48,7 +48,8 @@ std::vector<std::string> splitAtCommas(const std::string& text) {
 std::span<const Setting> allSettings() { return table; }
 
 const Setting* findSetting(std::string_view key) {
-    const auto* found = std::find_if(table.begin(), table.end(), [&](const Setting& setting) { return setting.key == key; });
+    const auto* found =
+        std::find_if(table.begin(), table.end(), [&](const Setting& setting) { return setting.key == key; });
     return found == table.end() ? nullptr : found;
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 // The settings by name: which keys there are, which type each stores, and their form as texts. Any thread.
 //
-// Defaults are each reader's own. In particular `general.enableChatLinkReturnKey` unset reads as true in the settings panel and
-// as false where chat links are typed; both are meant.
+// Defaults are each reader's own. In particular `general.enableChatLinkReturnKey` unset reads as true in the settings
+// panel and as false where chat links are typed; both are meant.
 
 #include <optional>
 #include <span>

@@ -1,6 +1,6 @@
 #pragma once
-// The published timeline. It is computed on the session queue; everybody else reads immutable snapshots, from any thread. A
-// schedule that cannot be computed stops the program.
+// The published timeline. It is computed on the session queue; everybody else reads immutable snapshots, from any
+// thread. A schedule that cannot be computed stops the program.
 
 #include <functional>
 #include <memory>

@@ -61,7 +61,8 @@ Rect broughtOntoScreen(const Rect& frame, std::span<const Rect> screens) {
         const int wide = overlap(frame.x, frame.width, screen.x, screen.width);
         const int high = overlap(frame.y, frame.height, screen.y, screen.height);
         // The title bar is what one drags by, so the top edge must be on the screen.
-        if (wide >= std::min(reachable, frame.width) && high >= std::min(reachable, frame.height) && frame.y >= screen.y)
+        if (wide >= std::min(reachable, frame.width) && high >= std::min(reachable, frame.height) &&
+            frame.y >= screen.y)
             return frame;
     }
     const Rect& nearest = *std::min_element(screens.begin(), screens.end(), [&](const Rect& left, const Rect& right) {

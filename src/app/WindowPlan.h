@@ -19,8 +19,8 @@ struct WindowStep {
     bool operator==(const WindowStep&) const = default;
 };
 
-// In the order of the calls. `enabled`: the overlay may stand over the frontmost application; `visible`: the player wants
-// the main window.
+// In the order of the calls. `enabled`: the overlay may stand over the frontmost application; `visible`: the player
+// wants the main window.
 [[nodiscard]] std::vector<WindowStep> windowPlan(bool enabled, bool visible);
 
 }  // namespace vantor

@@ -26,6 +26,7 @@ QPainterPath strokeShape(const QRectF& frame, double solid) {
     }
     for (double x = right; x > frame.left(); x -= 7, ++place)
         path.lineTo(x, frame.bottom() - 4 * roughness(54, place));
+    path.lineTo(frame.left(), frame.bottom() - 2);
     path.closeSubpath();
     return path;
 }

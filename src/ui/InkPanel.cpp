@@ -10,13 +10,14 @@ namespace vantor {
 
 namespace {
 
-void drawShadow(QPainter& painter, const QPainterPath& outline, int margin) {
-    painter.save();
-    painter.translate(0, margin / 4.0);
-    painter.setBrush(Qt::NoBrush);
-    for (int reach = margin * 3 / 2; reach > 0; reach -= 2)
-        painter.strokePath(outline, QPen(QColor(0, 0, 0, 16), reach, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    painter.restore();
+// Rounded frames over each other, so that it thins out evenly to nothing at the window's edge.
+void drawShadow(QPainter& painter, const QRectF& frame, int margin) {
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(QColor(0, 0, 0, 8));
+    for (int reach = 1; reach < margin; ++reach) {
+        const double side = reach;
+        painter.drawRoundedRect(frame.adjusted(-side, -side / 2, side, side), reach + 6, reach + 6);
+    }
 }
 
 // Short horizontal strokes, lighter and darker than the ground by a breath.
@@ -49,7 +50,7 @@ QPixmap drawInkPanel(QSize size, double devicePixelRatio, const InkPanelStyle& s
     const QPainterPath outline = tornOutline(frame, style.tear, style.seed);
     QPainter painter(&panel);
     painter.setRenderHint(QPainter::Antialiasing);
-    if (style.margin > 0) drawShadow(painter, outline, style.margin);
+    if (style.margin > 0) drawShadow(painter, frame, style.margin);
 
     // The shadow must not shine through the panel.
     painter.setCompositionMode(QPainter::CompositionMode_Clear);

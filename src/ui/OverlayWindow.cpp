@@ -38,14 +38,15 @@ OverlayWindow::OverlayWindow(const Traits& traits, Prepare prepare)
 
 void OverlayWindow::orderFront() {
     if (auto prepare = std::exchange(prepare_, nullptr)) prepare(winId());
-    if (isVisible())
-        raise();
-    else
-        show();
+    if (isVisible()) return raise();
+    frameTold_ = geometry();
+    show();
 }
 
 void OverlayWindow::orderOut() {
     dragging_ = false;
+    // A window manager may have moved it by its own means.
+    if (isVisible()) tellPlace();
     hide();
 }
 
@@ -77,7 +78,11 @@ void OverlayWindow::mouseMoveEvent(QMouseEvent* event) {
 
 void OverlayWindow::mouseReleaseEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton || !std::exchange(dragging_, false)) return;
-    if (geometry() != frameAtStart_ && placed_) placed_(geometry());
+    tellPlace();
+}
+
+void OverlayWindow::tellPlace() {
+    if (geometry() != std::exchange(frameTold_, geometry()) && placed_) placed_(geometry());
 }
 
 void OverlayWindow::drag(QPoint pointer) {

@@ -36,6 +36,7 @@ protected:
 private:
     [[nodiscard]] Qt::Edges edgesAt(QPoint place) const;
     void drag(QPoint pointer);
+    void tellPlace();
 
     Traits traits_;
     Prepare prepare_;
@@ -44,6 +45,7 @@ private:
     Qt::Edges edges_;
     QPoint pointerAtStart_;
     QRect frameAtStart_;
+    QRect frameTold_;
 };
 
 }  // namespace vantor

@@ -212,6 +212,17 @@ TEST_F(WorkspaceTest, NonActivatingWindowActsOnClicksWithoutTheFocus) {
     }
 }
 
+TEST_F(WorkspaceTest, LiesOverANewGameThatBearsTheNumberOfTheOneBefore) {
+    auto subscription = workspace_.observeFrontmostWindow([&](NativeWindow each) { overlays_.setOwnerWindow(each); });
+    auto own = makeWindow(WindowNature::nonActivating);
+    own->show();
+    for (int round = 0; round < 3; ++round) {
+        OtherApplication game({});
+        ASSERT_TRUE(comesTrue([&] { return isActive(game.window()); }));
+        ASSERT_TRUE(comesTrue([&] { return isShownOver(*own, game); })) << round;
+    }
+}
+
 TEST_F(WorkspaceTest, BearsThatTheApplicationToReturnToHasVanished) {
     OtherApplication notes(
         {QStringLiteral("--class"), QStringLiteral("notes"), QStringLiteral("--size"), QStringLiteral("300x200")});

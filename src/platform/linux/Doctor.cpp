@@ -4,9 +4,9 @@
 #include <xcb/xtest.h>
 #include <xkbcommon/xkbcommon-x11.h>
 
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
 #include <QProcess>
-#include <QtDBus/QDBusConnection>
-#include <QtDBus/QDBusConnectionInterface>
 #include <algorithm>
 #include <cstdlib>
 #include <memory>

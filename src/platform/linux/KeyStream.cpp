@@ -7,6 +7,8 @@
 #include <xcb/xkb.h>
 #undef explicit
 
+#include <utility>
+
 namespace vantor {
 
 KeyStream::KeyStream(const XConnection& connection, PostedKeyRecord& record) : connection_(connection), record_(record) {
@@ -43,7 +45,7 @@ void KeyStream::takeKeyboard() {
     }
     // A keyboard that is only replaced keeps the keys that the stream has down; the server may be ahead of it.
     auto held = keyboard_ ? keyboard_->held() : TrackedKeyboard::HeldKeys();
-    if (!keyboard_) {
+    if (!keyboard_ && connection_.hasRawKeys()) {
         const XReply<xcb_query_keymap_reply_t> keys(
             xcb_query_keymap_reply(connection_.get(), xcb_query_keymap(connection_.get()), nullptr));
         for (std::size_t key = 0; keys && key < held.size(); ++key)
@@ -81,9 +83,19 @@ void KeyStream::handleKeyboardNotice(const xcb_generic_event_t& event) {
     }
 }
 
+bool KeyStream::readAhead() {
+    if (!ahead_ && connection_.get()) ahead_.reset(xcb_poll_for_queued_event(connection_.get()));
+    return ahead_ != nullptr;
+}
+
+XReply<xcb_generic_event_t> KeyStream::next() {
+    if (ahead_) return std::exchange(ahead_, nullptr);
+    return XReply<xcb_generic_event_t>(xcb_poll_for_event(connection_.get()));
+}
+
 void KeyStream::poll(const std::function<void(const StreamedKey&)>& handler) {
     if (!connection_.get()) return;
-    while (const XReply<xcb_generic_event_t> event{xcb_poll_for_event(connection_.get())}) {
+    while (const XReply<xcb_generic_event_t> event = next()) {
         const std::uint8_t type = event->response_type & 0x7f;
         if (type == XCB_GE_GENERIC) {
             const auto* generic = reinterpret_cast<const xcb_ge_generic_event_t*>(event.get());

@@ -29,6 +29,8 @@ public:
     [[nodiscard]] bool available() const { return connection_.hasRawKeys(); }
     // Handles what the server sent so far. Does not wait.
     void poll(const std::function<void(const StreamedKey&)>& handler);
+    // Whether an event has been read from the socket and waits; nothing else tells. Asks nobody.
+    [[nodiscard]] bool readAhead();
     // The same for everything that the server did until this call, which takes one round trip.
     void pollToNow(const std::function<void(const StreamedKey&)>& handler);
 
@@ -38,12 +40,14 @@ public:
 private:
     void select();
     void takeKeyboard();
+    [[nodiscard]] XReply<xcb_generic_event_t> next();
     void handleKey(std::uint8_t xKeycode, bool down, std::uint32_t time,
                    const std::function<void(const StreamedKey&)>& handler);
     void handleKeyboardNotice(const xcb_generic_event_t& event);
 
     const XConnection& connection_;
     PostedKeyRecord& record_;
+    XReply<xcb_generic_event_t> ahead_;        // the first of those read ahead
     std::optional<TrackedKeyboard> keyboard_;  // from the first key on
     bool stale_ = false;                       // the keymap has changed since
 };

@@ -1,25 +1,39 @@
 #include "platform/linux/RawKeyMonitors.h"
 
+#include <xcb/xcb.h>
+
+#include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QPointer>
 #include <QWindow>
+#include <algorithm>
 #include <utility>
 
 namespace vantor {
+namespace {
+
+// More than half a minute of typing into a window of ours; what is older never comes.
+constexpr std::size_t seenLimit = 4096;
+
+}  // namespace
 
 RawKeyMonitors::RawKeyMonitors(const XConnection& connection, PostedKeyRecord& record)
-    : connection_(connection), stream_(connection, record) {
+    : connection_(connection), record_(record), stream_(connection, record) {
     if (connection.get()) {
         notifier_ = std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(connection.get()), QSocketNotifier::Read);
         QObject::connect(notifier_.get(), &QSocketNotifier::activated, this, [this] {
             // A lost server is the toolkit's end as well; without this the notifier would fire for ever.
             if (xcb_connection_has_error(connection_.get())) notifier_->setEnabled(false);
-            stream_.poll([this](const StreamedKey& key) { handleStreamed(key); });
+            poll();
         });
-        // The selection's own round trips may have read events already.
-        stream_.poll([this](const StreamedKey& key) { handleStreamed(key); });
+        // A reply that was waited for, or a post, may have read events from the socket: it then stays silent about them.
+        if (auto* dispatcher = QAbstractEventDispatcher::instance())
+            QObject::connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, this, [this] {
+                if (!stream_.readAhead()) return;
+                QMetaObject::invokeMethod(this, [this] { poll(); }, Qt::QueuedConnection);
+            });
     }
     if (QCoreApplication::instance()) QCoreApplication::instance()->installEventFilter(this);
 }
@@ -50,12 +64,18 @@ bool RawKeyMonitors::ownWindowHasFocus() const {
                        [&](QWindow* window) { return window->handle() && window->winId() == focus->focus; });
 }
 
+void RawKeyMonitors::poll() {
+    const auto handle = [this](const StreamedKey& key) { handleStreamed(key); };
+    stream_.poll(handle);
+    // The end of the stream has to be certain before a post can be called lost.
+    if (!record_.empty()) stream_.pollToNow(handle);
+}
+
 void RawKeyMonitors::handleStreamed(const StreamedKey& key) {
-    Seen& seen = seen_[seenCount_++ % seen_.size()];
-    seen = {key, false};
-    if (key.ownPost || !key.event || ownWindowHasFocus()) return;
-    seen.dispatched = true;
-    dispatchGlobally(*key.event);
+    const bool dispatched = !key.ownPost && key.event && !ownWindowHasFocus();
+    seen_.push_back({key, dispatched});
+    if (seen_.size() > seenLimit) seen_.pop_front();
+    if (dispatched) dispatchGlobally(KeyEvent(*key.event));
 }
 
 void RawKeyMonitors::dispatchGlobally(const KeyEvent& event) {
@@ -64,10 +84,14 @@ void RawKeyMonitors::dispatchGlobally(const KeyEvent& event) {
         if (monitor.mask & maskOf(event.type)) monitor.handler(event);
 }
 
-const RawKeyMonitors::Seen* RawKeyMonitors::find(std::uint8_t xKeycode, bool down, std::uint32_t time) const {
-    for (const Seen& seen : seen_)
-        if (seen.key.xKeycode == xKeycode && seen.key.down == down && seen.key.time == time) return &seen;
-    return nullptr;
+std::optional<RawKeyMonitors::Seen> RawKeyMonitors::take(std::uint8_t xKeycode, bool down, std::uint32_t time) {
+    const auto found = std::find_if(seen_.begin(), seen_.end(), [&](const Seen& seen) {
+        return seen.key.xKeycode == xKeycode && seen.key.down == down && seen.key.time == time;
+    });
+    if (found == seen_.end()) return std::nullopt;
+    std::optional<Seen> taken(std::move(*found));
+    seen_.erase(seen_.begin(), found + 1);
+    return taken;
 }
 
 bool RawKeyMonitors::eventFilter(QObject* watched, QEvent* event) {
@@ -83,8 +107,10 @@ bool RawKeyMonitors::swallowedLocally(const QKeyEvent& event) {
     if (xKeycode == 0 || (!down && event.isAutoRepeat())) return false;
 
     stream_.pollToNow([this](const StreamedKey& key) { handleStreamed(key); });
-    const Seen* seen = find(xKeycode, down, static_cast<std::uint32_t>(event.timestamp()));
+    const auto seen = take(xKeycode, down, static_cast<std::uint32_t>(event.timestamp()));
     if (seen && (seen->key.ownPost || seen->dispatched)) return false;
+    // Without a raw stream the record can only be held against what the toolkit delivers.
+    if (!stream_.available() && record_.claim(xKeycode, down)) return false;
 
     const auto keyEvent = seen ? seen->key.event : stream_.eventFor(xKeycode, down);
     if (!keyEvent) return false;

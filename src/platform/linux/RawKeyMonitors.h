@@ -5,8 +5,8 @@
 
 #include <QObject>
 #include <QSocketNotifier>
-#include <array>
 #include <cstdint>
+#include <deque>
 #include <map>
 #include <memory>
 
@@ -41,20 +41,22 @@ private:
         bool dispatched = false;
     };
 
+    void poll();
     void handleStreamed(const StreamedKey& key);
     void dispatchGlobally(const KeyEvent& event);
     [[nodiscard]] bool ownWindowHasFocus() const;
-    [[nodiscard]] const Seen* find(std::uint8_t xKeycode, bool down, std::uint32_t time) const;
+    // Takes it out, with all that came before it: the toolkit delivers in the same order.
+    [[nodiscard]] std::optional<Seen> take(std::uint8_t xKeycode, bool down, std::uint32_t time);
     [[nodiscard]] bool swallowedLocally(const QKeyEvent& event);
 
     const XConnection& connection_;
+    PostedKeyRecord& record_;
     KeyStream stream_;
     std::unique_ptr<QSocketNotifier> notifier_;
     int next_ = 0;
     std::map<int, Monitor<GlobalHandler>> global_;
     std::map<int, Monitor<LocalHandler>> local_;
-    std::array<Seen, 64> seen_{};  // a ring
-    std::size_t seenCount_ = 0;
+    std::deque<Seen> seen_;
 };
 
 }  // namespace vantor

@@ -128,13 +128,22 @@ void XcbDesktop::setNumbers(xcb_window_t window, xcb_atom_t property, xcb_atom_t
 }
 
 void XcbDesktop::requestActivation(xcb_window_t window) const {
+    requestFromManager(window, atoms_.netActiveWindow, {sourceIsPager, XCB_CURRENT_TIME, XCB_NONE});
+}
+
+void XcbDesktop::requestStates(xcb_window_t window, xcb_atom_t first, xcb_atom_t second) const {
+    constexpr std::uint32_t add = 1;
+    requestFromManager(window, atoms_.netWmState, {add, first, second, sourceIsPager});
+}
+
+void XcbDesktop::requestFromManager(xcb_window_t window, xcb_atom_t message,
+                                    const std::array<std::uint32_t, 5>& data) const {
     xcb_client_message_event_t request{};
     request.response_type = XCB_CLIENT_MESSAGE;
     request.format = 32;
     request.window = window;
-    request.type = atoms_.netActiveWindow;
-    request.data.data32[0] = sourceIsPager;
-    request.data.data32[1] = XCB_CURRENT_TIME;
+    request.type = message;
+    std::copy(data.begin(), data.end(), request.data.data32);
     xcb_send_event(connection(), 0, root_, XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
                    reinterpret_cast<const char*>(&request));
 }

@@ -4,6 +4,7 @@
 
 #include <xcb/xcb.h>
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -44,9 +45,13 @@ public:
                     const std::vector<std::uint32_t>& values) const;
     // Asks the window manager to activate a window, as a pager does: no focus-stealing prevention refuses it.
     void requestActivation(xcb_window_t window) const;
+    // Asks it to add one or two states to a mapped window.
+    void requestStates(xcb_window_t window, xcb_atom_t first, xcb_atom_t second) const;
     void flush() const { xcb_flush(connection_.get()); }
 
 private:
+    void requestFromManager(xcb_window_t window, xcb_atom_t message, const std::array<std::uint32_t, 5>& data) const;
+
     struct Disconnect {
         void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
     };

@@ -1,7 +1,7 @@
 #include "platform/linux/XcbOverlayWindows.h"
 
-#include <QVariant>
 #include <QGuiApplication>
+#include <QVariant>
 #include <QWindow>
 #include <cstdlib>
 
@@ -45,9 +45,15 @@ void XcbOverlayWindows::prepare(NativeWindow native, WindowNature nature) {
 }
 
 void XcbOverlayWindows::setOwnerWindow(NativeWindow owner) {
-    if (owner_ == static_cast<xcb_window_t>(owner)) return;
+    // Written again even when it is the same: a new window may bear the number of one that is gone.
     owner_ = static_cast<xcb_window_t>(owner);
-    for (const auto& [window, nature] : prepared_) writeOwner(window);
+    for (const auto& [window, nature] : prepared_) {
+        writeOwner(window);
+        // Window managers learn of the new owner, but do not restack for it.
+        constexpr std::uint32_t above = XCB_STACK_MODE_ABOVE;
+        if (desktop_->isViewable(window))
+            xcb_configure_window(desktop_->connection(), window, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+    }
     desktop_->flush();
 }
 
@@ -56,8 +62,6 @@ void XcbOverlayWindows::drain() {
         const auto type = event->response_type & 0x7f;
         if (type == XCB_MAP_NOTIFY)
             mapped(reinterpret_cast<const xcb_map_notify_event_t*>(event)->window);
-        else if (type == XCB_UNMAP_NOTIFY)
-            unmapped(reinterpret_cast<const xcb_unmap_notify_event_t*>(event)->window);
         else if (type == XCB_DESTROY_NOTIFY)
             prepared_.erase(reinterpret_cast<const xcb_destroy_notify_event_t*>(event)->window);
         std::free(event);
@@ -69,13 +73,12 @@ void XcbOverlayWindows::drain() {
 void XcbOverlayWindows::mapped(xcb_window_t window) const {
     const auto found = prepared_.find(window);
     if (found == prepared_.end()) return;
+    // The window manager forgets a window's states when it is hidden, and the toolkit knows only some of them.
+    const auto& atoms = desktop_->atoms();
+    desktop_->requestStates(window, atoms.netWmStateAbove, XCB_ATOM_NONE);
+    desktop_->requestStates(window, atoms.netWmStateSkipTaskbar, atoms.netWmStateSkipPager);
     writeOwner(window);  // the toolkit has put its own there just before
     if (found->second == WindowNature::popup) desktop_->requestActivation(window);
-}
-
-void XcbOverlayWindows::unmapped(xcb_window_t window) const {
-    const auto found = prepared_.find(window);
-    if (found != prepared_.end()) writeHints(window, found->second);
 }
 
 void XcbOverlayWindows::writeHints(xcb_window_t window, WindowNature nature) const {

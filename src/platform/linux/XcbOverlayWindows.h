@@ -28,7 +28,6 @@ public:
 private:
     void drain();
     void mapped(xcb_window_t window) const;
-    void unmapped(xcb_window_t window) const;
     void writeHints(xcb_window_t window, WindowNature nature) const;
     void writeOwner(xcb_window_t window) const;
 

@@ -104,8 +104,12 @@ void XcbWorkspace::drain() {
         if (type == XCB_PROPERTY_NOTIFY) {
             const auto atom = reinterpret_cast<const xcb_property_notify_event_t*>(event)->atom;
             changed |= atom == desktop_->atoms().netActiveWindow || atom == XCB_ATOM_WM_CLASS;
-        } else {
-            changed |= type == XCB_DESTROY_NOTIFY;
+        } else if (type == XCB_DESTROY_NOTIFY) {
+            // The next window may be given the same number: nothing is known of it.
+            const auto gone = reinterpret_cast<const xcb_destroy_notify_event_t*>(event)->window;
+            if (gone == lastOther_) lastOther_ = XCB_NONE;
+            if (gone == active_) active_ = XCB_NONE;
+            changed = true;
         }
         std::free(event);
     }

@@ -21,8 +21,6 @@ namespace vantor {
 
 namespace {
 
-constexpr int lockPatienceMs = 5000;  // another process holds the lock for one write, some milliseconds
-
 // File times tick slowly (4 ms on Linux), and an inode is soon used again: a file written a moment ago may change once more and
 // look the same.
 constexpr std::chrono::milliseconds settlingTime{50};
@@ -90,8 +88,9 @@ bool replaceStore(const QString& path, const QJsonObject& store) {
     if (!file.open(QIODevice::WriteOnly)) return false;
     // Before the first byte: the file holds the player's API key.
     if (!file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner)) return false;
-    file.write(QJsonDocument(store).toJson());
-    return file.commit();
+    const QByteArray bytes = QJsonDocument(store).toJson();
+    // The flush is asked for, since the commit does not look whether its own one failed.
+    return file.write(bytes) == bytes.size() && file.flush() && file.commit();
 }
 
 bool makeFolder(const QString& folder) {
@@ -115,8 +114,8 @@ struct JsonDefaults::Observers {
     bool watching = false;
 };
 
-JsonDefaults::JsonDefaults(QString path, MainThread* mainThread)
-    : path_(std::move(path)), mainThread_(mainThread), observers_(std::make_shared<Observers>()) {}
+JsonDefaults::JsonDefaults(QString path, MainThread* mainThread, std::chrono::milliseconds lockPatience)
+    : path_(std::move(path)), mainThread_(mainThread), lockPatience_(lockPatience), observers_(std::make_shared<Observers>()) {}
 
 JsonDefaults::~JsonDefaults() = default;
 
@@ -168,7 +167,7 @@ Defaults::Verdict JsonDefaults::change(std::string_view key,
         const std::lock_guard oneWriter(writing_);
         if (!makeFolder(QFileInfo(path_).absolutePath())) return refuse(path_, "its folder cannot be made");
         QLockFile lock(path_ + QStringLiteral(".lock"));
-        if (!lock.tryLock(lockPatienceMs)) {
+        if (!lock.tryLock(static_cast<int>(lockPatience_.count()))) {
             const bool taken = lock.error() == QLockFile::LockFailedError;
             return refuse(path_, taken ? "another program keeps it locked" : "its lock cannot be made");
         }

@@ -20,8 +20,9 @@ namespace vantor {
 
 class JsonDefaults final : public Defaults {
 public:
-    // Construct and destroy on the main thread. mainThread may be null where nobody observes.
-    JsonDefaults(QString path, MainThread* mainThread);
+    // Construct and destroy on the main thread. mainThread may be null where nobody observes. A write that does not get the lock
+    // in lockPatience fails; another process holds it for one write, some milliseconds.
+    JsonDefaults(QString path, MainThread* mainThread, std::chrono::milliseconds lockPatience = std::chrono::seconds(5));
     ~JsonDefaults() override;
 
     // vantor/settings.json in the user's configuration folder.
@@ -52,6 +53,7 @@ private:
 
     QString path_;
     MainThread* mainThread_;
+    std::chrono::milliseconds lockPatience_;
 
     std::mutex writing_;
 

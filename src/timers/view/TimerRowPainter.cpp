@@ -4,6 +4,7 @@
 #include <QtGui/QLinearGradient>
 
 #include "timers/view/TimerRowModel.h"
+#include "ui/FigureSubstitution.h"
 #include "ui/Fonts.h"
 #include "ui/States.h"
 
@@ -41,9 +42,8 @@ void TimerRowPainter::paint(QPainter* painter, const QStyleOptionViewItem& optio
 
     const bool oneLine = row.getThereBy.isEmpty();
     const QRect times(frame.left() + 8, frame.top(), timeRight - 8, frame.height());
-    painter->setFont(serifFont(21));
     painter->setPen(palette::gold);
-    painter->drawText(times.adjusted(0, 6, 0, -26), Qt::AlignRight | Qt::AlignVCenter, row.time);
+    drawFigures(*painter, serifFont(21), QPointF(frame.left() + timeRight, frame.top() + 27), row.time);
     painter->setFont(sansFont(12));
     painter->setPen(row.gathering ? palette::brightAmber : palette::sand);
     painter->drawText(times.adjusted(0, 31, 0, -6), Qt::AlignRight | Qt::AlignVCenter, row.remaining);

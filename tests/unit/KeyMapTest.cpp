@@ -1,0 +1,146 @@
+// What is learned from a layout: the rules on layouts written down here, and real layouts through the real keyboard library.
+
+#include "input/KeyMap.h"
+
+#include <gtest/gtest.h>
+
+#include <QByteArray>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QString>
+#include <string>
+#include <vector>
+
+#include "platform/fake/FakeKeyboardLayout.h"
+#include "platform/linux/XkbKeyboardLayout.h"
+
+namespace vantor {
+namespace {
+
+using namespace modifier;
+
+constexpr ModifierFlags plain = nonCoalesced;
+constexpr MappedKey shiftDown{56, 0};
+constexpr MappedKey controlDown{59, 0};
+constexpr MappedKey optionDown{61, 0};
+
+using Entries = std::map<std::string, MappedKeys>;
+
+Entries learned(const std::map<std::pair<KeyCode, ModifierFlags>, std::string>& keys) {
+    FakeKeyboardLayout layout;
+    layout.keys = keys;
+    auto entries = KeyMap::learn(layout).entries();
+    EXPECT_EQ(entries.at("\n"), (MappedKeys{{76, 0}}));
+    EXPECT_EQ(entries.at("\t"), (MappedKeys{{48, 0}}));
+    entries.erase("\n");
+    entries.erase("\t");
+    return entries;
+}
+
+TEST(KeyMap, HoldsOnlyTheSeedsWithoutALayout) { EXPECT_EQ(learned({}), Entries{}); }
+
+TEST(KeyMap, TakesTheCheapestKeyAndOnATieTheEarlierProbe) {
+    const auto all = shift | control | option;
+    EXPECT_EQ(learned({{{5, shift}, "x"}, {{3, control}, "x"}}), (Entries{{"x", {{3, control | plain}, controlDown}}}));
+    EXPECT_EQ(learned({{{5, option}, "x"}, {{5, shift}, "x"}}), (Entries{{"x", {{5, shift | plain}, shiftDown}}}));
+    EXPECT_EQ(learned({{{3, 0}, "a"}, {{3, shift | option}, "x"}, {{5, 0}, "b"}, {{5, option}, "x"}, {{9, 0}, "x"}}),
+              (Entries{{"a", {{3, plain}}}, {"b", {{5, plain}}}, {"x", {{9, plain}}}}));
+    EXPECT_EQ(learned({{{3, 0}, "a"}, {{3, all}, "x"}}),
+              (Entries{{"a", {{3, plain}}}, {"x", {{3, all | plain}, shiftDown, controlDown, optionDown}}}));
+    // A key's first text is not taken again with modifiers, whatever came between.
+    EXPECT_EQ(learned({{{3, shift}, "a"}, {{3, control}, "b"}, {{3, option}, "a"}}),
+              (Entries{{"a", {{3, shift | plain}, shiftDown}}, {"b", {{3, control | plain}, controlDown}}}));
+}
+
+TEST(KeyMap, LetsTheLastProbeOfTheEqualsSignWin) {
+    EXPECT_EQ(learned({{{24, 0}, "="}, {{29, 0}, "0"}, {{29, shift}, "="}, {{29, shift | control}, "="}}),
+              (Entries{{"0", {{29, plain}}}, {"=", {{29, shift | control | plain}, shiftDown, controlDown}}}));
+    EXPECT_EQ(learned({{{24, 0}, "="}, {{81, 0}, "="}, {{24, shift}, "="}}),
+              (Entries{{"=", {{24, plain}}}, {"= [NUM]", {{81, plain}}}}));
+}
+
+TEST(KeyMap, KeepsTheKeypadApartAndLeavesFiveKeysOut) {
+    EXPECT_EQ(learned({{{23, 0}, "5"}, {{87, 0}, "5"}, {{87, shift}, "6"}, {{95, 0}, ","}}),
+              (Entries{{",", {{95, plain}}}, {"5", {{23, plain}}}, {"5 [NUM]", {{87, plain}}},
+                       {"6 [NUM]", {{87, shift | plain}, shiftDown}}}));
+    EXPECT_EQ(learned({{{72, 0}, "a"}, {{73, 0}, "b"}, {{74, 0}, "c"}, {{114, 0}, "d"}, {{115, 0}, "e"}, {{116, 0}, "f"},
+                       {{127, 0}, "g"}, {{128, 0}, "h"}, {{48, 0}, "\t"}, {{36, 0}, "\n"}}),
+              (Entries{{"f", {{116, plain}}}, {"g", {{127, plain}}}}));
+}
+
+TEST(KeyMap, FindsTheExactTextFirstAndElseAnEquivalentOne) {
+    FakeKeyboardLayout layout;
+    layout.keys = {{{1, 0}, "\u00e9"}, {{2, 0}, "\u2126"}, {{3, 0}, "\u03a9"}, {{4, 0}, "n\u0303"}};
+    const auto map = KeyMap::learn(layout);
+    const auto codeOf = [&](const char* text) { return map.find(text) ? map.find(text)->front().keyCode : 999; };
+    EXPECT_EQ(codeOf("\u00e9"), 1);
+    EXPECT_EQ(codeOf("e\u0301"), 1);
+    EXPECT_EQ(codeOf("\u2126"), 2);
+    EXPECT_EQ(codeOf("\u03a9"), 3);
+    EXPECT_EQ(codeOf("\u00f1"), 4);
+    EXPECT_EQ(map.find("e"), nullptr);
+    EXPECT_EQ(map.find(""), nullptr);
+}
+
+TEST(KeyMap, LearnsRealLayouts) {
+    const struct {
+        const char* layout;
+        const char* variant;
+        Entries entries;
+        std::vector<std::string> absent;
+    } rows[] = {
+        {"us", "",
+         {{"a", {{0, plain}}}, {"A", {{0, shift | plain}, shiftDown}}, {"@", {{19, shift | plain}, shiftDown}},
+          {"5", {{23, plain}}}, {"5 [NUM]", {{87, plain}}}, {"=", {{24, plain}}}, {" ", {{49, plain}}}, {"\r", {{36, plain}}},
+          {"\n", {{76, 0}}}, {"\t", {{48, 0}}}, {"\x1b", {{53, plain}}}, {"\x16", {{9, control | plain}, controlDown}}},
+         {"é", "€", "🙂", "ф"}},
+        {"de", "",
+         {{"z", {{16, plain}}}, {"y", {{6, plain}}}, {"ß", {{27, plain}}}, {"@", {{12, option | plain}, optionDown}},
+          {"€", {{14, option | plain}, optionDown}}, {"{", {{26, option | plain}, optionDown}}, {"<", {{10, plain}}},
+          {"?", {{27, shift | plain}, shiftDown}}, {"=", {{29, shift | control | plain}, shiftDown, controlDown}},
+          {", [NUM]", {{65, plain}}}},
+         {"^", "´", "🙂"}},  // dead keys
+        {"fr", "",
+         {{"a", {{12, plain}}}, {"1", {{18, shift | plain}, shiftDown}}, {"é", {{19, plain}}},
+          {"@", {{29, option | plain}, optionDown}}, {"m", {{41, plain}}}, {"!", {{44, plain}}}},
+         {"ñ"}},
+        {"es", "", {{"ñ", {{41, plain}}}, {"@", {{19, option | plain}, optionDown}}, {"¡", {{24, plain}}}}, {"ß"}},
+        {"ru", "",
+         {{"ф", {{0, plain}}}, {"Ф", {{0, shift | plain}, shiftDown}}, {"1", {{18, plain}}}, {".", {{44, plain}}}},
+         {"a", "A", "@"}},
+        {"us", "dvorak", {{"o", {{1, plain}}}, {"'", {{12, plain}}}, {"s", {{41, plain}}}, {"=", {{30, plain}}}}, {"é"}},
+    };
+    for (const auto& row : rows) {
+        const XkbKeyboardLayout layout(row.layout, row.variant);
+        ASSERT_TRUE(layout.available()) << row.layout;
+        const auto map = KeyMap::learn(layout);
+        for (const auto& [text, keys] : row.entries) {
+            ASSERT_NE(map.find(text), nullptr) << row.layout << ' ' << text;
+            EXPECT_EQ(*map.find(text), keys) << row.layout << ' ' << text;
+        }
+        for (const auto& text : row.absent) EXPECT_EQ(map.find(text), nullptr) << row.layout << ' ' << text;
+    }
+}
+
+TEST(KeyMap, WritesItselfAsJsonInOneOrder) {
+    FakeKeyboardLayout layout;
+    layout.keys = {{{0, 0}, "\""}, {{1, shift}, "\\"}, {{2, 0}, "é"}, {{3, 0}, std::string(1, '\0')}, {{51, 0}, "\x7f"}};
+    EXPECT_EQ(keyMapJson(KeyMap::learn(layout)),
+              "{\"\\u0000\": [[3, 256]], \"\\u0009\": [[48, 0]], \"\\u000a\": [[76, 0]], \"\\\"\": [[0, 256]], "
+              "\"\\\\\": [[1, 131328], [56, 0]], \"\\u007f\": [[51, 256]], \"é\": [[2, 256]]}");
+
+    const auto real = KeyMap::learn(XkbKeyboardLayout("fr", ""));
+    QJsonParseError error{};
+    const auto read = QJsonDocument::fromJson(QByteArray::fromStdString(keyMapJson(real)), &error).object();
+    EXPECT_EQ(error.error, QJsonParseError::NoError) << error.errorString().toStdString();
+    EXPECT_EQ(static_cast<std::size_t>(read.size()), real.entries().size());
+    for (const auto& [text, keys] : real.entries()) {
+        const auto list = read.value(QString::fromStdString(text)).toArray();
+        ASSERT_EQ(static_cast<std::size_t>(list.size()), keys.size()) << text;
+        EXPECT_EQ(list.at(0).toArray().at(1).toInt(), static_cast<int>(keys.front().flags)) << text;
+    }
+}
+
+}  // namespace
+}  // namespace vantor
