@@ -75,8 +75,9 @@ struct Keyboard {
 
 struct Desktop {
     explicit Desktop(std::unique_ptr<XcbDesktop> connection)
-        : workspace(std::move(connection), [this](const std::string& name) { return entries.find(name); },
-                    static_cast<std::uint32_t>(getpid())) {}
+        : workspace(
+              std::move(connection), [this](const std::string& name) { return entries.find(name); },
+              static_cast<std::uint32_t>(getpid())) {}
 
     DesktopEntries entries{DesktopEntries::standardFolders()};
     XcbWorkspace workspace;
@@ -130,7 +131,8 @@ int start(int& argumentCount, char** arguments, const Surroundings& surroundings
     });
     if (instance.claim(SingleInstance::nameFor(qgetenv("DISPLAY"))) == SingleInstance::Role::second) return 0;
 
-    if (registerFonts() == FontsVerdict::fallback) complain("the embedded typefaces cannot be read; the system's stand in");
+    if (registerFonts() == FontsVerdict::fallback)
+        complain("the embedded typefaces cannot be read; the system's stand in");
 
     QtMainThread mainThread;
     JsonDefaults defaults(settingsPath(surroundings), &mainThread);

@@ -1,6 +1,6 @@
 #pragma once
-// Owner of the one embedded web page, which stays alive while views come and go. It exists from the start; its page comes
-// with the engine. Main thread.
+// Owner of the one embedded web page, which stays alive while views come and go. It exists from the start; its page
+// comes with the engine. Main thread.
 
 #include <functional>
 #include <memory>

@@ -55,10 +55,10 @@ struct Event {
 
 template <>
 struct Fields<Event> {
-    static constexpr auto table = std::tuple(
-        Field{"id", &Event::id}, Field{"name", &Event::name}, Field{"link", &Event::link}, Field{"icon", &Event::icon},
-        Field{"chatlink", &Event::chatlink}, Field{"bg", &Event::bg}, Field{"rewards", &Event::rewards},
-        Field{"lfg", &Event::lfg});
+    static constexpr auto table =
+        std::tuple(Field{"id", &Event::id}, Field{"name", &Event::name}, Field{"link", &Event::link},
+                   Field{"icon", &Event::icon}, Field{"chatlink", &Event::chatlink}, Field{"bg", &Event::bg},
+                   Field{"rewards", &Event::rewards}, Field{"lfg", &Event::lfg});
 };
 
 // One step of a schedule.
@@ -122,10 +122,9 @@ struct BeastRace {
 
 template <>
 struct Fields<BeastRace> {
-    static constexpr auto table =
-        std::tuple(Field{"id", &BeastRace::id}, Field{"icon", &BeastRace::icon},
-                   Field{"description", &BeastRace::description}, Field{"unlock", &BeastRace::unlock},
-                   Field{"unlock_txt", &BeastRace::unlock_txt});
+    static constexpr auto table = std::tuple(
+        Field{"id", &BeastRace::id}, Field{"icon", &BeastRace::icon}, Field{"description", &BeastRace::description},
+        Field{"unlock", &BeastRace::unlock}, Field{"unlock_txt", &BeastRace::unlock_txt});
 };
 
 struct BeastCategory {

@@ -1,7 +1,8 @@
 #pragma once
-// The start-up loads and how their results become the application's data: the whole progress first, then, in its completion,
-// catalogue and bestiary, whose completions compute the timeline and cut the progress to what each of them names. A load that
-// does not decode stops the chain at its step. The loaders outlive the chain, the chain the queue's last task.
+// The start-up loads and how their results become the application's data: the whole progress first, then, in its
+// completion, catalogue and bestiary, whose completions compute the timeline and cut the progress to what each of them
+// names. A load that does not decode stops the chain at its step. The loaders outlive the chain, the chain the queue's
+// last task.
 
 #include <functional>
 

@@ -1,9 +1,10 @@
 #pragma once
 // The one decoder and encoder of all records, driven by the field table beside each record. Any thread.
 //
-// A required key that is missing or of another JSON type fails the whole document, and the error names its path, such as
-// "[3].sequences.pattern[0].r: missing". An optional key may be null. Keys without a field are ignored. Integers are signed
-// 64-bit; a number such as 5.0 is one, a boolean is none.
+// A required key that is missing or of another JSON type fails the whole document, and the error names its path, such
+// as
+// "[3].sequences.pattern[0].r: missing". An optional key may be null. Keys without a field are ignored. Integers are
+// signed 64-bit; a number such as 5.0 is one, a boolean is none.
 
 #include <QJsonArray>
 #include <QJsonObject>
@@ -74,7 +75,8 @@ Fault read(const QJsonValue& value, Record& target) {
     const QJsonObject object = value.toObject();
     Fault fault;
     const auto field = [&](const auto& entry) {
-        const QJsonValue member = object.value(QLatin1StringView(entry.key.data(), static_cast<qsizetype>(entry.key.size())));
+        const QJsonValue member =
+            object.value(QLatin1StringView(entry.key.data(), static_cast<qsizetype>(entry.key.size())));
         fault = readMember(member, target.*entry.member);
         if (fault) fault = below("." + std::string(entry.key), *fault);
         return !fault;
@@ -129,8 +131,8 @@ Decoded<T> decodeJson(std::string_view body) {
     T value;
     if (auto fault = json::read(*document.value, value)) {
         // The path starts without the dot of its first key.
-        return {std::nullopt, fault->starts_with('.') ? fault->substr(1)
-                                                      : (fault->starts_with(':') ? "document" + *fault : *fault)};
+        return {std::nullopt,
+                fault->starts_with('.') ? fault->substr(1) : (fault->starts_with(':') ? "document" + *fault : *fault)};
     }
     return {std::move(value), {}};
 }

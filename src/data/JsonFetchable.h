@@ -1,7 +1,8 @@
 #pragma once
-// The one generic loader of a JSON resource and the records decoded from it. The records live on the session queue: `fetch` and
-// `assign` may be called from any thread and are one posted task each, in call order; what is marked "queue" is called on
-// the session queue only. Everybody else reads snapshots. The loader outlives the queue's last task.
+// The one generic loader of a JSON resource and the records decoded from it. The records live on the session queue:
+// `fetch` and `assign` may be called from any thread and are one posted task each, in call order; what is marked
+// "queue" is called on the session queue only. Everybody else reads snapshots. The loader outlives the queue's last
+// task.
 //
 // The HTTP status is never looked at: an error page is a body that does not decode.
 
@@ -27,7 +28,9 @@ namespace vantor {
 
 // A record of a loader: its `id`, an integer or a text, is its identity there.
 template <typename T>
-concept APIElement = requires(const T& record) { record.id; };
+concept APIElement = requires(const T& record) {
+    record.id;
+};
 
 [[nodiscard]] inline std::string identityText(std::int64_t id) { return std::to_string(id); }
 [[nodiscard]] inline std::string identityText(const std::string& id) { return id; }
@@ -53,11 +56,12 @@ public:
 
     struct Snapshot {
         std::shared_ptr<const Array> array;  // never null
-        std::int64_t activeRequests = 0;  // above 0 while a load is under way
+        std::int64_t activeRequests = 0;     // above 0 while a load is under way
     };
 
     // typeName: the record's name in printed lines.
-    JsonFetchable(LoaderContext context, std::string typeName, std::string fromUrl, bool authenticated, bool arrayEndpoint)
+    JsonFetchable(LoaderContext context, std::string typeName, std::string fromUrl, bool authenticated,
+                  bool arrayEndpoint)
         : context_(std::move(context)),
           typeName_(std::move(typeName)),
           fromUrl_(std::move(fromUrl)),
@@ -68,9 +72,11 @@ public:
 
     [[nodiscard]] const std::string& fromUrl() const { return fromUrl_; }
 
-    // No ids: the whole resource. Without a key an authenticated loader does nothing and the completion is never called.
+    // No ids: the whole resource. Without a key an authenticated loader does nothing and the completion is never
+    // called.
     void fetch(std::vector<std::int64_t> ids, Completion completion = {}) {
-        context_.queue.post([this, ids = std::move(ids), completion = std::move(completion)] { fetchNow(ids, completion); });
+        context_.queue.post(
+            [this, ids = std::move(ids), completion = std::move(completion)] { fetchNow(ids, completion); });
     }
     void assign(Array array) {
         context_.queue.post([this, array = std::move(array)]() mutable { assignNow(std::move(array)); });

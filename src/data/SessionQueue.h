@@ -1,6 +1,6 @@
 #pragma once
-// The one worker thread on which every response is handled and the loaders' records live. Plain C++ primitives only, so that
-// the thread sanitizer sees all of it. Construct, finish and destroy on one thread, which is not the queue's own.
+// The one worker thread on which every response is handled and the loaders' records live. Plain C++ primitives only, so
+// that the thread sanitizer sees all of it. Construct, finish and destroy on one thread, which is not the queue's own.
 
 #include <condition_variable>
 #include <deque>
@@ -19,8 +19,8 @@ public:
     SessionQueue& operator=(const SessionQueue&) = delete;
 
     void post(std::function<void()> task) override;
-    // Lets the task under way end, drops the rest and all that is posted later, and joins. For owners whose tasks use things
-    // that go before the queue does; the destructor does the same.
+    // Lets the task under way end, drops the rest and all that is posted later, and joins. For owners whose tasks use
+    // things that go before the queue does; the destructor does the same.
     void finish();
 
 private:

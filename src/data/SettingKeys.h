@@ -1,6 +1,6 @@
 #pragma once
-// The keys of the settings store. Each reader has its own default, beside its reading. "general.pasteClipoard" is spelled so in
-// the stored format, since existing settings sit under it.
+// The keys of the settings store. Each reader has its own default, beside its reading. "general.pasteClipoard" is
+// spelled so in the stored format, since existing settings sit under it.
 
 #include <string_view>
 

@@ -1,5 +1,6 @@
 #pragma once
-// The records of the game's web API, under the API's own keys (its spelling and this system's are kept). Values, any thread.
+// The records of the game's web API, under the API's own keys (its spelling and this system's are kept). Values, any
+// thread.
 
 #include <cstdint>
 #include <optional>
@@ -51,13 +52,12 @@ struct Account {
 
 template <>
 struct Fields<Account> {
-    static constexpr auto table =
-        std::tuple(Field{"id", &Account::id}, Field{"name", &Account::name}, Field{"age", &Account::age},
-                   Field{"world", &Account::world}, Field{"created", &Account::created},
-                   Field{"access", &Account::access}, Field{"guilds", &Account::guilds},
-                   Field{"commander", &Account::commander}, Field{"fractal_level", &Account::fractal_level},
-                   Field{"daily_ap", &Account::daily_ap}, Field{"monthly_ap", &Account::monthly_ap},
-                   Field{"wvw_rank", &Account::wvw_rank});
+    static constexpr auto table = std::tuple(
+        Field{"id", &Account::id}, Field{"name", &Account::name}, Field{"age", &Account::age},
+        Field{"world", &Account::world}, Field{"created", &Account::created}, Field{"access", &Account::access},
+        Field{"guilds", &Account::guilds}, Field{"commander", &Account::commander},
+        Field{"fractal_level", &Account::fractal_level}, Field{"daily_ap", &Account::daily_ap},
+        Field{"monthly_ap", &Account::monthly_ap}, Field{"wvw_rank", &Account::wvw_rank});
 };
 
 struct Achievement {
@@ -94,11 +94,10 @@ struct AchievementCategory {
 
 template <>
 struct Fields<AchievementCategory> {
-    static constexpr auto table =
-        std::tuple(Field{"id", &AchievementCategory::id}, Field{"name", &AchievementCategory::name},
-                   Field{"description", &AchievementCategory::description}, Field{"order", &AchievementCategory::order},
-                   Field{"icon", &AchievementCategory::icon},
-                   Field{"achievements", &AchievementCategory::achievements});
+    static constexpr auto table = std::tuple(
+        Field{"id", &AchievementCategory::id}, Field{"name", &AchievementCategory::name},
+        Field{"description", &AchievementCategory::description}, Field{"order", &AchievementCategory::order},
+        Field{"icon", &AchievementCategory::icon}, Field{"achievements", &AchievementCategory::achievements});
 };
 
 struct RaidEvent {

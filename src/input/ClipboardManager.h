@@ -1,6 +1,6 @@
 #pragma once
-// Types texts and presses key combinations in the application that has the focus. Blocks while it posts. Main thread; one
-// instance, made at start.
+// Types texts and presses key combinations in the application that has the focus. Blocks while it posts. Main thread;
+// one instance, made at start.
 
 #include <string>
 #include <vector>

@@ -32,7 +32,8 @@ constexpr std::array<ModifierFlags, 8> probedModifiers = {
 };
 
 std::string normalForm(const std::string& text) {
-    const bool ascii = std::all_of(text.begin(), text.end(), [](char each) { return static_cast<signed char>(each) >= 0; });
+    const bool ascii =
+        std::all_of(text.begin(), text.end(), [](char each) { return static_cast<signed char>(each) >= 0; });
     if (ascii) return text;
     return QString::fromStdString(text).normalized(QString::NormalizationForm_C).toStdString();
 }

@@ -1,6 +1,6 @@
 #pragma once
-// Which keys type a text: for everything that one key press can produce, the cheapest key with its modifiers. Learned once
-// from the layout in force. A plain value, any thread.
+// Which keys type a text: for everything that one key press can produce, the cheapest key with its modifiers. Learned
+// once from the layout in force. A plain value, any thread.
 
 #include <map>
 #include <string>
@@ -18,7 +18,8 @@ struct MappedKey {
     bool operator==(const MappedKey&) const = default;
 };
 
-// The main key first, with the flags that it was probed with; then the modifier keys that go down before it, without flags.
+// The main key first, with the flags that it was probed with; then the modifier keys that go down before it, without
+// flags.
 using MappedKeys = std::vector<MappedKey>;
 
 class KeyMap {

@@ -29,7 +29,8 @@ std::vector<PostedKey> strokesOfText(const KeyMap& map, const std::string& text)
     QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, wide);
     qsizetype start = 0;
     for (qsizetype end = characters.toNextBoundary(); end > start; end = characters.toNextBoundary()) {
-        if (const MappedKeys* keys = map.find(wide.sliced(start, end - start).toStdString())) appendPress(strokes, *keys);
+        if (const MappedKeys* keys = map.find(wide.sliced(start, end - start).toStdString()))
+            appendPress(strokes, *keys);
         start = end;
     }
     return strokes;

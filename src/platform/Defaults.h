@@ -1,5 +1,6 @@
 #pragma once
-// The typed per-user settings store. A value has the type it was stored with and no other: a text is no boolean. Any thread.
+// The typed per-user settings store. A value has the type it was stored with and no other: a text is no boolean. Any
+// thread.
 
 #include <functional>
 #include <optional>

@@ -1,6 +1,6 @@
 #pragma once
-// What kind of key a virtual key code is, wherever the answer does not depend on the layout. Source: HIToolbox Events.h for the
-// codes; which keys carry which flag by themselves is IOKit's NXEvent behaviour. Plain functions, any thread.
+// What kind of key a virtual key code is, wherever the answer does not depend on the layout. Source: HIToolbox Events.h
+// for the codes; which keys carry which flag by themselves is IOKit's NXEvent behaviour. Plain functions, any thread.
 
 #include <algorithm>
 #include <array>
@@ -20,8 +20,8 @@ namespace vantor {
 
 // F1 to F20, the arrows, and the editing block with Help (on other keyboards Insert).
 [[nodiscard]] constexpr bool carriesFunctionFlag(KeyCode code) {
-    constexpr std::array<KeyCode, 30> keys = {122, 120, 99,  118, 96,  97,  98,  100, 101, 109, 103, 111, 105, 107, 113, 106,
-                                              64,  79,  80,  90,  123, 124, 125, 126, 114, 115, 116, 117, 119, 121};
+    constexpr std::array<KeyCode, 30> keys = {122, 120, 99, 118, 96, 97,  98,  100, 101, 109, 103, 111, 105, 107, 113,
+                                              106, 64,  79, 80,  90, 123, 124, 125, 126, 114, 115, 116, 117, 119, 121};
     return std::find(keys.begin(), keys.end(), code) != keys.end();
 }
 

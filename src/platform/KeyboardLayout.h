@@ -11,8 +11,8 @@ namespace vantor {
 class KeyboardLayout {
 public:
     struct Translation {
-        std::string characters;      // UTF-8, never empty
-        ModifierFlags flags = 0;     // the flags that the converted key-down event carries
+        std::string characters;   // UTF-8, never empty
+        ModifierFlags flags = 0;  // the flags that the converted key-down event carries
     };
 
     virtual ~KeyboardLayout() = default;

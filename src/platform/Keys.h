@@ -1,6 +1,7 @@
 #pragma once
 // The one vocabulary for keys on every platform: virtual key codes 0 to 127 and modifier flags, with the values of the
-// system that Vantor was made for (HIToolbox Events.h for the codes, CGEventTypes.h for the flags). Plain values, any thread.
+// system that Vantor was made for (HIToolbox Events.h for the codes, CGEventTypes.h for the flags). Plain values, any
+// thread.
 
 #include <cstdint>
 #include <string>

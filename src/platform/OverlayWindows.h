@@ -1,5 +1,6 @@
 #pragma once
-// Gives a toolkit window the nature that floats over a game. Main thread; the window exists natively and is not yet mapped.
+// Gives a toolkit window the nature that floats over a game. Main thread; the window exists natively and is not yet
+// mapped.
 
 #include <cstdint>
 

@@ -24,8 +24,7 @@ QPainterPath strokeShape(const QRectF& frame, double solid) {
         const double reach = bristle % 2 == 0 ? -18 * roughness(52, bristle) : 26 * roughness(53, bristle);
         path.lineTo(right + reach, y);
     }
-    for (double x = right; x > frame.left(); x -= 7, ++place)
-        path.lineTo(x, frame.bottom() - 4 * roughness(54, place));
+    for (double x = right; x > frame.left(); x -= 7, ++place) path.lineTo(x, frame.bottom() - 4 * roughness(54, place));
     path.lineTo(frame.left(), frame.bottom() - 2);
     path.closeSubpath();
     return path;

@@ -70,7 +70,8 @@ quint32 substitutedGlyph(const QByteArray& bytes, const char* feature, quint32 g
         const qsizetype found = features + table.u16(record + 4);
         for (quint32 j = 0; j < table.u16(found + 2); ++j) {
             const quint32 lookup = table.u16(found + 4 + 2 * j);
-            if (const auto other = substitute(table, lookups + table.u16(lookups + 2 + 2 * lookup), glyph)) return *other;
+            if (const auto other = substitute(table, lookups + table.u16(lookups + 2 + 2 * lookup), glyph))
+                return *other;
         }
     }
     return glyph;

@@ -1,5 +1,6 @@
 #pragma once
-// A button that is one image on a dark ground: hover lightens, pressing moves it down by 1 px, focus is a ring. Main thread.
+// A button that is one image on a dark ground: hover lightens, pressing moves it down by 1 px, focus is a ring. Main
+// thread.
 
 #include <QtCore/QString>
 #include <QtWidgets/QAbstractButton>

@@ -44,7 +44,8 @@ QPixmap drawInkPanel(QSize size, double devicePixelRatio, const InkPanelStyle& s
     QPixmap panel(size * devicePixelRatio);
     panel.setDevicePixelRatio(devicePixelRatio);
     panel.fill(Qt::transparent);
-    const QRectF frame = QRectF(QPointF(), QSizeF(size)).adjusted(style.margin, style.margin, -style.margin, -style.margin);
+    const QRectF frame =
+        QRectF(QPointF(), QSizeF(size)).adjusted(style.margin, style.margin, -style.margin, -style.margin);
     if (frame.isEmpty()) return panel;
 
     const QPainterPath outline = tornOutline(frame, style.tear, style.seed);

@@ -1,6 +1,6 @@
 #pragma once
-// The ink panel behind everything: soft shadow, dark ground with a horizontal grain, torn edges with a hairline of gold.
-// Drawn once for a size and then only copied. Main thread.
+// The ink panel behind everything: soft shadow, dark ground with a horizontal grain, torn edges with a hairline of
+// gold. Drawn once for a size and then only copied. Main thread.
 
 #include <QtCore/QSize>
 #include <QtGui/QPixmap>

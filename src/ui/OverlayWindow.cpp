@@ -11,7 +11,8 @@ namespace {
 constexpr int gripWidth = 16;  // the shadow's margin and the torn edge
 
 Qt::WindowFlags flagsOf(OverlayWindow::Focus focus) {
-    const Qt::WindowFlags flags = Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::NoDropShadowWindowHint;
+    const Qt::WindowFlags flags =
+        Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::NoDropShadowWindowHint;
     return focus == OverlayWindow::Focus::never ? flags | Qt::WindowDoesNotAcceptFocus : flags;
 }
 

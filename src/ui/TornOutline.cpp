@@ -12,7 +12,8 @@ namespace {
 constexpr double cornerLength = 28;
 
 // Runs one side from corner to corner. `along` is the side's direction, `inward` the way into the panel.
-void tearSide(QPainterPath& path, QPointF from, QPointF along, QPointF inward, double length, double depth, unsigned seed) {
+void tearSide(QPainterPath& path, QPointF from, QPointF along, QPointF inward, double length, double depth,
+              unsigned seed) {
     const double corner = std::min(cornerLength, length / 2);
     double place = 0;
     for (int index = 0; place < length; ++index) {

@@ -1,6 +1,6 @@
 #pragma once
-// Outlines with torn edges, the same at every call. Nine parts: the corners keep their shape at any size, the four edges
-// run between them. Main thread.
+// Outlines with torn edges, the same at every call. Nine parts: the corners keep their shape at any size, the four
+// edges run between them. Main thread.
 
 #include <QtCore/QRectF>
 #include <QtGui/QPainterPath>

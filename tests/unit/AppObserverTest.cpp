@@ -63,10 +63,21 @@ protected:
 
     AppDelegate& launch() {
         delegate = std::make_unique<AppDelegate>(
-            AppObserver::Needs{{defaults, session, queue, mainThread, clock, {"https://api", "qrc:/catalogue"},
+            AppObserver::Needs{{defaults,
+                                session,
+                                queue,
+                                mainThread,
+                                clock,
+                                {"https://api", "qrc:/catalogue"},
                                 [this](const std::string& line) { printed.push_back(line); },
                                 [this](const std::string& line) { stopped.push_back(line); }},
-                               monitors, poster, layout, workspace, statusItem, pasteboard, pause,
+                               monitors,
+                               poster,
+                               layout,
+                               workspace,
+                               statusItem,
+                               pasteboard,
+                               pause,
                                [this](AppWindowName name, AppObserver&) { return windows.make(name); }},
             [this] { quits++; });
         return *delegate;
@@ -180,7 +191,8 @@ TEST_F(AppObserverTest, OnlyHotkeysReplayTheCameraKey) {
     EXPECT_EQ(poster.posted.size(), 4U);
 
     // In Vantor's own window the key toggles once and goes on to the view.
-    EXPECT_EQ(monitors.pressInVantor({KeyEventType::keyUp, keyT, modifier::command, "t"}), KeyMonitors::Passing::passOn);
+    EXPECT_EQ(monitors.pressInVantor({KeyEventType::keyUp, keyT, modifier::command, "t"}),
+              KeyMonitors::Passing::passOn);
     EXPECT_TRUE(observer().visible());
     EXPECT_EQ(poster.posted.size(), 6U);
 

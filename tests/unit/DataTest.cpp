@@ -58,7 +58,8 @@ struct Loader : Scene {
 std::string entries(std::initializer_list<int> ids) {
     std::string body;
     for (const int id : ids)
-        body += (body.empty() ? "[" : ",") + std::string(R"({"id": )") + std::to_string(id) + R"(, "current": 1, "max": 1, "done": true})";
+        body += (body.empty() ? "[" : ",") + std::string(R"({"id": )") + std::to_string(id) +
+                R"(, "current": 1, "max": 1, "done": true})";
     return body.empty() ? "[]" : body + "]";
 }
 
@@ -68,8 +69,11 @@ TEST(JsonFetchable, AsksWithTheKeyInTheHeaderOnly) {
     Loader scene;
     scene.defaults.put(settings::apiKey, std::string("SECRET"));
     scene.fetch({});
-    const UrlRequest expected{
-        .method = "GET", .url = progressUrl, .headers = {{"Authorization", "Bearer SECRET"}}, .timeout = std::chrono::seconds(60), .body = ""};
+    const UrlRequest expected{.method = "GET",
+                              .url = progressUrl,
+                              .headers = {{"Authorization", "Bearer SECRET"}},
+                              .timeout = std::chrono::seconds(60),
+                              .body = ""};
     EXPECT_THAT(scene.session.requests(), ElementsAre(expected));
     EXPECT_EQ(scene.loader.snapshot().activeRequests, 1);
     scene.answer(R"({"text": "Invalid access token"})");
@@ -77,7 +81,8 @@ TEST(JsonFetchable, AsksWithTheKeyInTheHeaderOnly) {
 }
 
 TEST(JsonFetchable, WithoutKeyOnlyTheUnauthenticatedGoOn) {
-    for (const auto& key : {std::optional<SettingValue>(), std::optional<SettingValue>(std::string()), std::optional<SettingValue>(true)}) {
+    for (const auto& key : {std::optional<SettingValue>(), std::optional<SettingValue>(std::string()),
+                            std::optional<SettingValue>(true)}) {
         Loader scene;
         if (key) scene.defaults.put(settings::apiKey, *key);
         scene.fetch({});
@@ -128,13 +133,14 @@ TEST(JsonFetchable, AsksForWhatItDoesNotHold) {
         std::string query;
     } rows[] = {
         {{9, 1, 8, 9, 2, -4}, "?ids=9,8,9,-4"},  // duplicates stay, in their order
-        {{2, 1}, ""},                             // all held: the whole endpoint, on purpose
+        {{2, 1}, ""},                            // all held: the whole endpoint, on purpose
         {{}, ""},
     };
     for (const auto& row : rows) {
         Loader scene;
         scene.defaults.put(settings::apiKey, std::string("k"));
-        scene.loader.assign({{.id = 1, .bits = {}, .unlocked = {}, .repeated = {}}, {.id = 2, .bits = {}, .unlocked = {}, .repeated = {}}});
+        scene.loader.assign({{.id = 1, .bits = {}, .unlocked = {}, .repeated = {}},
+                             {.id = 2, .bits = {}, .unlocked = {}, .repeated = {}}});
         scene.fetch(row.ids);
         EXPECT_THAT(scene.urls(), ElementsAre(progressUrl + row.query));
         scene.answer(entries({1, 2}));
@@ -210,7 +216,8 @@ TEST(JsonFetchable, CallsHappenInOrderAndTheKeyIsReadThen) {
     scene.loader.onChange([&] { seen.push_back(scene.loader.snapshot().array->size()); });
     scene.queue.runAll();
     EXPECT_THAT(scene.urls(), ElementsAre(std::string(progressUrl) + "?ids=2"));
-    EXPECT_THAT(scene.session.requests()[0].headers, ElementsAre(std::pair<std::string, std::string>("Authorization", "Bearer late")));
+    EXPECT_THAT(scene.session.requests()[0].headers,
+                ElementsAre(std::pair<std::string, std::string>("Authorization", "Bearer late")));
     EXPECT_THAT(seen, ElementsAre(1, 1, 0));
     const auto before = scene.loader.snapshot().array;
     scene.answer(entries({5}));
@@ -300,7 +307,8 @@ TEST(DataChain, FillsTheOthersFromOneFullLoad) {
     scene.start();
     EXPECT_THAT(scene.urls(), ElementsAre(progressUrl));
     scene.answer(entries({10, 20, 30, 40, 50}));
-    EXPECT_THAT(scene.urls(), ElementsAre(progressUrl, "https://files.example/events.json", "https://files.example/beasts.json"));
+    EXPECT_THAT(scene.urls(),
+                ElementsAre(progressUrl, "https://files.example/events.json", "https://files.example/beasts.json"));
     EXPECT_THAT(*scene.sections.snapshot().array, IsEmpty());  // a reload replaces
 
     scene.answer(bestiary, 1);
@@ -330,9 +338,20 @@ TEST(DataChain, StopsWhereALoadFails) {
     };
     const Row rows[] = {
         {"no key", std::nullopt, std::nullopt, std::nullopt, 0, 0, {}},
-        {"revoked key", "k", R"({"text": "Invalid access token"})", std::nullopt, 1, 0,
+        {"revoked key",
+         "k",
+         R"({"text": "Invalid access token"})",
+         std::nullopt,
+         1,
+         0,
          {"Error filling Array<AchievementCompletition>: document: no array"}},
-        {"progress lost on the way", "k", std::nullopt, catalogue, 3, 1, {"No data for Array<AchievementCompletition>"}},
+        {"progress lost on the way",
+         "k",
+         std::nullopt,
+         catalogue,
+         3,
+         1,
+         {"No data for Array<AchievementCompletition>"}},
         {"catalogue is no list", "k", "[]", "{}", 3, 0, {"Error filling Array<EventsSection>: document: no array"}},
         {"catalogue lost on the way", "k", "[]", std::nullopt, 3, 1, {"No data for Array<EventsSection>"}},
     };

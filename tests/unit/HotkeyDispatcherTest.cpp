@@ -23,7 +23,8 @@ constexpr HotkeyDecision toggle{HotkeyAction::toggle, true};
 class HotkeyDispatcherTest : public testing::Test {
 protected:
     HotkeyDecision decide(const KeyEvent& event, bool visible = false) {
-        return decideHotkey(event, visible, [this] { return ++asked, enabled; }, defaults);
+        return decideHotkey(
+            event, visible, [this] { return ++asked, enabled; }, defaults);
     }
 
     FakeDefaults defaults;
@@ -73,8 +74,8 @@ TEST_F(HotkeyDispatcherTest, TogglesWithEitherHotkeyAsStoredNow) {
 
 TEST_F(HotkeyDispatcherTest, TrimsTheCameraKey) {
     EXPECT_EQ(actionCameraText(defaults), "");
-    for (const auto& [stored, text] :
-         {std::pair("  ", ""), std::pair("", ""), std::pair(" \n⌃ + F1\t", "⌃ + F1"), std::pair("\u2003F2\u00a0", "F2")}) {
+    for (const auto& [stored, text] : {std::pair("  ", ""), std::pair("", ""), std::pair(" \n⌃ + F1\t", "⌃ + F1"),
+                                       std::pair("\u2003F2\u00a0", "F2")}) {
         defaults.put(settings::actionCamToggleEvent, stored);
         EXPECT_EQ(actionCameraText(defaults), text);
     }

@@ -1,4 +1,5 @@
-// What is learned from a layout: the rules on layouts written down here, and real layouts through the real keyboard library.
+// What is learned from a layout: the rules on layouts written down here, and real layouts through the real keyboard
+// library.
 
 #include "input/KeyMap.h"
 
@@ -62,10 +63,20 @@ TEST(KeyMap, LetsTheLastProbeOfTheEqualsSignWin) {
 
 TEST(KeyMap, KeepsTheKeypadApartAndLeavesFiveKeysOut) {
     EXPECT_EQ(learned({{{23, 0}, "5"}, {{87, 0}, "5"}, {{87, shift}, "6"}, {{95, 0}, ","}}),
-              (Entries{{",", {{95, plain}}}, {"5", {{23, plain}}}, {"5 [NUM]", {{87, plain}}},
+              (Entries{{",", {{95, plain}}},
+                       {"5", {{23, plain}}},
+                       {"5 [NUM]", {{87, plain}}},
                        {"6 [NUM]", {{87, shift | plain}, shiftDown}}}));
-    EXPECT_EQ(learned({{{72, 0}, "a"}, {{73, 0}, "b"}, {{74, 0}, "c"}, {{114, 0}, "d"}, {{115, 0}, "e"}, {{116, 0}, "f"},
-                       {{127, 0}, "g"}, {{128, 0}, "h"}, {{48, 0}, "\t"}, {{36, 0}, "\n"}}),
+    EXPECT_EQ(learned({{{72, 0}, "a"},
+                       {{73, 0}, "b"},
+                       {{74, 0}, "c"},
+                       {{114, 0}, "d"},
+                       {{115, 0}, "e"},
+                       {{116, 0}, "f"},
+                       {{127, 0}, "g"},
+                       {{128, 0}, "h"},
+                       {{48, 0}, "\t"},
+                       {{36, 0}, "\n"}}),
               (Entries{{"f", {{116, plain}}}, {"g", {{127, plain}}}}));
 }
 
@@ -90,26 +101,53 @@ TEST(KeyMap, LearnsRealLayouts) {
         Entries entries;
         std::vector<std::string> absent;
     } rows[] = {
-        {"us", "",
-         {{"a", {{0, plain}}}, {"A", {{0, shift | plain}, shiftDown}}, {"@", {{19, shift | plain}, shiftDown}},
-          {"5", {{23, plain}}}, {"5 [NUM]", {{87, plain}}}, {"=", {{24, plain}}}, {" ", {{49, plain}}}, {"\r", {{36, plain}}},
-          {"\n", {{76, 0}}}, {"\t", {{48, 0}}}, {"\x1b", {{53, plain}}}, {"\x16", {{9, control | plain}, controlDown}}},
+        {"us",
+         "",
+         {{"a", {{0, plain}}},
+          {"A", {{0, shift | plain}, shiftDown}},
+          {"@", {{19, shift | plain}, shiftDown}},
+          {"5", {{23, plain}}},
+          {"5 [NUM]", {{87, plain}}},
+          {"=", {{24, plain}}},
+          {" ", {{49, plain}}},
+          {"\r", {{36, plain}}},
+          {"\n", {{76, 0}}},
+          {"\t", {{48, 0}}},
+          {"\x1b", {{53, plain}}},
+          {"\x16", {{9, control | plain}, controlDown}}},
          {"é", "€", "🙂", "ф"}},
-        {"de", "",
-         {{"z", {{16, plain}}}, {"y", {{6, plain}}}, {"ß", {{27, plain}}}, {"@", {{12, option | plain}, optionDown}},
-          {"€", {{14, option | plain}, optionDown}}, {"{", {{26, option | plain}, optionDown}}, {"<", {{10, plain}}},
-          {"?", {{27, shift | plain}, shiftDown}}, {"=", {{29, shift | control | plain}, shiftDown, controlDown}},
+        {"de",
+         "",
+         {{"z", {{16, plain}}},
+          {"y", {{6, plain}}},
+          {"ß", {{27, plain}}},
+          {"@", {{12, option | plain}, optionDown}},
+          {"€", {{14, option | plain}, optionDown}},
+          {"{", {{26, option | plain}, optionDown}},
+          {"<", {{10, plain}}},
+          {"?", {{27, shift | plain}, shiftDown}},
+          {"=", {{29, shift | control | plain}, shiftDown, controlDown}},
           {", [NUM]", {{65, plain}}}},
          {"^", "´", "🙂"}},  // dead keys
-        {"fr", "",
-         {{"a", {{12, plain}}}, {"1", {{18, shift | plain}, shiftDown}}, {"é", {{19, plain}}},
-          {"@", {{29, option | plain}, optionDown}}, {"m", {{41, plain}}}, {"!", {{44, plain}}}},
+        {"fr",
+         "",
+         {{"a", {{12, plain}}},
+          {"1", {{18, shift | plain}, shiftDown}},
+          {"é", {{19, plain}}},
+          {"@", {{0, option | plain}, optionDown}},
+          {"]", {{27, option | plain}, optionDown}},
+          {"m", {{41, plain}}},
+          {"!", {{44, plain}}}},
          {"ñ"}},
-        {"es", "", {{"ñ", {{41, plain}}}, {"@", {{19, option | plain}, optionDown}}, {"¡", {{24, plain}}}}, {"ß"}},
-        {"ru", "",
+        {"es", "", {{"ñ", {{41, plain}}}, {"@", {{12, option | plain}, optionDown}}, {"¡", {{24, plain}}}}, {"ф"}},
+        {"ru",
+         "",
          {{"ф", {{0, plain}}}, {"Ф", {{0, shift | plain}, shiftDown}}, {"1", {{18, plain}}}, {".", {{44, plain}}}},
          {"a", "A", "@"}},
-        {"us", "dvorak", {{"o", {{1, plain}}}, {"'", {{12, plain}}}, {"s", {{41, plain}}}, {"=", {{30, plain}}}}, {"é"}},
+        {"us",
+         "dvorak",
+         {{"o", {{1, plain}}}, {"'", {{12, plain}}}, {"s", {{41, plain}}}, {"=", {{30, plain}}}},
+         {"é"}},
     };
     for (const auto& row : rows) {
         const XkbKeyboardLayout layout(row.layout, row.variant);
@@ -125,7 +163,8 @@ TEST(KeyMap, LearnsRealLayouts) {
 
 TEST(KeyMap, WritesItselfAsJsonInOneOrder) {
     FakeKeyboardLayout layout;
-    layout.keys = {{{0, 0}, "\""}, {{1, shift}, "\\"}, {{2, 0}, "é"}, {{3, 0}, std::string(1, '\0')}, {{51, 0}, "\x7f"}};
+    layout.keys = {
+        {{0, 0}, "\""}, {{1, shift}, "\\"}, {{2, 0}, "é"}, {{3, 0}, std::string(1, '\0')}, {{51, 0}, "\x7f"}};
     EXPECT_EQ(keyMapJson(KeyMap::learn(layout)),
               "{\"\\u0000\": [[3, 256]], \"\\u0009\": [[48, 0]], \"\\u000a\": [[76, 0]], \"\\\"\": [[0, 256]], "
               "\"\\\\\": [[1, 131328], [56, 0]], \"\\u007f\": [[51, 256]], \"é\": [[2, 256]]}");

@@ -41,8 +41,8 @@ TEST(ReadableKeyText, JoinsTheModifiersInTheStoredOrderAndNamesTheKey) {
         {key(27, 0, "ß"), "SS"},
         {key(33, 0, "ü"), "Ü"},
         {key(0, 0, "ф"), "Ф"},
-        {key(33, shift), "⇧ + "},   // a dead key has no characters
-        {key(56, 0, "x"), "X"},      // the names of modifier keys are for playing back only
+        {key(33, shift), "⇧ + "},  // a dead key has no characters
+        {key(56, 0, "x"), "X"},    // the names of modifier keys are for playing back only
         {key(200, 0, "x"), "X"},
     };
     for (const auto& row : rows) EXPECT_EQ(readableKeyText(row.event), row.text);

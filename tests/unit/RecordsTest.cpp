@@ -45,7 +45,8 @@ std::string errorOf(const std::string& body) {
 TEST(Records, DecodeUnderTheirKeys) {
     const auto sections = decodeJson<std::vector<EventsSection>>("[" + sectionWith(goodEvent, goodSequences) + "]");
     ASSERT_TRUE(sections.value) << sections.error;
-    EventsSection expected{.id = 3, .category = "Core", .name = "Skies", .active = true, .link = {}, .segments = {}, .sequences = {}};
+    EventsSection expected{
+        .id = 3, .category = "Core", .name = "Skies", .active = true, .link = {}, .segments = {}, .sequences = {}};
     expected.segments.push_back({.id = 1,
                                  .name = "Dawn",
                                  .link = {},
@@ -63,9 +64,13 @@ TEST(Records, DecodeUnderTheirKeys) {
     const auto progress = decodeJson<std::vector<AchievementCompletition>>(
         R"([{"id": 5, "current": 1, "max": 2, "done": false}, {"id": 6, "bits": [0, 3], "current": 2, "max": 2, "done": true,
              "unlocked": true, "repeated": 4}])");
-    EXPECT_THAT(progress.value,
-                Optional(ElementsAre(AchievementCompletition{.id = 5, .bits = {}, .current = 1, .max = 2, .done = false, .unlocked = {}, .repeated = {}},
-                                     AchievementCompletition{.id = 6, .bits = {{0, 3}}, .current = 2, .max = 2, .done = true, .unlocked = true, .repeated = 4})));
+    EXPECT_THAT(
+        progress.value,
+        Optional(ElementsAre(
+            AchievementCompletition{
+                .id = 5, .bits = {}, .current = 1, .max = 2, .done = false, .unlocked = {}, .repeated = {}},
+            AchievementCompletition{
+                .id = 6, .bits = {{0, 3}}, .current = 2, .max = 2, .done = true, .unlocked = true, .repeated = 4})));
 }
 
 TEST(Records, ErrorNamesThePlace) {
@@ -75,7 +80,8 @@ TEST(Records, ErrorNamesThePlace) {
         std::string error;
     } catalogues[] = {
         {"[" + good + "," + good + "]", ""},
-        {"[" + good + "," + sectionWith(goodEvent, R"({"partial": [], "pattern": [{"eventId": 1, "durationMinutes": 2}]})") + "]",
+        {"[" + good + "," +
+             sectionWith(goodEvent, R"({"partial": [], "pattern": [{"eventId": 1, "durationMinutes": 2}]})") + "]",
          "[1].sequences.pattern[0].r: missing"},
         {"[" + sectionWith(goodEvent, R"({"partial": []})") + "]", "[0].sequences.pattern: missing"},
         {R"([{"id": 3, "category": "c", "name": "n", "active": true, "segments": []}])", "[0].sequences: missing"},
@@ -85,10 +91,16 @@ TEST(Records, ErrorNamesThePlace) {
         {R"([{"id": "3"}])", "[0].id: no integer"},
         {R"([{"id": 3.5}])", "[0].id: no integer"},
         {R"([{"id": 3, "category": 4}])", "[0].category: no text"},
-        {"[" + sectionWith(R"({"id": 1, "name": "n", "lfg": "soon"})", goodSequences) + "]", "[0].segments[0].lfg: no integer"},
-        {"[" + sectionWith(R"({"id": 1, "name": "n", "bg": [1, false]})", goodSequences) + "]", "[0].segments[0].bg[1]: no integer"},
-        {"[" + sectionWith(R"({"id": 1, "name": "n", "rewards": []})", goodSequences) + "]", "[0].segments[0].rewards: no object"},
-        {"[" + sectionWith(R"({"id": 1, "name": "n", "rewards": {"items_for_achievements": [{"i": 1}]}})", goodSequences) + "]",
+        {"[" + sectionWith(R"({"id": 1, "name": "n", "lfg": "soon"})", goodSequences) + "]",
+         "[0].segments[0].lfg: no integer"},
+        {"[" + sectionWith(R"({"id": 1, "name": "n", "bg": [1, false]})", goodSequences) + "]",
+         "[0].segments[0].bg[1]: no integer"},
+        {"[" + sectionWith(R"({"id": 1, "name": "n", "rewards": []})", goodSequences) + "]",
+         "[0].segments[0].rewards: no object"},
+        {"[" +
+             sectionWith(R"({"id": 1, "name": "n", "rewards": {"items_for_achievements": [{"i": 1}]}})",
+                         goodSequences) +
+             "]",
          "[0].segments[0].rewards.items_for_achievements[0].a: missing"},
         {"[1]", "[0]: no object"},
         {"{}", "document: no array"},
@@ -96,8 +108,10 @@ TEST(Records, ErrorNamesThePlace) {
     for (const auto& row : catalogues) EXPECT_EQ(errorOf<std::vector<EventsSection>>(row.body), row.error) << row.body;
 
     EXPECT_EQ(errorOf<EventsSection>(R"({"id": 1})"), "category: missing");
-    EXPECT_EQ(errorOf<std::vector<AchievementCompletition>>(R"({"text": "Invalid access token"})"), "document: no array");
-    EXPECT_EQ(errorOf<std::vector<AchievementCompletition>>(R"([{"id": 5, "current": 1, "max": 2}])"), "[0].done: missing");
+    EXPECT_EQ(errorOf<std::vector<AchievementCompletition>>(R"({"text": "Invalid access token"})"),
+              "document: no array");
+    EXPECT_EQ(errorOf<std::vector<AchievementCompletition>>(R"([{"id": 5, "current": 1, "max": 2}])"),
+              "[0].done: missing");
     EXPECT_EQ(errorOf<std::vector<BeastCategory>>(
                   R"([{"id": "c", "races": [{"id": "r", "icon": "i", "description": "d", "unlock_txt": "u"}]}])"),
               "");
@@ -110,8 +124,14 @@ TEST(Records, ErrorNamesThePlace) {
 TEST(Records, NoJsonIsAnErrorText) {
     std::string deep(100'000, '[');
     const std::string bodies[] = {
-        "",        " ",    "[",         "[{\"id\": 1",        "<html>",  "[1] 2", "nul", "[1,]", "\"text\"", "5", "null",
-        "[\"\xff\"]", "[\"\xc3", "[\"\xed\xa0\x80\"]", deep, deep + std::string(100'000, ']'),
+        "",         " ",
+        "[",        "[{\"id\": 1",
+        "<html>",   "[1] 2",
+        "nul",      "[1,]",
+        "\"text\"", "5",
+        "null",     "[\"\xff\"]",
+        "[\"\xc3",  "[\"\xed\xa0\x80\"]",
+        deep,       deep + std::string(100'000, ']'),
     };
     for (const std::string& body : bodies) {
         const auto decoded = decodeJson<std::vector<std::string>>(body);
@@ -149,7 +169,8 @@ TEST(Records, IntegersAreSigned64BitAndExact) {
 }
 
 TEST(Records, AnOptionalKeyMayBeNullAndTellsEmptyFromAbsent) {
-    const auto event = decodeJson<Event>(R"({"id": 1, "name": "", "link": null, "lfg": null, "rewards": {"items": [], "achievements": null}})");
+    const auto event = decodeJson<Event>(
+        R"({"id": 1, "name": "", "link": null, "lfg": null, "rewards": {"items": [], "achievements": null}})");
     ASSERT_TRUE(event.value) << event.error;
     EXPECT_EQ(event.value->link, std::nullopt);
     EXPECT_EQ(event.value->lfg, std::nullopt);
@@ -182,7 +203,8 @@ TEST(Records, BodiesOfTheWebApiDecode) {
     // The API's later form of a category is another type of element.
     EXPECT_THAT(errorOf<AchievementCategory>(fileText(folder + "achievements_categories_261_schema2022.json")),
                 HasSubstr("achievements[0]: no integer"));
-    const auto raids = decodeJson<std::vector<Raid>>(R"([{"id": "r", "wings": [{"id": "w", "events": [{"id": "e", "type": "Boss"}]}]}])");
+    const auto raids = decodeJson<std::vector<Raid>>(
+        R"([{"id": "r", "wings": [{"id": "w", "events": [{"id": "e", "type": "Boss"}]}]}])");
     EXPECT_THAT(raids.value, Optional(ElementsAre(Raid{"r", {{"w", {{"e", "Boss"}}}}})));
 }
 

@@ -54,7 +54,8 @@ TEST(Settings, TextIsReadByTheKeysType) {
         ASSERT_NE(setting, nullptr) << row.key;
         EXPECT_EQ(parseSetting(*setting, row.text), row.value) << row.key << "=" << row.text;
     }
-    for (const char* unknown : {"", "api", "API.key", "general.pasteClipboard", "api.key "}) EXPECT_EQ(findSetting(unknown), nullptr);
+    for (const char* unknown : {"", "api", "API.key", "general.pasteClipboard", "api.key "})
+        EXPECT_EQ(findSetting(unknown), nullptr);
 }
 
 TEST(Settings, WhatIsPrintedIsReadBackAsTheSameValue) {
@@ -75,12 +76,14 @@ TEST(Settings, WhatIsPrintedIsReadBackAsTheSameValue) {
 TEST(Settings, AListInATextIsAJsonArrayOrNothing) {
     EXPECT_THAT(decodeTexts(R"(["3-1", "ü"])"), Optional(ElementsAre("3-1", "ü")));
     EXPECT_EQ(encodeTexts({}), "[]");
-    for (const char* text : {"", " ", "{}", "[1]", "[\"a\"", "\"a\"", "[\"\xff\"]"}) EXPECT_EQ(decodeTexts(text), std::nullopt) << text;
+    for (const char* text : {"", " ", "{}", "[1]", "[\"a\"", "\"a\"", "[\"\xff\"]"})
+        EXPECT_EQ(decodeTexts(text), std::nullopt) << text;
 }
 
 TEST(EnabledApplications, AMissingOrEmptyListIsWrittenAnew) {
     for (const std::optional<SettingValue>& stored :
-         {std::optional<SettingValue>(), std::optional<SettingValue>(Texts{}), std::optional<SettingValue>(std::string("orvendel.Vantor"))}) {
+         {std::optional<SettingValue>(), std::optional<SettingValue>(Texts{}),
+          std::optional<SettingValue>(std::string("orvendel.Vantor"))}) {
         FakeDefaults defaults;
         if (stored) defaults.put("apps.enabled", *stored);
         EXPECT_TRUE(isApplicationEnabled(defaults, "com.nvidia.gfnpc.mall"));

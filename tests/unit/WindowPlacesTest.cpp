@@ -8,10 +8,11 @@ namespace vantor {
 namespace {
 
 TEST(WindowPlaces, ReadsWhatItWroteAndNothingElse) {
-    for (const Rect& frame : {Rect{10, 20, 920, 600}, Rect{-1920, -5, 1, 1}}) EXPECT_EQ(readFrame(writeFrame(frame)), frame);
+    for (const Rect& frame : {Rect{10, 20, 920, 600}, Rect{-1920, -5, 1, 1}})
+        EXPECT_EQ(readFrame(writeFrame(frame)), frame);
     EXPECT_EQ(writeFrame({-4, 20, 920, 600}), "-4 20 920 600");
-    for (const char* text : {"", "1 2 3", "1 2 3 4 5", "1 2 3 0", "1 2 -3 4", " 1 2 3 4", "1,2,3,4", "1 2 3 4 ", "a 2 3 4",
-                             "99999999999 2 3 4"})
+    for (const char* text : {"", "1 2 3", "1 2 3 4 5", "1 2 3 0", "1 2 -3 4", " 1 2 3 4", "1,2,3,4", "1 2 3 4 ",
+                             "a 2 3 4", "99999999999 2 3 4"})
         EXPECT_EQ(readFrame(text), std::nullopt) << text;
 }
 
@@ -33,7 +34,8 @@ TEST(WindowPlaces, BringsAWindowBackWhenItsMonitorIsGone) {
         {{5000, 900, 3000, 2000}, two, {1360, 0, 1920, 1080}},
         {{2147483000, 0, 920, 600}, two, {2360, 0, 920, 600}},
     };
-    for (const auto& row : cases) EXPECT_EQ(broughtOntoScreen(row.frame, row.screens), row.expected) << writeFrame(row.frame);
+    for (const auto& row : cases)
+        EXPECT_EQ(broughtOntoScreen(row.frame, row.screens), row.expected) << writeFrame(row.frame);
     EXPECT_EQ(centred({0, 0, 250, 60}, one[0]), (Rect{555, 380, 250, 60}));
 }
 

@@ -83,7 +83,8 @@ TEST(TrackedKeyboard, CarriesTheFlagsOfWhatTheStreamHolds) {
     EXPECT_EQ(keyboard.key(6, true), (KeyEvent{keyDown, 6, shift, "y"})) << "characters as without modifiers";
     EXPECT_EQ(keyboard.key(60, false), (KeyEvent{flagsChanged, 60, 0, ""}));
     EXPECT_EQ(keyboard.key(6, false), (KeyEvent{keyUp, 6, 0, "y"}));
-    for (const auto& [code, flag] : {std::pair{54, command}, {55, command}, {58, option}, {61, option}, {59, control}, {62, control}}) {
+    for (const auto& [code, flag] :
+         {std::pair{54, command}, {55, command}, {58, option}, {61, option}, {59, control}, {62, control}}) {
         const auto key = static_cast<KeyCode>(code);
         EXPECT_EQ(keyboard.key(key, true), (KeyEvent{flagsChanged, key, flag, ""}));
         EXPECT_EQ(keyboard.key(key, true).flags, flag) << "a repeat is no second press";

@@ -1,6 +1,6 @@
 #pragma once
-// A floating window that never takes the focus. While it holds nothing it is transparent and lets every click through to the
-// game. Main thread.
+// A floating window that never takes the focus. While it holds nothing it is transparent and lets every click through
+// to the game. Main thread.
 
 #include "ui/OverlayWindow.h"
 

@@ -21,7 +21,8 @@ MainWindow::MainWindow(AppObserver& appObserver, Prepare prepare)
     setMinimumSize(720, 460);
     auto* const layout = new QVBoxLayout(this);
     // The brush stroke reaches over the torn left edge; everything else stays inside the panel.
-    layout->setContentsMargins(panelStyle.margin - 4, panelStyle.margin + 8, panelStyle.margin + 6, panelStyle.margin + 8);
+    layout->setContentsMargins(panelStyle.margin - 4, panelStyle.margin + 8, panelStyle.margin + 6,
+                               panelStyle.margin + 8);
     layout->addWidget(new ContentView(appObserver, this));
 }
 

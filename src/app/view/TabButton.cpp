@@ -44,10 +44,12 @@ void TabButton::paintEvent(QPaintEvent*) {
     const int left = (width() - content) / 2;
     const int down = isDown() ? 1 : 0;
     const QString name = chosen ? image_ + QStringLiteral(".selected") : image_;
-    painter.drawPixmap(left, (height() - imageSize) / 2 + down, image(name, {imageSize, imageSize}, devicePixelRatioF()));
+    painter.drawPixmap(left, (height() - imageSize) / 2 + down,
+                       image(name, {imageSize, imageSize}, devicePixelRatioF()));
     painter.setFont(sansFont(fontSize));
     painter.setPen(chosen ? palette::gold : underMouse() ? palette::warmWhite : palette::sand.lighter(112));
-    painter.drawText(rect().adjusted(left + imageSize + imageGap, down, 0, down), Qt::AlignVCenter | Qt::AlignLeft, text());
+    painter.drawText(rect().adjusted(left + imageSize + imageGap, down, 0, down), Qt::AlignVCenter | Qt::AlignLeft,
+                     text());
     if (chosen) {
         QLinearGradient line(0, 0, width(), 0);
         line.setColorAt(0, palette::withAlpha(palette::red, 0));

@@ -19,7 +19,8 @@ TimersSource::Words wordsFor(GameData::State state) {
             return {QStringLiteral("The timers could not be loaded"),
                     QStringLiteral("Check the network and the API key, then start Vantor again.")};
         case GameData::State::loading:
-        case GameData::State::ready: break;
+        case GameData::State::ready:
+            break;
     }
     return {QStringLiteral("Loading"), QStringLiteral("The timers are being loaded.")};
 }

@@ -16,7 +16,8 @@ constexpr int textLeft = 46;
 constexpr int gap = 16;
 
 // Draws the text on the base line and returns where the next one begins.
-int drawOnLine(QPainter& painter, int left, int baseLine, const QFont& font, const QColor& colour, const QString& text) {
+int drawOnLine(QPainter& painter, int left, int baseLine, const QFont& font, const QColor& colour,
+               const QString& text) {
     painter.setFont(font);
     painter.setPen(palette::withAlpha(Qt::black, 0.6));
     painter.drawText(left + 1, baseLine + 1, text);
@@ -28,7 +29,9 @@ int drawOnLine(QPainter& painter, int left, int baseLine, const QFont& font, con
 }  // namespace
 
 TitleBar::TitleBar(std::function<void()> close, QWidget* parent)
-    : QWidget(parent), close_(new ImageButton(QStringLiteral("close"), QStringLiteral("close.selected"), QStringLiteral("Close"), this)) {
+    : QWidget(parent),
+      close_(
+          new ImageButton(QStringLiteral("close"), QStringLiteral("close.selected"), QStringLiteral("Close"), this)) {
     setAttribute(Qt::WA_Hover);
     setFixedHeight(52);
     connect(close_, &QAbstractButton::clicked, this, std::move(close));

@@ -1,6 +1,6 @@
 #pragma once
-// The main window's title bar: the brush stroke with the name, the tab's title and the hotkey that opens the window, and the
-// close control. Main thread.
+// The main window's title bar: the brush stroke with the name, the tab's title and the hotkey that opens the window,
+// and the close control. Main thread.
 
 #include <QtWidgets/QWidget>
 #include <functional>

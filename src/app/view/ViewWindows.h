@@ -1,6 +1,6 @@
 #pragma once
-// Makes the four windows with their views. The main window's content is built when it is first shown, since most of a game's
-// hours pass without it. Main thread; outlives the windows that it made.
+// Makes the four windows with their views. The main window's content is built when it is first shown, since most of a
+// game's hours pass without it. Main thread; outlives the windows that it made.
 
 #include <memory>
 

@@ -1,5 +1,6 @@
 #pragma once
-// Settings in memory that count their writes and refuse one when told to. Any thread; observers run in the writing call.
+// Settings in memory that count their writes and refuse one when told to. Any thread; observers run in the writing
+// call.
 
 #include <functional>
 #include <map>

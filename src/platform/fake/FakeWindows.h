@@ -22,10 +22,14 @@ public:
 private:
     static std::string text(AppWindowName name) {
         switch (name) {
-            case AppWindowName::main: return "main";
-            case AppWindowName::icon: return "icon";
-            case AppWindowName::emoji: return "emoji";
-            case AppWindowName::watchedEvents: return "watched";
+            case AppWindowName::main:
+                return "main";
+            case AppWindowName::icon:
+                return "icon";
+            case AppWindowName::emoji:
+                return "emoji";
+            case AppWindowName::watchedEvents:
+                return "watched";
         }
         return {};
     }

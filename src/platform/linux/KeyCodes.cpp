@@ -10,8 +10,9 @@ namespace {
 
 constexpr EvdevCode noKey = KEY_RESERVED;
 
-// Index: the virtual key code (HIToolbox Events.h). Value: the key at the same place of the keyboard (input-event-codes.h).
-// Number Lock stands where that system has keypad Clear, Insert where it has Help.
+// Index: the virtual key code (HIToolbox Events.h). Value: the key at the same place of the keyboard
+// (input-event-codes.h). Number Lock stands where that system has keypad Clear, Insert where it has Help.
+// clang-format off
 constexpr std::array<EvdevCode, keyCodeCount> evdevCodes = {
     /*   0 */ KEY_A, KEY_S, KEY_D, KEY_F, KEY_H, KEY_G, KEY_Z, KEY_X,
     /*   8 */ KEY_C, KEY_V, KEY_102ND, KEY_B, KEY_Q, KEY_W, KEY_E, KEY_R,
@@ -30,6 +31,7 @@ constexpr std::array<EvdevCode, keyCodeCount> evdevCodes = {
     /* 112 */ noKey, KEY_F15, KEY_INSERT, KEY_HOME, KEY_PAGEUP, KEY_DELETE, KEY_F4, KEY_END,
     /* 120 */ KEY_F2, KEY_PAGEDOWN, KEY_F1, KEY_LEFT, KEY_RIGHT, KEY_DOWN, KEY_UP, noKey,
 };
+// clang-format on
 
 // The highest code in the table is KEY_FN, above what an X keycode can hold.
 constexpr std::size_t evdevCodeLimit = 0x200;

@@ -11,7 +11,8 @@
 
 namespace vantor {
 
-KeyStream::KeyStream(const XConnection& connection, PostedKeyRecord& record) : connection_(connection), record_(record) {
+KeyStream::KeyStream(const XConnection& connection, PostedKeyRecord& record)
+    : connection_(connection), record_(record) {
     if (connection_.get()) select();
 }
 
@@ -79,7 +80,8 @@ void KeyStream::handleKeyboardNotice(const xcb_generic_event_t& event) {
             // They come in swarms; the next key reads the keymap once.
             stale_ = true;
             break;
-        default: break;
+        default:
+            break;
     }
 }
 
@@ -102,7 +104,8 @@ void KeyStream::poll(const std::function<void(const StreamedKey&)>& handler) {
             if (generic->extension != connection_.inputOpcode()) continue;
             const auto* key = reinterpret_cast<const xcb_input_raw_key_press_event_t*>(event.get());
             if (key->event_type != XCB_INPUT_RAW_KEY_PRESS && key->event_type != XCB_INPUT_RAW_KEY_RELEASE) continue;
-            handleKey(static_cast<std::uint8_t>(key->detail), key->event_type == XCB_INPUT_RAW_KEY_PRESS, key->time, handler);
+            handleKey(static_cast<std::uint8_t>(key->detail), key->event_type == XCB_INPUT_RAW_KEY_PRESS, key->time,
+                      handler);
         } else if (connection_.hasKeyboard() && type == connection_.keyboardEventBase()) {
             handleKeyboardNotice(*event);
         }

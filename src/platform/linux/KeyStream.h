@@ -1,6 +1,6 @@
 #pragma once
-// The server's stream of raw keys, whoever has the focus, turned into key events: the flags are those of the stream itself, and
-// keys that Vantor posted are marked. Main thread.
+// The server's stream of raw keys, whoever has the focus, turned into key events: the flags are those of the stream
+// itself, and keys that Vantor posted are marked. Main thread.
 
 #include <cstdint>
 #include <functional>

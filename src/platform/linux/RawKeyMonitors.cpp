@@ -28,11 +28,13 @@ RawKeyMonitors::RawKeyMonitors(const XConnection& connection, PostedKeyRecord& r
             if (xcb_connection_has_error(connection_.get())) notifier_->setEnabled(false);
             poll();
         });
-        // A reply that was waited for, or a post, may have read events from the socket: it then stays silent about them.
+        // A reply that was waited for, or a post, may have read events from the socket: it then stays silent about
+        // them.
         if (auto* dispatcher = QAbstractEventDispatcher::instance())
             QObject::connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, this, [this] {
                 if (!stream_.readAhead()) return;
-                QMetaObject::invokeMethod(this, [this] { poll(); }, Qt::QueuedConnection);
+                QMetaObject::invokeMethod(
+                    this, [this] { poll(); }, Qt::QueuedConnection);
             });
     }
     if (QCoreApplication::instance()) QCoreApplication::instance()->installEventFilter(this);

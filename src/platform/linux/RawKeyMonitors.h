@@ -1,7 +1,7 @@
 #pragma once
-// The key monitors on X11. The global ones get the raw stream while another application has the focus; the local ones get what
-// the toolkit delivers to Vantor's own windows, where they may swallow it. No key reaches both, Vantor's own posts reach none,
-// and nothing is grabbed. Main thread.
+// The key monitors on X11. The global ones get the raw stream while another application has the focus; the local ones
+// get what the toolkit delivers to Vantor's own windows, where they may swallow it. No key reaches both, Vantor's own
+// posts reach none, and nothing is grabbed. Main thread.
 
 #include <QObject>
 #include <QSocketNotifier>

@@ -11,8 +11,8 @@
 namespace vantor {
 namespace {
 
-// The core protocol's modifier bits, which the keyboard library numbers the same way. By convention Mod1 is Alt, Mod4 the
-// Super key, Mod5 the third level.
+// The core protocol's modifier bits, which the keyboard library numbers the same way. By convention Mod1 is Alt, Mod4
+// the Super key, Mod5 the third level.
 constexpr xkb_mod_mask_t shiftBit = 1 << 0;
 constexpr xkb_mod_mask_t lockBit = 1 << 1;
 constexpr xkb_mod_mask_t controlBit = 1 << 2;

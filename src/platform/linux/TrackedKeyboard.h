@@ -1,6 +1,6 @@
 #pragma once
-// The state of a keyboard as its stream of keys makes it, and the key event that a key is in that state. Knows no server. One
-// thread.
+// The state of a keyboard as its stream of keys makes it, and the key event that a key is in that state. Knows no
+// server. One thread.
 
 #include <bitset>
 #include <cstdint>
@@ -26,8 +26,8 @@ public:
     TrackedKeyboard(XkbKeymap keymap, const HeldKeys& held, const ServerState& server);
 
     void update(std::uint8_t xKeycode, bool down);
-    // Takes over what is latched and locked. What is held stays as the stream tells it, unless the stream holds no key: then
-    // the server knows better.
+    // Takes over what is latched and locked. What is held stays as the stream tells it, unless the stream holds no key:
+    // then the server knows better.
     void resynchronise(const ServerState& server);
 
     [[nodiscard]] const HeldKeys& held() const { return held_; }

@@ -1,5 +1,6 @@
 #pragma once
-// Vantor's own connection to the X server for keys, beside the toolkit's, and what the server offers on it. Main thread.
+// Vantor's own connection to the X server for keys, beside the toolkit's, and what the server offers on it. Main
+// thread.
 
 #include <xcb/xcb.h>
 

@@ -1,5 +1,6 @@
 #pragma once
-// Posts keys through the server's XTEST extension, and records them so that Vantor does not react to itself. Main thread.
+// Posts keys through the server's XTEST extension, and records them so that Vantor does not react to itself. Main
+// thread.
 
 #include <bitset>
 

@@ -7,6 +7,8 @@ namespace vantor {
 XkbKeymap namedKeymap(const std::string& layout, const std::string& variant, const std::string& options) {
     const XkbContext context(xkb_context_new(XKB_CONTEXT_NO_FLAGS));
     if (!context) return nullptr;
+    // The null answer says it; the library would write a page on standard error.
+    xkb_context_set_log_level(context.get(), XKB_LOG_LEVEL_CRITICAL);
     const xkb_rule_names names = {"evdev", "pc105", layout.c_str(), variant.c_str(), options.c_str()};
     return XkbKeymap(xkb_keymap_new_from_names(context.get(), &names, XKB_KEYMAP_COMPILE_NO_FLAGS));
 }

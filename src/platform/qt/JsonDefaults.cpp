@@ -21,8 +21,8 @@ namespace vantor {
 
 namespace {
 
-// File times tick slowly (4 ms on Linux), and an inode is soon used again: a file written a moment ago may change once more and
-// look the same.
+// File times tick slowly (4 ms on Linux), and an inode is soon used again: a file written a moment ago may change once
+// more and look the same.
 constexpr std::chrono::milliseconds settlingTime{50};
 
 QString textOf(std::string_view text) { return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())); }
@@ -51,7 +51,8 @@ QJsonValue jsonOf(const SettingValue& value) {
     if (const auto* number = std::get_if<double>(&value)) return {*number};
     if (const auto* text = std::get_if<std::string>(&value)) return {QString::fromStdString(*text)};
     QJsonArray array;
-    for (const std::string& text : std::get<std::vector<std::string>>(value)) array.append(QString::fromStdString(text));
+    for (const std::string& text : std::get<std::vector<std::string>>(value))
+        array.append(QString::fromStdString(text));
     return array;
 }
 
@@ -95,8 +96,8 @@ bool replaceStore(const QString& path, const QJsonObject& store) {
 
 bool makeFolder(const QString& folder) {
     if (QFileInfo::exists(folder)) return true;
-    return QDir().mkpath(folder) && QFile::setPermissions(folder, QFileDevice::ReadOwner | QFileDevice::WriteOwner |
-                                                                      QFileDevice::ExeOwner);
+    return QDir().mkpath(folder) &&
+           QFile::setPermissions(folder, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
 }
 
 Defaults::Verdict refuse(const QString& path, const char* why) {
@@ -115,12 +116,16 @@ struct JsonDefaults::Observers {
 };
 
 JsonDefaults::JsonDefaults(QString path, MainThread* mainThread, std::chrono::milliseconds lockPatience)
-    : path_(std::move(path)), mainThread_(mainThread), lockPatience_(lockPatience), observers_(std::make_shared<Observers>()) {}
+    : path_(std::move(path)),
+      mainThread_(mainThread),
+      lockPatience_(lockPatience),
+      observers_(std::make_shared<Observers>()) {}
 
 JsonDefaults::~JsonDefaults() = default;
 
 QString JsonDefaults::defaultPath() {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + QStringLiteral("/vantor/settings.json");
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+           QStringLiteral("/vantor/settings.json");
 }
 
 JsonDefaults::Stamp JsonDefaults::stampOfFile() const {

@@ -1,7 +1,8 @@
 #pragma once
-// The settings in one JSON file of the user's own (0600). A write takes the lock beside the file, reads the file afresh, changes
-// its one key and replaces the file atomically: it is on disk when it returns, and two processes lose nothing. A damaged file
-// reads as empty; no reader touches it, and the first write sets it aside. Any thread; observers on the main thread.
+// The settings in one JSON file of the user's own (0600). A write takes the lock beside the file, reads the file
+// afresh, changes its one key and replaces the file atomically: it is on disk when it returns, and two processes lose
+// nothing. A damaged file reads as empty; no reader touches it, and the first write sets it aside. Any thread;
+// observers on the main thread.
 
 #include <QByteArray>
 #include <QFileSystemWatcher>
@@ -20,9 +21,10 @@ namespace vantor {
 
 class JsonDefaults final : public Defaults {
 public:
-    // Construct and destroy on the main thread. mainThread may be null where nobody observes. A write that does not get the lock
-    // in lockPatience fails; another process holds it for one write, some milliseconds.
-    JsonDefaults(QString path, MainThread* mainThread, std::chrono::milliseconds lockPatience = std::chrono::seconds(5));
+    // Construct and destroy on the main thread. mainThread may be null where nobody observes. A write that does not get
+    // the lock in lockPatience fails; another process holds it for one write, some milliseconds.
+    JsonDefaults(QString path, MainThread* mainThread,
+                 std::chrono::milliseconds lockPatience = std::chrono::seconds(5));
     ~JsonDefaults() override;
 
     // vantor/settings.json in the user's configuration folder.

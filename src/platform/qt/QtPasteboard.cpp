@@ -7,6 +7,8 @@ namespace vantor {
 
 std::string QtPasteboard::text() const { return QGuiApplication::clipboard()->text().toStdString(); }
 
-void QtPasteboard::setText(const std::string& text) { QGuiApplication::clipboard()->setText(QString::fromStdString(text)); }
+void QtPasteboard::setText(const std::string& text) {
+    QGuiApplication::clipboard()->setText(QString::fromStdString(text));
+}
 
 }  // namespace vantor

@@ -48,10 +48,11 @@ void QtUrlSession::dataTask(UrlRequest request, Completion completion) {
 void QtUrlSession::start(const UrlRequest& request, Completion completion) {
     if (!network_) network_ = std::make_unique<QNetworkAccessManager>();
     // Only `get` also serves embedded resources.
-    QNetworkReply* reply = request.method == "GET"
-                               ? network_->get(networkRequest(request))
-                               : network_->sendCustomRequest(networkRequest(request), QByteArray::fromStdString(request.method),
-                                                             QByteArray::fromStdString(request.body));
+    QNetworkReply* reply =
+        request.method == "GET"
+            ? network_->get(networkRequest(request))
+            : network_->sendCustomRequest(networkRequest(request), QByteArray::fromStdString(request.method),
+                                          QByteArray::fromStdString(request.body));
     QObject::connect(reply, &QNetworkReply::finished, reply, [this, reply, completion = std::move(completion)] {
         reply->deleteLater();
         std::optional<std::string> body;

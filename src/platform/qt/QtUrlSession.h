@@ -1,6 +1,6 @@
 #pragma once
-// Data tasks on the toolkit's network stack, embedded resources (qrc:) among them. The stack lives on the main thread and is
-// made at the first task; completions go to the session queue. Construct and destroy on the main thread.
+// Data tasks on the toolkit's network stack, embedded resources (qrc:) among them. The stack lives on the main thread
+// and is made at the first task; completions go to the session queue. Construct and destroy on the main thread.
 
 #include <QNetworkAccessManager>
 #include <QObject>

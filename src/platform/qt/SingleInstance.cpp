@@ -1,9 +1,9 @@
 #include "platform/qt/SingleInstance.h"
 
 #include <QDir>
+#include <QLocalSocket>
 #include <QLockFile>
 #include <QStandardPaths>
-#include <QLocalSocket>
 
 namespace vantor {
 namespace {

@@ -2,8 +2,8 @@
 // One running Vantor for each user and display: the second start asks the first to open its overlay. Main thread.
 
 #include <QByteArray>
-#include <QString>
 #include <QLocalServer>
+#include <QString>
 
 #include <functional>
 

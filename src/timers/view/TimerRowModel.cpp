@@ -12,7 +12,9 @@ namespace {
 
 QColor accentOf(const Event& event) {
     if (!event.bg || event.bg->size() < 3) return QColor(0xA7, 0x9F, 0x8D);
-    const auto part = [&](std::size_t index) { return static_cast<int>(std::clamp<std::int64_t>((*event.bg)[index], 0, 255)); };
+    const auto part = [&](std::size_t index) {
+        return static_cast<int>(std::clamp<std::int64_t>((*event.bg)[index], 0, 255));
+    };
     return {part(0), part(1), part(2)};
 }
 
@@ -38,8 +40,7 @@ std::vector<ShownRow> shownRows(std::span<const TimelineEvent> visible, int curr
     for (std::size_t i = 0; i < texts.size() && i < visible.size(); ++i) {
         const TimerRow& text = texts[i];
         const bool gathering = visible[i].event().lfg && visible[i].gatheringMinute() <= currentMinute;
-        rows.push_back({text.id, QString::fromStdString(text.time),
-                        remainingText(text, gathering),
+        rows.push_back({text.id, QString::fromStdString(text.time), remainingText(text, gathering),
                         text.name.empty() ? QStringLiteral("–") : QString::fromStdString(text.name),
                         placeOf(*visible[i].scheduled), QString::fromStdString(text.getThereBy),
                         accentOf(visible[i].event()), gathering});

@@ -1,6 +1,7 @@
 #pragma once
-// The rows that the timers list shows, as the toolkit's list model. A refresh touches only what became different: rows that
-// left are removed, new ones inserted, and a row is announced as changed only when one of its texts is. Main thread.
+// The rows that the timers list shows, as the toolkit's list model. A refresh touches only what became different: rows
+// that left are removed, new ones inserted, and a row is announced as changed only when one of its texts is. Main
+// thread.
 
 #include <QtCore/QAbstractListModel>
 #include <QtCore/QString>

@@ -67,8 +67,8 @@ void TimerRowPainter::paint(QPainter* painter, const QStyleOptionViewItem& optio
     if (!oneLine) {
         painter->setFont(sansFont(13));
         painter->setPen(palette::amber);
-        painter->drawText(QRect(frame.left() + textLeft, top + 21, right - frame.left() - textLeft, 20), Qt::AlignVCenter,
-                          row.getThereBy);
+        painter->drawText(QRect(frame.left() + textLeft, top + 21, right - frame.left() - textLeft, 20),
+                          Qt::AlignVCenter, row.getThereBy);
     }
     if (option.state & QStyle::State_HasFocus) paintFocusRing(*painter, QRectF(frame).adjusted(2, 2, -2, -3));
     painter->restore();

@@ -19,7 +19,8 @@ QString hoursText(double minutes) {
 }
 
 QString countText(int rows, double minutes) {
-    return QString::number(rows) + (rows == 1 ? QStringLiteral(" event in the next ") : QStringLiteral(" events in the next ")) +
+    return QString::number(rows) +
+           (rows == 1 ? QStringLiteral(" event in the next ") : QStringLiteral(" events in the next ")) +
            hoursText(minutes);
 }
 
@@ -33,7 +34,11 @@ void paintInLook(QWidget& widget, const QColor& text) {
 }  // namespace
 
 TimersTab::TimersTab(TimersSource source, QWidget* parent)
-    : QWidget(parent), source_(std::move(source)), list_(new QListView(this)), count_(new QLabel(this)), words_(new QuietText(this)) {
+    : QWidget(parent),
+      source_(std::move(source)),
+      list_(new QListView(this)),
+      count_(new QLabel(this)),
+      words_(new QuietText(this)) {
     auto* const column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(4);

@@ -1,6 +1,6 @@
 #pragma once
-// The Timers tab: the visible window of the timeline as rows. It looks at the clock once a second while it is shown, and not
-// at all otherwise. Main thread.
+// The Timers tab: the visible window of the timeline as rows. It looks at the clock once a second while it is shown,
+// and not at all otherwise. Main thread.
 
 #include <QtCore/QTimer>
 #include <QtWidgets/QLabel>

@@ -1,0 +1,85 @@
+// Learning the key map: at most 5 ms. Typing 100 strokes: its pauses plus at most 3 %, measured on the system's own
+// clock with a poster that only counts, and, where DISPLAY names a server that it may type into
+// (VANTOR_PRIVATE_DESKTOP), with the real one.
+
+#include <benchmark/benchmark.h>
+
+#include <QtGlobal>
+#include <chrono>
+#include <string>
+#include <thread>
+
+#include "input/ClipboardManager.h"
+#include "input/KeyStrokes.h"
+#include "platform/fake/FakeKeyMonitors.h"
+#include "platform/fake/FakeWorkspace.h"
+#include "platform/linux/XTestKeyPoster.h"
+#include "platform/linux/XkbKeyboardLayout.h"
+
+namespace vantor {
+namespace {
+
+struct CountingPoster final : KeyPoster {
+    PostVerdict post(const PostedKey&) override { return ++posts, PostVerdict::posted; }
+    int posts = 0;
+};
+
+struct SystemPause final : Pause {
+    void wait(std::chrono::microseconds duration) override { std::this_thread::sleep_for(duration); }
+};
+
+void learnKeyMap(benchmark::State& state, const char* name) {
+    const XkbKeyboardLayout layout(name, "");
+    std::size_t entries = 0;
+    for (auto _ : state) entries = KeyMap::learn(layout).entries().size();
+    state.counters["entries"] = static_cast<double>(entries);
+    state.counters["limit_ms"] = 5;
+}
+BENCHMARK_CAPTURE(learnKeyMap, us, "us")->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(learnKeyMap, de, "de")->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(learnKeyMap, ru, "ru")->Unit(benchmark::kMillisecond);
+
+void decideStrokes(benchmark::State& state) {
+    const auto map = KeyMap::learn(XkbKeyboardLayout("us", ""));
+    const std::string text(100, 'A');
+    for (auto _ : state) benchmark::DoNotOptimize(strokesOfText(map, text));
+}
+BENCHMARK(decideStrokes)->Unit(benchmark::kMicrosecond);
+
+void typeHundredStrokes(benchmark::State& state, KeyPoster& poster) {
+    FakeKeyMonitors monitors;
+    FakeWorkspace workspace;
+    SystemPause pause;
+    ClipboardManager manager(XkbKeyboardLayout("us", ""), poster, monitors, workspace, pause);
+    const std::string text(50, 'a');  // 50 downs and 50 ups
+    constexpr double pauses = 100 * 0.008;
+    double total = 0;
+    for (auto _ : state) {
+        const auto start = std::chrono::steady_clock::now();
+        manager.typeString(text);
+        const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+        state.SetIterationTime(seconds);
+        total += seconds;
+    }
+    state.counters["over_pauses_%"] = (total / static_cast<double>(state.iterations()) / pauses - 1) * 100;
+    state.counters["limit_%"] = 3;
+}
+
+void typeWithoutServer(benchmark::State& state) {
+    CountingPoster poster;
+    typeHundredStrokes(state, poster);
+}
+BENCHMARK(typeWithoutServer)->UseManualTime()->Iterations(3)->Unit(benchmark::kMillisecond);
+
+void typeThroughServer(benchmark::State& state) {
+    const XConnection connection;
+    if (!connection.hasTest() || !qEnvironmentVariableIsSet("VANTOR_PRIVATE_DESKTOP"))
+        return state.SkipWithError("no private desktop: it would type into yours");
+    PostedKeyRecord record;
+    XTestKeyPoster poster(connection, record);
+    typeHundredStrokes(state, poster);
+}
+BENCHMARK(typeThroughServer)->UseManualTime()->Iterations(3)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+}  // namespace vantor
