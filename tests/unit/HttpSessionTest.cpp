@@ -1,6 +1,7 @@
 // Data tasks against a real server on this machine.
 #include <gmock/gmock.h>
 
+#include <QCoreApplication>
 #include <QDataStream>
 #include <QEventLoop>
 #include <QResource>
@@ -66,7 +67,7 @@ std::string answerOf(const std::string& status, const std::string& body, const s
            headers + "\r\n" + body;
 }
 
-// A resource collection with the one file "qrc:/<name>", in the toolkit's binary form (version 1), as a build embeds
+// A resource collection with the one file "qrc:/<name>", in the toolkit's binary form (version 2), as a build embeds
 // it.
 QByteArray collectionOf(const QString& name, const QByteArray& content) {
     constexpr quint32 header = 20;
@@ -80,12 +81,13 @@ QByteArray collectionOf(const QString& name, const QByteArray& content) {
     const auto tree = names + 6 + 2 * static_cast<quint32>(name.size());
     QByteArray bytes("qres");
     QDataStream out(&bytes, QIODevice::Append);
-    out << quint32{1} << tree << data << names;
+    out << quint32{2} << tree << data << names;
     out << content;
     out << static_cast<quint16>(name.size()) << hash;
     for (const QChar letter : name) out << quint16{letter.unicode()};
-    out << quint32{0} << quint16{2} << quint32{1} << quint32{1};                // the root, a folder with one entry
-    out << quint32{0} << quint16{0} << quint16{0} << quint16{1} << quint32{0};  // the file, of any language
+    out << quint32{0} << quint16{2} << quint32{1} << quint32{1} << quint64{1};  // the root, a folder with one entry
+    // The file, of any language.
+    out << quint32{0} << quint16{0} << quint16{0} << quint16{1} << quint32{0} << quint64{1};
     return bytes;
 }
 
@@ -193,6 +195,7 @@ TEST_F(Http, EmbeddedFilesComeTheSameWay) {
     request.url = "qrc:/embedded.json";
     EXPECT_TRUE(fetch(request) == catalogue);
     EXPECT_EQ(queue.posted, 1);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);  // the reply holds the file
     EXPECT_TRUE(QResource::unregisterResource(bytes));
 }
 
