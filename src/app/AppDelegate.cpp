@@ -4,7 +4,7 @@
 
 namespace vantor {
 
-AppDelegate::AppDelegate(AppObserver::Needs needs, std::function<void()> quit)
+AppDelegate::AppDelegate(const AppObserver::Needs& needs, std::function<void()> quit)
     : appObserver_(needs), statusBarIcon_(needs.statusItem) {
     std::vector<MenuEntry> entries;
     entries.push_back(

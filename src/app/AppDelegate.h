@@ -10,7 +10,7 @@ namespace vantor {
 class AppDelegate {
 public:
     // quit: ends the process at once with status 0; nothing is saved at the end.
-    AppDelegate(AppObserver::Needs needs, std::function<void()> quit);
+    AppDelegate(const AppObserver::Needs& needs, std::function<void()> quit);
 
     [[nodiscard]] AppObserver& appObserver() { return appObserver_; }
 
