@@ -143,7 +143,7 @@ int start(int& argumentCount, char** arguments, const Surroundings& surroundings
     Keyboard keyboard;
     Desktop desktop(std::move(workspaceConnection));
     XcbOverlayWindows overlayWindows(std::move(windowsConnection));
-    const Subscription owner = desktop.workspace.observeFrontmostWindow(
+    [[maybe_unused]] const Subscription owner = desktop.workspace.observeFrontmostWindow(
         [&overlayWindows](NativeWindow window) { overlayWindows.setOwnerWindow(window); });
     QtStatusItem statusItem;
     QtPasteboard pasteboard;

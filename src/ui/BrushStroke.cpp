@@ -16,15 +16,18 @@ QPainterPath strokeShape(const QRectF& frame, double solid) {
     QPainterPath path;
     const double right = frame.left() + frame.width() * solid;
     path.moveTo(frame.left(), frame.top() + 2);
-    int place = 0;
-    for (double x = frame.left(); x < right; x += 7, ++place) path.lineTo(x, frame.top() + 4 * roughness(51, place));
+    constexpr double spacing = 7;
+    const int places = static_cast<int>((right - frame.left()) / spacing) + 1;
+    for (int place = 0; place < places; ++place)
+        path.lineTo(frame.left() + spacing * place, frame.top() + 4 * roughness(51, place));
     const int bristles = 9;
     for (int bristle = 0; bristle <= bristles; ++bristle) {
         const double y = frame.top() + frame.height() * bristle / bristles;
         const double reach = bristle % 2 == 0 ? -18 * roughness(52, bristle) : 26 * roughness(53, bristle);
         path.lineTo(right + reach, y);
     }
-    for (double x = right; x > frame.left(); x -= 7, ++place) path.lineTo(x, frame.bottom() - 4 * roughness(54, place));
+    for (int place = 0; place < places; ++place)
+        path.lineTo(right - spacing * place, frame.bottom() - 4 * roughness(54, places + place));
     path.lineTo(frame.left(), frame.bottom() - 2);
     path.closeSubpath();
     return path;

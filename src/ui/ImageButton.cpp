@@ -14,7 +14,7 @@ ImageButton::ImageButton(QString imageName, QString hoverImage, const QString& n
     setAttribute(Qt::WA_Hover);
     setFocusPolicy(Qt::TabFocus);
     setCursor(Qt::PointingHandCursor);
-    setFixedSize(sizeHint());
+    setFixedSize(ImageButton::sizeHint());
 }
 
 // The 30 x 30 control and the room for its focus ring.
