@@ -5,7 +5,7 @@ set -euo pipefail
 
 build=(g++ cmake ninja-build ccache pkg-config python3 qt6-base-dev libqt6svg6-dev qt6-qpa-plugins libgl-dev libegl-dev
     libxcb1-dev libxcb-xinput-dev libxcb-xtest0-dev libxcb-xkb-dev libxcb-randr0-dev libxkbcommon-dev libxkbcommon-x11-dev
-    xkb-data libgtest-dev libgmock-dev fonts-ebgaramond fonts-lato fonts-noto-color-emoji)
+    xkb-data libgtest-dev libgmock-dev fontconfig fonts-ebgaramond fonts-lato fonts-noto-color-emoji)
 desktop=(xvfb openbox picom dbus dbus-x11 xdotool xclip imagemagick x11-utils xauth gnome-keyring)
 checks=(clang-format clang-tidy git tzdata)
 bench=(libbenchmark-dev)
