@@ -32,6 +32,7 @@
 #include "platform/qt/QtUrlSession.h"
 #include "platform/qt/SingleInstance.h"
 #include "platform/qt/SystemClock.h"
+#include "timers/DataFault.h"
 #include "ui/Fonts.h"
 
 namespace vantor {
@@ -39,16 +40,15 @@ namespace vantor {
 namespace {
 
 constexpr int unavailableStatus = 1;
-constexpr int dataFaultStatus = 70;  // sysexits.h, EX_SOFTWARE
 
 void printLine(const std::string& line) {
     std::fputs((line + "\n").c_str(), stdout);
     std::fflush(stdout);
 }
 
-int complain(const char* line, int status = unavailableStatus) {
+int complain(const char* line) {
     std::fprintf(stderr, "vantor: %s\n", line);
-    return status;
+    return unavailableStatus;
 }
 
 QString settingsPath(const Surroundings& surroundings) {
@@ -90,7 +90,7 @@ int printKeyMap() {
     if (!connection.get()) return complain(noDisplay);
     const XkbKeyboardLayout layout(connection);
     if (!layout.available()) return complain("the X server has no XKB extension, so the keyboard layout is not known");
-    std::cout << keyMapJson(KeyMap::learn(layout));
+    std::cout << keyMapJson(KeyMap::learn(layout)) << "\n";
     return 0;
 }
 
@@ -159,7 +159,7 @@ int start(int& argumentCount, char** arguments, const Surroundings& surroundings
                   .hosts = {.api = surroundings.apiHost.value_or(build::apiHost),
                             .staticFiles = surroundings.staticFiles.value_or(build::staticFiles)},
                   .printLine = printLine,
-                  .stop = [](const std::string& line) { _exit(complain(line.c_str(), dataFaultStatus)); }},
+                  .stop = stopForDataFault},
          .keyMonitors = keyboard.monitors,
          .keyPoster = keyboard.poster,
          .keyboardLayout = keyboard.layout,
