@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "app/Notice.h"
+#include "platform/Notice.h"
 #include "app/TimelineFeed.h"
 #include "data/Catalogue.h"
 #include "data/DataChain.h"

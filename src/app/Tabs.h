@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "app/Notice.h"
+#include "platform/Notice.h"
 
 namespace vantor {
 

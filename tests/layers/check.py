@@ -18,17 +18,27 @@ RULES = {
     "timers": {"data"},
     "input": {"data"},
     "browser": set(),
-    "app": {"data", "timers", "input", "browser"},
+    "accounts": {"data"},
+    "feedback": {"data", "input"},
+    "translators": {"data"},
+    "app": {"data", "timers", "input", "browser", "accounts"},
     "app/cli": {"app", "data", "timers", "input"},
     "ui": set(),
-    "timers/view": {"timers", "data", "ui"},
-    "app/view": {"app", "data", "timers", "input", "browser", "ui", "timers/view"},
+    "input/view": {"input", "data", "ui"},
+    "timers/view": {"timers", "data", "ui", "input", "input/view"},
+    "accounts/view": {"accounts", "data", "ui", "input"},
+    "feedback/view": {"feedback", "data", "ui", "input"},
+    "translators/view": {"translators", "data", "ui"},
+    "browser/view": {"browser", "data", "ui"},
+    "app/view": {"app", "data", "timers", "input", "browser", "accounts", "feedback", "translators", "ui", "timers/view",
+                 "input/view", "accounts/view", "feedback/view", "translators/view", "browser/view"},
     "platform/qt": set(),
     "platform/linux": set(),
     "platform/fake": set(),
 }
 # Rooms that draw, or speak to the system: what they link decides.
-OPEN_ROOMS = {"ui", "timers/view", "app/view", "platform/qt", "platform/linux", "platform/fake"}
+OPEN_ROOMS = {"ui", "timers/view", "input/view", "accounts/view", "feedback/view", "translators/view", "browser/view",
+              "app/view", "platform/qt", "platform/linux", "platform/fake"}
 TOOLKIT_FREE = {"platform"}
 X11_ROOMS = {"platform/linux"}
 
