@@ -24,9 +24,12 @@ class UrlSession {
 public:
     // The body, whatever the HTTP status; nothing when the transfer failed or carried no byte.
     using Completion = std::function<void(std::optional<std::string> body)>;
+    // The HTTP status; nothing when the transfer failed. The body is not read.
+    using StatusCompletion = std::function<void(std::optional<int> status)>;
 
     virtual ~UrlSession() = default;
     virtual void dataTask(UrlRequest request, Completion completion) = 0;
+    virtual void statusTask(UrlRequest request, StatusCompletion completion) = 0;
 };
 
 }  // namespace vantor

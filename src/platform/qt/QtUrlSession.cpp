@@ -37,29 +37,40 @@ bool wasAnswered(const QNetworkReply& reply) {
 }  // namespace
 
 void QtUrlSession::dataTask(UrlRequest request, Completion completion) {
-    QMetaObject::invokeMethod(
-        &mainThread_,
-        [this, request = std::move(request), completion = std::move(completion)]() mutable {
-            start(request, std::move(completion));
-        },
-        Qt::QueuedConnection);
-}
-
-void QtUrlSession::start(const UrlRequest& request, Completion completion) {
-    if (!network_) network_ = std::make_unique<QNetworkAccessManager>();
-    // Only `get` also serves embedded resources.
-    QNetworkReply* reply =
-        request.method == "GET"
-            ? network_->get(networkRequest(request))
-            : network_->sendCustomRequest(networkRequest(request), QByteArray::fromStdString(request.method),
-                                          QByteArray::fromStdString(request.body));
-    QObject::connect(reply, &QNetworkReply::finished, reply, [this, reply, completion = std::move(completion)] {
-        reply->deleteLater();
+    send(std::move(request), [this, completion = std::move(completion)](QNetworkReply& reply) {
         std::optional<std::string> body;
-        if (wasAnswered(*reply)) body = reply->readAll().toStdString();
+        if (wasAnswered(reply)) body = reply.readAll().toStdString();
         if (body && body->empty()) body.reset();
         queue_.post([completion, body = std::move(body)]() mutable { completion(std::move(body)); });
     });
+}
+
+void QtUrlSession::statusTask(UrlRequest request, StatusCompletion completion) {
+    send(std::move(request), [this, completion = std::move(completion)](QNetworkReply& reply) {
+        std::optional<int> status;
+        const QVariant known = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute);
+        if (wasAnswered(reply) && known.isValid()) status = known.toInt();
+        queue_.post([completion, status] { completion(status); });
+    });
+}
+
+void QtUrlSession::send(UrlRequest request, std::function<void(QNetworkReply&)> finished) {
+    QMetaObject::invokeMethod(
+        &mainThread_,
+        [this, request = std::move(request), finished = std::move(finished)] {
+            if (!network_) network_ = std::make_unique<QNetworkAccessManager>();
+            // Only `get` also serves embedded resources.
+            QNetworkReply* reply =
+                request.method == "GET"
+                    ? network_->get(networkRequest(request))
+                    : network_->sendCustomRequest(networkRequest(request), QByteArray::fromStdString(request.method),
+                                                  QByteArray::fromStdString(request.body));
+            QObject::connect(reply, &QNetworkReply::finished, reply, [reply, finished] {
+                reply->deleteLater();
+                finished(*reply);
+            });
+        },
+        Qt::QueuedConnection);
 }
 
 }  // namespace vantor

@@ -3,7 +3,9 @@
 // and is made at the first task; completions go to the session queue. Construct and destroy on the main thread.
 
 #include <QNetworkAccessManager>
+#include <QNetworkReply>
 #include <QObject>
+#include <functional>
 #include <memory>
 
 #include "platform/TaskQueue.h"
@@ -16,9 +18,10 @@ public:
     explicit QtUrlSession(TaskQueue& queue) : queue_(queue) {}
 
     void dataTask(UrlRequest request, Completion completion) override;
+    void statusTask(UrlRequest request, StatusCompletion completion) override;
 
 private:
-    void start(const UrlRequest& request, Completion completion);
+    void send(UrlRequest request, std::function<void(QNetworkReply&)> finished);
 
     TaskQueue& queue_;
     std::unique_ptr<QNetworkAccessManager> network_;
