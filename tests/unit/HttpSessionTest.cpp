@@ -258,6 +258,37 @@ TEST_F(Http, ATaskMayStartOnAnyThread) {
     EXPECT_EQ(queue.posted, 20);
 }
 
+TEST_F(Http, AStatusTaskTellsTheStatusWhateverTheBody) {
+    server.answers = {{"/empty", answerOf("200 OK", "")},
+                      {"/201", answerOf("201 Created", "x")},
+                      {"/500", answerOf("500 Oops", "x")},
+                      {"/broken", "nonsense\r\n\r\n"}};
+    UrlRequest request;
+    request.method = "POST";
+    request.body = "id=1&message=a+b";
+    const auto statusOf = [&](const std::string& url) {
+        request.url = url;
+        std::optional<std::optional<int>> result;
+        QEventLoop loop;
+        QTimer::singleShot(20'000, &loop, [&] { loop.exit(1); });
+        session.statusTask(request, [&](std::optional<int> status) {
+            result = status;
+            loop.quit();
+        });
+        EXPECT_EQ(loop.exec(), 0) << "no completion";
+        return result.value_or(-1);
+    };
+    EXPECT_EQ(statusOf(server.address("/empty")), 200);
+    EXPECT_EQ(statusOf(server.address("/201")), 201);
+    EXPECT_EQ(statusOf(server.address("/500")), 500);
+    EXPECT_EQ(statusOf(server.address("/broken")), std::nullopt);
+    EXPECT_EQ(statusOf("http://127.0.0.1:1/"), std::nullopt);
+    ASSERT_FALSE(server.requests.empty());
+    const std::string& sent = server.requests.front();
+    EXPECT_TRUE(sent.ends_with("\r\n\r\nid=1&message=a+b")) << sent;
+    EXPECT_EQ(sent.find("Content-Type"), std::string::npos) << sent;
+}
+
 TEST_F(Http, ASessionThatEndsDropsItsTasks) {
     int completions = 0;
     {
