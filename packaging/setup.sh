@@ -3,7 +3,7 @@
 # it does. On systems without apt it names what is missing and ends with 1.
 set -euo pipefail
 
-build=(g++ cmake ninja-build ccache pkg-config python3 qt6-base-dev qt6-svg-dev qt6-qpa-plugins libgl-dev libegl-dev
+build=(g++ cmake ninja-build ccache pkg-config python3 qt6-base-dev qt6-svg-dev qt6-webengine-dev qt6-qpa-plugins libgl-dev libegl-dev
     libxcb1-dev libxcb-xinput-dev libxcb-xtest0-dev libxcb-xkb-dev libxcb-randr0-dev libxkbcommon-dev libxkbcommon-x11-dev libsecret-1-dev
     xkb-data libgtest-dev libgmock-dev fontconfig fonts-ebgaramond fonts-lato fonts-noto-color-emoji)
 desktop=(xvfb openbox picom dbus dbus-x11 xdotool xclip imagemagick x11-utils xauth gnome-keyring)

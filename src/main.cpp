@@ -16,6 +16,7 @@
 #include "app/cli/SettingsCommand.h"
 #include "app/cli/TimelineCommand.h"
 #include "app/view/ViewWindows.h"
+#include "browser/LazyWebPage.h"
 #include "data/SessionQueue.h"
 #include "platform/linux/DesktopEntries.h"
 #include "platform/linux/Doctor.h"
@@ -167,6 +168,8 @@ int start(int& argumentCount, char** arguments, const Surroundings& surroundings
          .statusItem = statusItem,
          .pasteboard = pasteboard,
          .pause = pause,
+         .makeWebPage = [] { return std::make_unique<LazyWebPage>([] { return std::unique_ptr<WebEngine>(); }); },
+         .styleSheet = [] { return std::nullopt; },
          .makeWindow = [&windows](AppWindowName name, AppObserver& observer) { return windows.make(name, observer); }},
         [] { _exit(0); });
     delegate = &appDelegate;

@@ -19,6 +19,7 @@ AppObserver::AppObserver(Needs needs)
     : needs_(std::move(needs)),
       focus_(needs_.workspace, needs_.data.defaults),
       data_(needs_.data),
+      webViewStore_(needs_.makeWebPage(), needs_.styleSheet),
       clipboardManager_(needs_.keyboardLayout, needs_.keyPoster, needs_.keyMonitors, needs_.workspace, needs_.pause) {
     data_.start();
     window_ = needs_.makeWindow(AppWindowName::main, *this);

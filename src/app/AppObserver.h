@@ -34,6 +34,9 @@ public:
         StatusItem& statusItem;
         Pasteboard& pasteboard;
         Pause& pause;
+        // Once, before any view.
+        std::function<std::unique_ptr<WebPage>()> makeWebPage;
+        WebViewStore::StyleSheet styleSheet;
         // Called while the state is being made, after everything that a view may ask it for.
         WindowFactory makeWindow;
     };

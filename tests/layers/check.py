@@ -34,11 +34,13 @@ RULES = {
                  "input/view", "accounts/view", "feedback/view", "translators/view", "browser/view"},
     "platform/qt": set(),
     "platform/linux": set(),
+    "platform/webengine": {"platform/qt"},
     "platform/fake": set(),
 }
 # Rooms that draw, or speak to the system: what they link decides.
 OPEN_ROOMS = {"ui", "timers/view", "input/view", "accounts/view", "feedback/view", "translators/view", "browser/view",
-              "app/view", "platform/qt", "platform/linux", "platform/fake"}
+              "app/view", "platform/qt", "platform/linux", "platform/webengine",
+              "platform/fake"}
 TOOLKIT_FREE = {"platform"}
 X11_ROOMS = {"platform/linux"}
 

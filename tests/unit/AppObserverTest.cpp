@@ -15,6 +15,7 @@
 #include "platform/fake/FakeStatusItem.h"
 #include "platform/fake/FakeTaskQueue.h"
 #include "platform/fake/FakeUrlSession.h"
+#include "platform/fake/FakeWebPage.h"
 #include "platform/fake/FakeWindows.h"
 #include "platform/fake/FakeWorkspace.h"
 
@@ -78,6 +79,8 @@ protected:
                                statusItem,
                                pasteboard,
                                pause,
+                               [] { return std::make_unique<FakeWebPage>(); },
+                               [] { return std::nullopt; },
                                [this](AppWindowName name, AppObserver&) { return windows.make(name); }},
             [this] { quits++; });
         return *delegate;

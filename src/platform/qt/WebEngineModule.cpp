@@ -1,0 +1,31 @@
+#include "platform/qt/WebEngineModule.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QFileInfo>
+#include <QtCore/QLibrary>
+
+namespace vantor {
+
+QString webEngineModulePath() {
+    const QString here = QCoreApplication::applicationDirPath();
+    const QString beside = here + QStringLiteral("/libvantor_web.so");
+    return QFileInfo::exists(beside) ? beside : here + QStringLiteral("/../lib/vantor/libvantor_web.so");
+}
+
+std::unique_ptr<WidgetWebEngine> loadWebEngine(const WebEngineFolders& folders, std::string& reason) {
+    QLibrary library(webEngineModulePath());
+    const auto make = reinterpret_cast<MakeWidgetWebEngine>(library.resolve("vantorMakeWebEngine"));
+    if (!make) {
+        reason = library.errorString().toStdString();
+        return nullptr;
+    }
+    return std::unique_ptr<WidgetWebEngine>(make(folders));
+}
+
+std::string webEngineVersion() {
+    QLibrary library(webEngineModulePath());
+    const auto version = reinterpret_cast<WebEngineVersion>(library.resolve("vantorWebEngineVersion"));
+    return version ? version() : std::string();
+}
+
+}  // namespace vantor

@@ -1,0 +1,184 @@
+// Addresses, the style script, the store's observations, and the page whose engine comes late.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "browser/LazyWebPage.h"
+#include "browser/StyleScript.h"
+#include "browser/WebAddresses.h"
+#include "browser/WebViewStore.h"
+#include "platform/fake/FakeWebPage.h"
+
+namespace vantor {
+namespace {
+
+using testing::ElementsAre;
+using testing::SizeIs;
+
+const WebHosts hosts{"https://wiki.example", "https://videos.example", "https://search.example"};
+
+TEST(WebAddressesTest, BuildsSearches) {
+    const struct {
+        std::size_t target;
+        std::string_view term;
+        std::string address;
+    } rows[] = {
+        {2, "ice brood", "https://search.example/search?q=gw2+ice+brood"},
+        {0, "  a", "https://wiki.example/index.php?search=++a"},
+        {0, "", "https://wiki.example/index.php?search="},
+        {1, "a&b+c", "https://videos.example/results?search_query=gw2+a&b+c"},
+        {0, "50%25", "https://wiki.example/index.php?search=50%25"},
+        // What would make no address.
+        {0, "50% off", "https://wiki.example/index.php?search=50%25+off"},
+        {0, "Zhaïtan & \"Mordremoth\"", "https://wiki.example/index.php?search=Zha%C3%AFtan+%26+%22Mordremoth%22"},
+        {2, "a#b#c", "https://search.example/search?q=gw2+a%23b%23c"},
+        {1, "[x]\n", "https://videos.example/results?search_query=gw2+%5Bx%5D%0A"},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(searchAddress(hosts, searchTargets[row.target], row.term), row.address);
+        EXPECT_TRUE(isAddress(row.address)) << row.address;
+    }
+    EXPECT_EQ(lookUpAddress(hosts, "Sons of Svanir & co"),
+              "https://wiki.example/index.php?search=Sons%20of%20Svanir%20%26%20co");
+    EXPECT_EQ(gameUpdatesAddress(hosts), "https://wiki.example/wiki/Game_updates");
+    for (const auto* bad : {"", "wiki", "https://", "https:///x", "https://a b/", "https://a/%", "https://a/%2"})
+        EXPECT_FALSE(isAddress(bad)) << bad;
+}
+
+TEST(StyleScriptTest, JoinsHeadSheetAndTail) {
+    EXPECT_EQ(styleScript("body {}\n"),
+              "    javascript:(function() {\n"
+              "    var parent = document.getElementsByTagName('head').item(0);\n"
+              "    var style = document.createElement('style');\n"
+              "    style.type = 'text/css';\n"
+              "    style.innerHTML = window.atob('Ym9keSB7fQo=');\n"
+              "    parent.appendChild(style)})()");
+    EXPECT_NE(styleScript("").find("window.atob('');"), std::string::npos);
+    // However long the sheet, its encoding is one line.
+    const std::string large = styleScript(std::string(300, 'x'));
+    EXPECT_EQ(std::count(large.begin(), large.end(), '\n'), 5);
+}
+
+TEST(WebViewStoreTest, ObservesEightValuesInOrderAndAnnouncesEachChangeOnce) {
+    auto made = std::make_unique<FakeWebPage>();
+    FakeWebPage& page = *made;
+    WebViewStore store(std::move(made), [] { return std::nullopt; });
+    using enum WebPage::Property;
+    EXPECT_THAT(page.registered, ElementsAre(title, url, loading, estimatedProgress, hasOnlySecureContent, serverTrust,
+                                             canGoBack, canGoForward));
+    EXPECT_EQ(store.observerCount(), 8U);
+    EXPECT_THAT(page.asked, ElementsAre("no background"));
+
+    int announced = 0;
+    const Subscription watching = store.onWillChange([&] { ++announced; });
+    for (const auto property : page.registered) page.announce(property);
+    EXPECT_EQ(announced, 8);
+
+    auto second = std::make_unique<FakeWebPage>();
+    FakeWebPage& secondPage = *second;
+    store.setWebView(std::move(second));
+    EXPECT_EQ(store.observerCount(), 8U);
+    secondPage.announce(title);
+    EXPECT_EQ(announced, 9);
+}
+
+TEST(WebViewStoreTest, EachLoadAddsOneMoreStyleScript) {
+    auto made = std::make_unique<FakeWebPage>();
+    FakeWebPage& page = *made;
+    std::optional<std::string> sheet = "a {}";
+    WebViewStore store(std::move(made), [&] { return sheet; });
+    store.load("https://wiki.example/a");
+    store.load("https://wiki.example/a");
+    EXPECT_THAT(page.scripts, ElementsAre(styleScript("a {}"), styleScript("a {}")));
+    sheet = "";
+    store.load("https://wiki.example/b");
+    EXPECT_THAT(page.scripts, SizeIs(3));
+    sheet.reset();
+    store.load("https://wiki.example/c");
+    EXPECT_THAT(page.scripts, SizeIs(3));
+    EXPECT_THAT(page.asked,
+                ElementsAre("no background", "load https://wiki.example/a 60", "load https://wiki.example/a 60",
+                            "load https://wiki.example/b 60", "load https://wiki.example/c 60"));
+    EXPECT_DEATH(store.load("no address"), "an address of a page cannot be formed");
+}
+
+// An engine that remembers what was asked, and reports what a test says.
+struct Engine final : WebEngine {
+    struct Record {
+        std::vector<std::string> asked;
+        Observer observer;
+    };
+    explicit Engine(Record& kept) : record(kept) {}
+    void setObserver(Observer observer) override { record.observer = std::move(observer); }
+    void setDrawsBackground(bool draws) override { record.asked.push_back(draws ? "background" : "no background"); }
+    void load(const std::string& url, int) override { record.asked.push_back("load " + url); }
+    void goBack() override { record.asked.emplace_back("back"); }
+    void goForward() override { record.asked.emplace_back("forward"); }
+    void addUserScript(const std::string& source) override { record.asked.push_back("script " + source); }
+    Record& record;
+};
+
+TEST(LazyWebPageTest, MakesTheEngineAtTheFirstLoadAndTellsItWhatCameBefore) {
+    Engine::Record record;
+    int made = 0;
+    LazyWebPage page([&]() -> std::unique_ptr<WebEngine> {
+        // Missing at first: the next load asks again.
+        return ++made == 1 ? nullptr : std::make_unique<Engine>(record);
+    });
+    std::vector<LazyWebPage::Engine> states;
+    page.onEngine([&] { states.push_back(page.engine()); });
+    page.setDrawsBackground(false);
+    page.goBack();
+    page.goForward();
+    EXPECT_EQ(made, 0);
+
+    page.load("https://a", 60);
+    page.addUserScript("1");
+    EXPECT_TRUE(record.asked.empty());
+    page.load("https://b", 60);
+    page.addUserScript("2");
+    page.goBack();
+    EXPECT_EQ(made, 2);
+    EXPECT_THAT(record.asked, ElementsAre("no background", "script 1", "load https://b", "script 2", "back"));
+
+    record.observer.gone();
+    page.load("https://c", 60);
+    EXPECT_EQ(made, 2);
+    using enum LazyWebPage::Engine;
+    EXPECT_THAT(states, ElementsAre(missing, running, gone, running));
+}
+
+TEST(LazyWebPageTest, AnnouncesThenUpdatesOncePerChange) {
+    Engine::Record record;
+    LazyWebPage page([&] { return std::make_unique<Engine>(record); });
+    std::vector<std::string> seen;
+    const auto title = page.observePrior(WebPage::Property::title,
+                                         [&] { seen.push_back("title was " + page.title().value_or("none")); });
+    const auto back = page.observePrior(WebPage::Property::canGoBack,
+                                        [&] { seen.emplace_back(page.canGoBack() ? "could go back" : "no way back"); });
+    auto progress = page.observePrior(WebPage::Property::estimatedProgress, [&] { seen.emplace_back("progress"); });
+    page.load("https://a", 60);
+
+    WebState state;
+    state.title = "One";
+    record.observer.changed(state);
+    record.observer.changed(state);
+    state.title = "Two";
+    state.canGoBack = true;
+    state.estimatedProgress = 0.5;
+    record.observer.changed(state);
+    EXPECT_THAT(seen, ElementsAre("title was none", "title was One", "progress", "no way back"));
+    EXPECT_EQ(page.title(), "Two");
+    EXPECT_TRUE(page.canGoBack());
+    EXPECT_EQ(page.estimatedProgress(), 0.5);
+
+    progress = {};
+    state.estimatedProgress = 1;
+    record.observer.changed(state);
+    EXPECT_THAT(seen, SizeIs(4));
+}
+
+}  // namespace
+}  // namespace vantor
