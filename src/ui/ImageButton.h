@@ -1,6 +1,5 @@
 #pragma once
-// A button that is one image on a dark ground: hover lightens, pressing moves it down by 1 px, focus is a ring. Main
-// thread.
+// A button that is one image: hover lightens, pressing moves it down by 1 px, focus is a ring. Main thread.
 
 #include <QtCore/QString>
 #include <QtWidgets/QAbstractButton>
@@ -12,14 +11,25 @@ public:
     // `hoverImage` is shown while the pointer is over it. `name` is what a screen reader says, and the tool tip.
     ImageButton(QString imageName, QString hoverImage, const QString& name, QWidget* parent);
 
+    void setImages(QString imageName, QString hoverImage);
+    // Of the image; the control is 10 px wider. 20 at first.
+    void setImageSize(int pixels);
+    // Without a ground of its own.
+    void setQuiet(bool quiet);
+
     [[nodiscard]] QSize sizeHint() const override;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     QString image_;
     QString hoverImage_;
+    int imageSize_ = 20;
+    bool quiet_ = false;
 };
 
 }  // namespace vantor

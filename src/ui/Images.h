@@ -7,7 +7,7 @@
 
 namespace vantor {
 
-// Empty (transparent) when there is no such image.
+// Drawn once for a size and scale, then kept. Empty (transparent) when there is no such image.
 [[nodiscard]] QPixmap image(const QString& name, QSize size, double devicePixelRatio);
 
 }  // namespace vantor

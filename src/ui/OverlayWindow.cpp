@@ -38,10 +38,20 @@ OverlayWindow::OverlayWindow(const Traits& traits, Prepare prepare)
 }
 
 void OverlayWindow::orderFront() {
-    if (auto prepare = std::exchange(prepare_, nullptr)) prepare(winId());
+    prepareNative();
     if (isVisible()) return raise();
     frameTold_ = geometry();
     show();
+}
+
+void OverlayWindow::prepareNative() {
+    const WId native = winId();
+    if (std::exchange(prepared_, native) != native && prepare_) prepare_(native);
+}
+
+bool OverlayWindow::event(QEvent* event) {
+    if (event->type() == QEvent::WinIdChange && prepared_ && internalWinId()) prepareNative();
+    return QWidget::event(event);
 }
 
 void OverlayWindow::orderOut() {

@@ -17,7 +17,8 @@ public:
         bool movable = false;
         bool resizable = false;
     };
-    // Runs once, when the window exists natively and is not yet mapped.
+    // Runs when the window exists natively and is not yet mapped: once, and again whenever the toolkit makes another
+    // native window for it, as it does when the first embedded page comes.
     using Prepare = std::function<void(WId)>;
 
     OverlayWindow(const Traits& traits, Prepare prepare);
@@ -29,6 +30,7 @@ public:
     void onPlaced(std::function<void(QRect)> handler) { placed_ = std::move(handler); }
 
 protected:
+    bool event(QEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
@@ -37,9 +39,11 @@ private:
     [[nodiscard]] Qt::Edges edgesAt(QPoint place) const;
     void drag(QPoint pointer);
     void tellPlace();
+    void prepareNative();
 
     Traits traits_;
     Prepare prepare_;
+    WId prepared_ = 0;
     std::function<void(QRect)> placed_;
     bool dragging_ = false;
     Qt::Edges edges_;

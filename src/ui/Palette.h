@@ -13,6 +13,9 @@ inline const QColor line{0xC9, 0xB2, 0x7A, 56};     // hairlines
 inline const QColor red{0xB5, 0x34, 0x2A};          // chosen, gathering
 inline const QColor amber{0xE0, 0xA5, 0x6A};        // "get there by"
 inline const QColor brightAmber{0xFF, 0xB4, 0x54};  // watched, soon
+inline const QColor blue{0x7F, 0xB2, 0xE6};         // lucky drops
+inline const QColor green{0x8F, 0xBF, 0x6A};        // success
+inline const QColor error{0xF0, 0x70, 0x5E};        // what failed
 inline const QColor inkTop{0x23, 0x1D, 0x18};
 inline const QColor inkBottom{0x15, 0x11, 0x0E};
 inline const QColor strokeDark{0x6D, 0x1F, 0x19};

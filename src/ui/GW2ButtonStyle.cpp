@@ -1,0 +1,62 @@
+#include "ui/GW2ButtonStyle.h"
+
+#include <QtGui/QLinearGradient>
+
+#include "ui/Palette.h"
+#include "ui/States.h"
+#include "ui/TornOutline.h"
+
+namespace vantor {
+
+namespace {
+
+struct Ground {
+    QColor top;
+    QColor bottom;
+    QColor edge;
+};
+
+Ground groundOf(GW2ButtonStyle::Kind kind, const ControlState& state) {
+    using Kind = GW2ButtonStyle::Kind;
+    if (kind == Kind::primary) {
+        if (state.pressed) return {palette::strokeDark.darker(125), palette::strokeDark, palette::line};
+        return {palette::strokeLight, palette::strokeDark, palette::withAlpha(palette::gold, 0.45)};
+    }
+    if (kind == Kind::quiet) {
+        const QColor clear(0, 0, 0, 0);
+        if (state.pressed) return {palette::withAlpha(Qt::black, 0.35), palette::withAlpha(Qt::black, 0.35), clear};
+        return {clear, clear, clear};
+    }
+    if (state.pressed) return {QColor(0x10, 0x0C, 0x0A), QColor(0x17, 0x12, 0x0E), palette::line};
+    return {QColor(0x33, 0x2A, 0x21), QColor(0x22, 0x1B, 0x15), palette::withAlpha(palette::gold, 0.34)};
+}
+
+}  // namespace
+
+void GW2ButtonStyle::paintGround(QPainter& painter, const QRectF& frame, const ControlState& state) const {
+    const Ground ground = groundOf(kind_, state);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF inside = frame.adjusted(0.5, 0.5, -0.5, -0.5);
+    const QPainterPath outline = tornOutline(inside, 1.2, 23);
+    QLinearGradient fill(inside.topLeft(), inside.bottomLeft());
+    fill.setColorAt(0, ground.top);
+    fill.setColorAt(1, ground.bottom);
+    painter.setPen(QPen(ground.edge, 1));
+    painter.setBrush(fill);
+    painter.drawPath(outline);
+    if (state.hovered && !state.pressed) {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(palette::withAlpha(palette::gold, kind_ == Kind::primary ? 0.12 : 0.07));
+        painter.drawPath(outline);
+    }
+    painter.restore();
+    if (state.focused) paintFocusRing(painter, frame);
+}
+
+QColor GW2ButtonStyle::textColour(const ControlState& state) const {
+    if (kind_ == Kind::primary) return QColor(0xFF, 0xF3, 0xD6);
+    return state.hovered || state.pressed ? palette::gold : palette::warmWhite;
+}
+
+}  // namespace vantor

@@ -1,0 +1,49 @@
+#include "ui/GW2TextArea.h"
+
+#include <QtCore/QEvent>
+
+#include "ui/Fonts.h"
+#include "ui/GW2ButtonStyle.h"
+#include "ui/SlimScrollBar.h"
+
+namespace vantor {
+
+namespace {
+
+constexpr int ringRoom = 3;
+
+}  // namespace
+
+GW2TextArea::GW2TextArea(const QString& placeholder, QWidget* parent) : QPlainTextEdit(parent) {
+    setPlaceholderText(placeholder);
+    setAccessibleName(placeholder);
+    setFrameShape(QFrame::NoFrame);
+    setFont(sansFont(14));
+    setPalette(GW2TextFieldStyle::colours());
+    viewport()->setAutoFillBackground(false);
+    viewport()->setPalette(GW2TextFieldStyle::colours());
+    setVerticalScrollBar(new SlimScrollBar(this));
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setAttribute(Qt::WA_Hover);
+    // Tab goes to the next control, as everywhere.
+    setTabChangesFocus(true);
+    setViewportMargins(ringRoom + 5, ringRoom + 4, ringRoom + 2, ringRoom + 4);
+}
+
+// The ground belongs to the frame around the text, which the toolkit paints in the widget and not in its viewport.
+bool GW2TextArea::event(QEvent* event) {
+    if (event->type() == QEvent::Paint) {
+        QPainter painter(this);
+        ControlState state = ControlState::of(*this);
+        state.focused = hasFocus();
+        if (!state.enabled) painter.setOpacity(disabledOpacity);
+        style_.paintGround(painter, QRectF(rect()).adjusted(ringRoom, ringRoom, -ringRoom, -ringRoom), state);
+        return true;
+    }
+    if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) update();
+    return QPlainTextEdit::event(event);
+}
+
+void GW2TextArea::contextMenuEvent(QContextMenuEvent*) {}
+
+}  // namespace vantor

@@ -1,0 +1,99 @@
+#include "ui/GW2TextField.h"
+
+#include <QtGui/QFontMetrics>
+#include <utility>
+
+#include "ui/Fonts.h"
+#include "ui/GW2ButtonStyle.h"
+#include "ui/Images.h"
+#include "ui/Palette.h"
+
+namespace vantor {
+
+namespace {
+
+constexpr int ringRoom = 3;
+constexpr int fontSize = 14;
+constexpr int imageSize = 16;
+
+}  // namespace
+
+GW2TextField::GW2TextField(const QString& placeholder, QWidget* parent) : QLineEdit(parent) {
+    setPlaceholderText(placeholder);
+    setAccessibleName(placeholder);
+    setFrame(false);
+    setFont(sansFont(fontSize));
+    setPalette(GW2TextFieldStyle::colours());
+    setAttribute(Qt::WA_Hover);
+    setAttribute(Qt::WA_MacShowFocusRect, false);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    fitMargins();
+}
+
+void GW2TextField::setLeadingImage(const QString& image) {
+    leadingImage_ = image;
+    fitMargins();
+}
+
+void GW2TextField::setClearable(bool clearable) {
+    if (!clearable || clear_) return;
+    clear_ = new ImageButton(QStringLiteral("clear"), QStringLiteral("clear"), QStringLiteral("Clear"), this);
+    clear_->setImageSize(12);
+    clear_->setQuiet(true);
+    clear_->setFocusPolicy(Qt::NoFocus);
+    clear_->hide();
+    QObject::connect(clear_, &QAbstractButton::clicked, this, [this] {
+        clear();
+        setFocus();
+    });
+    QObject::connect(this, &QLineEdit::textChanged, clear_,
+                     [this](const QString& text) { clear_->setVisible(!text.isEmpty()); });
+    fitMargins();
+}
+
+void GW2TextField::setSecret(bool secret) { setEchoMode(secret ? QLineEdit::Password : QLineEdit::Normal); }
+
+void GW2TextField::bind(Defaults& defaults, std::string_view key, std::string byDefault) {
+    binding_ = std::make_unique<SettingBinding<std::string>>(defaults, key, std::move(byDefault));
+    const auto show = [this](const std::string& stored) {
+        const QString text = QString::fromStdString(stored);
+        if (text != this->text()) setText(text);
+    };
+    show(binding_->value());
+    binding_->observe(show);
+    QObject::connect(this, &QLineEdit::textEdited, this,
+                     [this](const QString& text) { binding_->set(text.toStdString()); });
+}
+
+void GW2TextField::fitMargins() {
+    setTextMargins(ringRoom + (leadingImage_.isEmpty() ? 7 : imageSize + 13), ringRoom,
+                   ringRoom + (clear_ ? clear_->width() : 7), ringRoom);
+}
+
+QSize GW2TextField::sizeHint() const { return {220, QFontMetrics(font()).height() + 14 + 2 * ringRoom}; }
+
+QSize GW2TextField::minimumSizeHint() const { return {100, sizeHint().height()}; }
+
+void GW2TextField::resizeEvent(QResizeEvent* event) {
+    QLineEdit::resizeEvent(event);
+    if (clear_) clear_->move(width() - clear_->width() - ringRoom, (height() - clear_->height()) / 2);
+}
+
+void GW2TextField::paintEvent(QPaintEvent* event) {
+    {
+        QPainter painter(this);
+        ControlState state = ControlState::of(*this);
+        state.focused = hasFocus();
+        if (!state.enabled) painter.setOpacity(disabledOpacity);
+        style_.paintGround(painter, QRectF(rect()).adjusted(ringRoom, ringRoom, -ringRoom, -ringRoom), state);
+        if (!leadingImage_.isEmpty())
+            painter.drawPixmap(ringRoom + 9, (height() - imageSize) / 2,
+                               image(leadingImage_, {imageSize, imageSize}, devicePixelRatioF()));
+    }
+    QLineEdit::paintEvent(event);
+}
+
+// The toolkit's own menu is a grey window of its own, which would take the focus from the overlay.
+void GW2TextField::contextMenuEvent(QContextMenuEvent*) {}
+
+}  // namespace vantor

@@ -1,0 +1,39 @@
+#include "ui/GW2TextFieldStyle.h"
+
+#include <QtGui/QLinearGradient>
+
+#include "ui/Palette.h"
+#include "ui/States.h"
+
+namespace vantor {
+
+void GW2TextFieldStyle::paintGround(QPainter& painter, const QRectF& frame, const ControlState& state) const {
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF inside = frame.adjusted(0.5, 0.5, -0.5, -0.5);
+    painter.setPen(QPen(palette::withAlpha(palette::gold, state.hovered ? 0.5 : 0.28), 1));
+    painter.setBrush(QColor(0x0E, 0x0B, 0x09));
+    painter.drawRoundedRect(inside, 3, 3);
+    // Light from above: the upper edge lies in the shadow.
+    QLinearGradient shadow(inside.topLeft(), inside.topLeft() + QPointF(0, 6));
+    shadow.setColorAt(0, palette::withAlpha(Qt::black, 0.6));
+    shadow.setColorAt(1, palette::withAlpha(Qt::black, 0));
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(shadow);
+    painter.drawRoundedRect(inside.adjusted(1, 1, -1, -1), 2, 2);
+    painter.restore();
+    if (state.focused) paintFocusRing(painter, frame);
+}
+
+QPalette GW2TextFieldStyle::colours() {
+    QPalette colours;
+    colours.setColor(QPalette::Text, palette::warmWhite);
+    colours.setColor(QPalette::PlaceholderText, palette::dim);
+    colours.setColor(QPalette::Base, QColor(0, 0, 0, 0));
+    colours.setColor(QPalette::Window, QColor(0, 0, 0, 0));
+    colours.setColor(QPalette::Highlight, palette::strokeLight);
+    colours.setColor(QPalette::HighlightedText, QColor(0xFF, 0xF6, 0xE0));
+    return colours;
+}
+
+}  // namespace vantor

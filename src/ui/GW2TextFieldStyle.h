@@ -1,0 +1,18 @@
+#pragma once
+// The sunken ground of fields. Main thread.
+
+#include <QtGui/QPainter>
+#include <QtGui/QPalette>
+
+#include "ui/ControlState.h"
+
+namespace vantor {
+
+class GW2TextFieldStyle {
+public:
+    void paintGround(QPainter& painter, const QRectF& frame, const ControlState& state) const;
+    // Text, hint, selection.
+    [[nodiscard]] static QPalette colours();
+};
+
+}  // namespace vantor

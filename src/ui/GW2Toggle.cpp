@@ -1,0 +1,94 @@
+#include "ui/GW2Toggle.h"
+
+#include <QtGui/QFontMetrics>
+#include <QtGui/QKeyEvent>
+#include <algorithm>
+
+#include "ui/Fonts.h"
+#include "ui/GW2ButtonStyle.h"
+#include "ui/Palette.h"
+
+namespace vantor {
+
+namespace {
+
+constexpr int ringRoom = 4;
+constexpr int gap = 10;
+constexpr int fontSize = 14;
+
+int textLeft() { return ringRoom + GW2ToggleStyle::size().width() + gap; }
+
+}  // namespace
+
+GW2Toggle::GW2Toggle(const QString& text, QWidget* parent)
+    : QAbstractButton(parent), position_(this, springs::quick, [this](double) { update(); }) {
+    setText(text);
+    setAccessibleName(text);
+    setCheckable(true);
+    setAttribute(Qt::WA_Hover);
+    setFocusPolicy(Qt::TabFocus);
+    setCursor(Qt::PointingHandCursor);
+    QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    policy.setHeightForWidth(true);
+    setSizePolicy(policy);
+    QObject::connect(this, &QAbstractButton::toggled, this, [this](bool on) { position_.moveTo(on ? 1 : 0); });
+}
+
+void GW2Toggle::bind(Defaults& defaults, std::string_view key, bool byDefault) {
+    binding_ = std::make_unique<SettingBinding<bool>>(defaults, key, byDefault);
+    setChecked(binding_->value());
+    position_.jumpTo(isChecked() ? 1 : 0);
+    binding_->observe([this](bool on) { setChecked(on); });
+    QObject::connect(this, &QAbstractButton::clicked, this, [this](bool on) {
+        binding_->set(on);
+        // What was not stored is not in force.
+        setChecked(binding_->value());
+    });
+}
+
+QSize GW2Toggle::sizeHint() const {
+    const QFontMetrics metrics(sansFont(fontSize));
+    return {textLeft() + metrics.horizontalAdvance(text()) + ringRoom + 2,
+            std::max(metrics.height(), GW2ToggleStyle::size().height()) + 2 * ringRoom};
+}
+
+QSize GW2Toggle::minimumSizeHint() const { return {textLeft() + 120, sizeHint().height()}; }
+
+int GW2Toggle::heightForWidth(int width) const {
+    const QRect room(0, 0, std::max(1, width - textLeft() - ringRoom), 10'000);
+    const int height = QFontMetrics(sansFont(fontSize)).boundingRect(room, Qt::TextWordWrap, text()).height();
+    return std::max(height + 2 * ringRoom, sizeHint().height());
+}
+
+void GW2Toggle::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    const ControlState state = ControlState::of(*this);
+    if (!state.enabled) painter.setOpacity(disabledOpacity);
+    const QFontMetrics metrics(sansFont(fontSize));
+    const QSize track = GW2ToggleStyle::size();
+    // Beside the first line of the text.
+    const int top = std::min((height() - track.height()) / 2, ringRoom + (metrics.height() - track.height()) / 2 + 2);
+    style_.paint(painter, QRectF(ringRoom, std::max(top, ringRoom), track.width(), track.height()), state,
+                 position_.value());
+    painter.setFont(sansFont(fontSize));
+    painter.setPen(state.hovered ? palette::gold : palette::warmWhite);
+    painter.drawText(rect().adjusted(textLeft(), ringRoom, -ringRoom, -ringRoom),
+                     static_cast<int>(Qt::AlignLeft | Qt::AlignVCenter) | Qt::TextWordWrap, text());
+}
+
+void GW2Toggle::focusInEvent(QFocusEvent* event) {
+    noteFocus(*this, *event);
+    QAbstractButton::focusInEvent(event);
+}
+
+void GW2Toggle::focusOutEvent(QFocusEvent* event) {
+    noteFocus(*this, *event);
+    QAbstractButton::focusOutEvent(event);
+}
+
+void GW2Toggle::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) return click();
+    QAbstractButton::keyPressEvent(event);
+}
+
+}  // namespace vantor

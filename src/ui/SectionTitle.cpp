@@ -1,0 +1,39 @@
+#include "ui/SectionTitle.h"
+
+#include <QtGui/QFontMetrics>
+#include <QtGui/QLinearGradient>
+#include <QtGui/QPainter>
+
+#include "ui/Fonts.h"
+#include "ui/Palette.h"
+
+namespace vantor {
+
+namespace {
+
+constexpr int fontSize = 19;
+
+}  // namespace
+
+SectionTitle::SectionTitle(const QString& text, QWidget* parent) : QWidget(parent), text_(text) {
+    setAccessibleName(text);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+}
+
+QSize SectionTitle::sizeHint() const {
+    const QFontMetrics metrics(serifFont(fontSize));
+    return {metrics.horizontalAdvance(text_) + 8, metrics.height() + 8};
+}
+
+void SectionTitle::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setFont(serifFont(fontSize));
+    painter.setPen(palette::gold);
+    painter.drawText(rect().adjusted(0, 0, 0, -5), Qt::AlignLeft | Qt::AlignVCenter, text_);
+    QLinearGradient rule(0, 0, width(), 0);
+    rule.setColorAt(0, palette::withAlpha(palette::line, 0.5));
+    rule.setColorAt(1, palette::withAlpha(palette::line, 0));
+    painter.fillRect(QRect(0, height() - 2, width(), 1), rule);
+}
+
+}  // namespace vantor

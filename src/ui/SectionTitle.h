@@ -1,0 +1,22 @@
+#pragma once
+// The heading of a section, with a rule that fades. Main thread.
+
+#include <QtWidgets/QWidget>
+
+namespace vantor {
+
+class SectionTitle : public QWidget {
+public:
+    SectionTitle(const QString& text, QWidget* parent);
+    [[nodiscard]] const QString& text() const { return text_; }
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    QString text_;
+};
+
+}  // namespace vantor

@@ -1,0 +1,138 @@
+#include "ui/TabElement.h"
+
+#include <QtGui/QFontMetrics>
+#include <QtGui/QKeyEvent>
+#include <QtGui/QLinearGradient>
+#include <QtGui/QPainter>
+#include <algorithm>
+#include <utility>
+
+#include "ui/ControlState.h"
+#include "ui/Fonts.h"
+#include "ui/GW2ButtonStyle.h"
+#include "ui/Images.h"
+#include "ui/NotificationBadge.h"
+#include "ui/Palette.h"
+#include "ui/States.h"
+
+namespace vantor {
+
+namespace {
+
+constexpr int rowHeight = 42;
+constexpr int columnHeight = 38;
+constexpr int imageSize = 20;
+constexpr int imageGap = 7;
+constexpr int badgeGap = 6;
+constexpr int fontSize = 14;
+
+}  // namespace
+
+TabElement::TabElement(const QString& text, QString image, QWidget* parent)
+    : QAbstractButton(parent), image_(std::move(image)) {
+    setText(text);
+    setAccessibleName(text);
+    setCheckable(true);
+    setAutoExclusive(true);
+    setAttribute(Qt::WA_Hover);
+    setFocusPolicy(Qt::TabFocus);
+    setCursor(Qt::PointingHandCursor);
+}
+
+void TabElement::setBadge(const QString& text) {
+    if (std::exchange(badge_, text) == text) return;
+    setAccessibleDescription(text);
+    updateGeometry();
+    update();
+}
+
+void TabElement::setColumn(bool column) {
+    column_ = column;
+    setSizePolicy(column ? QSizePolicy::Expanding : QSizePolicy::Preferred, QSizePolicy::Fixed);
+}
+
+int TabElement::contentWidth() const {
+    const int picture = image_.isEmpty() ? 0 : imageSize + imageGap;
+    const int badge = badge_.isEmpty() ? 0 : NotificationBadge::sizeOf(badge_).width() + badgeGap;
+    return QFontMetrics(sansFont(fontSize)).horizontalAdvance(text()) + picture + badge;
+}
+
+QSize TabElement::sizeHint() const {
+    const int height = std::max(column_ ? columnHeight : rowHeight, QFontMetrics(sansFont(fontSize)).height() + 18);
+    return {contentWidth() + 30, height};
+}
+
+QSize TabElement::minimumSizeHint() const { return {contentWidth() + 8, sizeHint().height()}; }
+
+void TabElement::paintMark(QPainter& painter) const {
+    if (column_) {
+        QLinearGradient glow(0, 0, width(), 0);
+        glow.setColorAt(0, palette::withAlpha(palette::red, 0.4));
+        glow.setColorAt(1, palette::withAlpha(palette::red, 0));
+        painter.fillRect(rect(), glow);
+        painter.fillRect(QRect(0, 4, 3, height() - 8), palette::red);
+        return;
+    }
+    QLinearGradient line(0, 0, width(), 0);
+    line.setColorAt(0, palette::withAlpha(palette::red, 0));
+    line.setColorAt(0.25, palette::red);
+    line.setColorAt(0.75, palette::red);
+    line.setColorAt(1, palette::withAlpha(palette::red, 0));
+    painter.fillRect(QRect(0, height() - 3, width(), 3), line);
+}
+
+void TabElement::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    const ControlState state = ControlState::of(*this);
+    if (!state.enabled) painter.setOpacity(disabledOpacity);
+    if (state.hovered && !state.checked) paintHover(painter, rect());
+    if (state.checked) paintMark(painter);
+
+    const int down = state.pressed ? 1 : 0;
+    int left = column_ ? 16 : (width() - contentWidth()) / 2;
+    if (!image_.isEmpty()) {
+        const QString name = state.checked ? image_ + QStringLiteral(".selected") : image_;
+        painter.drawPixmap(left, (height() - imageSize) / 2 + down,
+                           image(name, {imageSize, imageSize}, devicePixelRatioF()));
+        left += imageSize + imageGap;
+    }
+    painter.setFont(sansFont(fontSize));
+    painter.setPen(state.checked ? palette::gold : state.hovered ? palette::warmWhite : palette::sand.lighter(112));
+    painter.drawText(rect().adjusted(left, down, 0, down), Qt::AlignVCenter | Qt::AlignLeft, text());
+    if (!badge_.isEmpty()) {
+        left += QFontMetrics(painter.font()).horizontalAdvance(text()) + badgeGap;
+        NotificationBadge::paint(
+            painter, QPointF(left + NotificationBadge::sizeOf(badge_).width() / 2.0, height() / 2.0 + down), badge_);
+    }
+    if (state.focused) paintFocusRing(painter, QRectF(rect()).adjusted(4, 6, -4, -7));
+}
+
+void TabElement::focusInEvent(QFocusEvent* event) {
+    noteFocus(*this, *event);
+    QAbstractButton::focusInEvent(event);
+}
+
+void TabElement::focusOutEvent(QFocusEvent* event) {
+    noteFocus(*this, *event);
+    QAbstractButton::focusOutEvent(event);
+}
+
+// The arrows belong to the row or column.
+void TabElement::keyPressEvent(QKeyEvent* event) {
+    switch (event->key()) {
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+            return click();
+        case Qt::Key_Left:
+        case Qt::Key_Right:
+        case Qt::Key_Up:
+        case Qt::Key_Down:
+        case Qt::Key_Home:
+        case Qt::Key_End:
+            return event->ignore();
+        default:
+            QAbstractButton::keyPressEvent(event);
+    }
+}
+
+}  // namespace vantor

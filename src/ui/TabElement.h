@@ -1,0 +1,38 @@
+#pragma once
+// One tab of a row or column: an image if it has one, and a text. Main thread.
+
+#include <QtCore/QString>
+#include <QtWidgets/QAbstractButton>
+
+namespace vantor {
+
+class TabElement : public QAbstractButton {
+public:
+    // The image's other state is named with ".selected".
+    TabElement(const QString& text, QString image, QWidget* parent);
+
+    // A count beside the text; empty for none.
+    void setBadge(const QString& text);
+    [[nodiscard]] const QString& badge() const { return badge_; }
+    // In a column the chosen tab is marked at its left edge, else below.
+    void setColumn(bool column);
+
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    [[nodiscard]] int contentWidth() const;
+    void paintMark(QPainter& painter) const;
+
+    QString image_;
+    QString badge_;
+    bool column_ = false;
+};
+
+}  // namespace vantor

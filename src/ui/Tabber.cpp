@@ -1,0 +1,85 @@
+#include "ui/Tabber.h"
+
+#include <QtGui/QKeyEvent>
+#include <QtGui/QPainter>
+#include <utility>
+
+#include "ui/Palette.h"
+
+namespace vantor {
+
+namespace {
+
+// The tabs, with a hairline towards their pages.
+class Strip final : public QWidget {
+public:
+    Strip(bool column, QWidget* parent) : QWidget(parent), column_(column) {}
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        painter.fillRect(column_ ? QRect(width() - 1, 0, 1, height()) : QRect(0, height() - 1, width(), 1),
+                         palette::line);
+    }
+
+private:
+    bool column_;
+};
+
+}  // namespace
+
+Tabber::Tabber(Qt::Orientation tabs, QWidget* parent)
+    : QWidget(parent),
+      orientation_(tabs),
+      strip_(new Strip(tabs == Qt::Vertical, this)),
+      stripLayout_(new QBoxLayout(tabs == Qt::Vertical ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight, strip_)),
+      pages_(new QStackedWidget(this)) {
+    stripLayout_->setContentsMargins(0, 0, 0, 0);
+    stripLayout_->setSpacing(tabs == Qt::Vertical ? 2 : 4);
+    stripLayout_->addStretch(1);
+    auto* const whole = new QBoxLayout(tabs == Qt::Vertical ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom, this);
+    whole->setContentsMargins(0, 0, 0, 0);
+    whole->setSpacing(tabs == Qt::Vertical ? 16 : 10);
+    whole->addWidget(strip_);
+    whole->addWidget(pages_, 1);
+}
+
+int Tabber::addTab(const QString& text, const QString& image, MakePage makePage) {
+    const int position = count();
+    auto* const element = new TabElement(text, image, strip_);
+    element->setColumn(orientation_ == Qt::Vertical);
+    stripLayout_->insertWidget(position, element);
+    QObject::connect(element, &QAbstractButton::clicked, this, [this, position] { select(position); });
+    tabs_.push_back({element, std::move(makePage)});
+    if (position == 0) select(0);
+    return position;
+}
+
+void Tabber::select(int position) {
+    Tab& tab = tabs_.at(static_cast<std::size_t>(position));
+    tab.element->setChecked(true);
+    if (!tab.page) {
+        tab.page = tab.makePage(pages_);
+        pages_->addWidget(tab.page);
+    }
+    pages_->setCurrentWidget(tab.page);
+    if (std::exchange(selected_, position) != position && handler_) handler_(position);
+}
+
+// Arrows along the strip, its ends with Home and End; the other arrows are not ours.
+void Tabber::keyPressEvent(QKeyEvent* event) {
+    const bool column = orientation_ == Qt::Vertical;
+    const auto go = [&](int position) {
+        if (position < 0 || position >= count()) return;
+        select(position);
+        tab(position).setFocus(Qt::TabFocusReason);
+    };
+    if (count() == 0 || !strip_->isAncestorOf(focusWidget())) return QWidget::keyPressEvent(event);
+    if (event->key() == (column ? Qt::Key_Up : Qt::Key_Left)) return go(selected_ - 1);
+    if (event->key() == (column ? Qt::Key_Down : Qt::Key_Right)) return go(selected_ + 1);
+    if (event->key() == Qt::Key_Home) return go(0);
+    if (event->key() == Qt::Key_End) return go(count() - 1);
+    QWidget::keyPressEvent(event);
+}
+
+}  // namespace vantor

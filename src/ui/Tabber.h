@@ -1,0 +1,50 @@
+#pragma once
+// Tabs over or beside pages; a page is made when it is first shown. What HorizontalTabber and VerticalTabber share.
+// Main thread.
+
+#include <QtWidgets/QBoxLayout>
+#include <QtWidgets/QStackedWidget>
+#include <QtWidgets/QWidget>
+#include <functional>
+#include <vector>
+
+#include "ui/TabElement.h"
+
+namespace vantor {
+
+class Tabber : public QWidget {
+public:
+    using MakePage = std::function<QWidget*(QWidget* parent)>;
+
+    // Its position, from 0. The first one added is selected.
+    int addTab(const QString& text, const QString& image, MakePage makePage);
+    void select(int position);
+    [[nodiscard]] int selected() const { return selected_; }
+    [[nodiscard]] int count() const { return static_cast<int>(tabs_.size()); }
+    // After a selection, also by code.
+    void onSelected(std::function<void(int)> handler) { handler_ = std::move(handler); }
+    [[nodiscard]] TabElement& tab(int position) { return *tabs_.at(static_cast<std::size_t>(position)).element; }
+    // Nothing before it was shown.
+    [[nodiscard]] QWidget* page(int position) const { return tabs_.at(static_cast<std::size_t>(position)).page; }
+
+protected:
+    Tabber(Qt::Orientation tabs, QWidget* parent);
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    struct Tab {
+        TabElement* element;
+        MakePage makePage;
+        QWidget* page = nullptr;
+    };
+
+    Qt::Orientation orientation_;
+    QWidget* strip_;
+    QBoxLayout* stripLayout_;
+    QStackedWidget* pages_;
+    std::vector<Tab> tabs_;
+    int selected_ = -1;
+    std::function<void(int)> handler_;
+};
+
+}  // namespace vantor

@@ -1,0 +1,27 @@
+#pragma once
+// Shows a column that is taller than its place: slim gold scroll bar, soft fades where it is cut. Main thread.
+
+#include <QtWidgets/QScrollArea>
+
+namespace vantor {
+
+class VerticalScroller : public QScrollArea {
+public:
+    explicit VerticalScroller(QWidget* parent);
+
+    // Adopted; as wide as the place.
+    void setContent(QWidget* content) { setWidget(content); }
+
+    [[nodiscard]] QSize sizeHint() const override;
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void fade();
+
+    QWidget* fades_;
+};
+
+}  // namespace vantor
