@@ -42,9 +42,10 @@ void ClipboardManager::handBackFocus() {
 }
 
 void ClipboardManager::post(const std::vector<PostedKey>& strokes) {
+    const auto typing = poster_.beginTyping();
     for (const PostedKey& each : strokes) {
-        // A post that fails ends nothing: the releases behind it must still go out.
-        static_cast<void>(poster_.post(each));
+        // A post that fails ends nothing: the releases behind it must still go out. Unless none can.
+        if (poster_.post(each) == PostVerdict::lost) return;
         pause_.wait(pauseAfterPost);
     }
 }

@@ -1,15 +1,35 @@
 #pragma once
 // Posts single key events to whichever application has the focus. Main thread.
 
+#include <memory>
+
 #include "platform/Keys.h"
 
 namespace vantor {
 
-enum class PostVerdict { posted, noSuchKey, unavailable };
+enum class PostVerdict {
+    posted,
+    noSuchKey,
+    unavailable,
+    lost,  // the way to the system is gone, for this event and every one after it
+};
 
 class KeyPoster {
 public:
+    // Lasts as long as one text or combination is typed.
+    class Typing {
+    public:
+        Typing() = default;
+        virtual ~Typing() = default;
+        Typing(const Typing&) = delete;
+        Typing& operator=(const Typing&) = delete;
+    };
+
     virtual ~KeyPoster() = default;
+    // Where an event adds to what the player holds and has locked, what is posted while the owner lives arrives as if
+    // nothing were held or locked; its end puts the player's locks back. Null where events carry their own flags. The
+    // poster outlives the owner.
+    [[nodiscard]] virtual std::unique_ptr<Typing> beginTyping() { return nullptr; }
     // Returns as soon as the event is on its way; the wait between events is the caller's.
     [[nodiscard]] virtual PostVerdict post(const PostedKey& key) = 0;
 };

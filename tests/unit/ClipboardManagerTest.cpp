@@ -58,6 +58,8 @@ TEST_F(ClipboardManagerTest, TypesEachCharacterWithItsModifiersAround) {
         {"\n", "76↓ 76↑"},
         {"\r", "36↓/256 36↑/256"},
         {"\t", "48↓ 48↑"},
+        // Whatever script stands beside it, an emoji is one character, and nothing of it is typed.
+        {"ก😀\u0e01👩\u200d🚀ऐ1\ufe0f\u20e3a", "0↓/256 0↑/256"},
         {"5", "23↓/256 23↑/256"},
         {"\x01", "59↓ 0↓/262400 0↑/262400 59↑"},
         {"a🙂b", "0↓/256 0↑/256 11↓/256 11↑/256"},
@@ -122,6 +124,22 @@ TEST(ClipboardManagerOrder, PostsOnlyAfterTheFocusWaitAndReleasesAfterAFailedPos
     EXPECT_EQ(manager.typeString("A"), "typed in app");
     EXPECT_EQ(written(poster.posted), "56↓ 0↓/131328 0↑/131328 56↑");
     EXPECT_EQ(pause.seen, (std::vector<std::pair<std::size_t, std::size_t>>{{2, 1}, {2, 2}, {2, 3}, {2, 4}}));
+}
+
+TEST_F(ClipboardManagerTest, EachTextAndCombinationIsOneTypingThatEndsWhereThePosterIsLost) {
+    typed("Ab");
+    pressed("⇧ + F1");
+    EXPECT_EQ(poster.typingsBegun, 2);
+    EXPECT_EQ(poster.postedOutsideTyping, 0);
+    EXPECT_FALSE(poster.typing);
+    poster.failure = PostVerdict::lost;
+    poster.failAt = static_cast<int>(poster.posted.size()) + 2;
+    const auto before = poster.posted.size();
+    const auto waits = pause.waits.size();
+    EXPECT_EQ(manager.typeString(std::string(1000, 'a')), "typed in app");
+    EXPECT_EQ(poster.posted.size(), before + 2);
+    EXPECT_EQ(pause.waits.size(), waits + 1) << "nobody waits for keys that go nowhere";
+    EXPECT_FALSE(poster.typing);
 }
 
 TEST_F(ClipboardManagerTest, KnowsShiftFromVantorsOwnWindowsUntilItTypes) {

@@ -1,5 +1,5 @@
 #pragma once
-// Records what is posted, in order, and fails at the n-th post when told to. One thread.
+// Records what is posted, in order, and the typing that it belongs to; fails at the n-th post when told to. One thread.
 
 #include <vector>
 
@@ -9,13 +9,32 @@ namespace vantor {
 
 class FakeKeyPoster final : public KeyPoster {
 public:
+    [[nodiscard]] std::unique_ptr<Typing> beginTyping() override {
+        class Span final : public Typing {
+        public:
+            explicit Span(FakeKeyPoster& poster) : poster_(poster) {
+                ++poster_.typingsBegun;
+                poster_.typing = true;
+            }
+            ~Span() override { poster_.typing = false; }
+
+        private:
+            FakeKeyPoster& poster_;
+        };
+        return std::make_unique<Span>(*this);
+    }
     [[nodiscard]] PostVerdict post(const PostedKey& key) override {
         posted.push_back(key);
-        return static_cast<int>(posted.size()) == failAt ? PostVerdict::unavailable : PostVerdict::posted;
+        if (!typing) ++postedOutsideTyping;
+        return static_cast<int>(posted.size()) == failAt ? failure : PostVerdict::posted;
     }
 
     std::vector<PostedKey> posted;
     int failAt = 0;  // the first is 1
+    PostVerdict failure = PostVerdict::unavailable;
+    int typingsBegun = 0;
+    bool typing = false;
+    int postedOutsideTyping = 0;
 };
 
 }  // namespace vantor

@@ -65,7 +65,12 @@ void KeyStream::handleKey(std::uint8_t xKeycode, bool down, std::uint32_t time,
                           const std::function<void(const StreamedKey&)>& handler) {
     const bool ownPost = record_.claim(xKeycode, down);
     if (!keyboard_ || stale_) takeKeyboard();
-    keyboard_->update(xKeycode, down);
+    // The tracked keyboard is the player's: what is typed for him, and released under his hands, is not his doing.
+    if (ownPost) {
+        ownKeys_[xKeycode] = down;
+    } else {
+        keyboard_->update(xKeycode, down);
+    }
     handler({xKeycode, down, time, ownPost, ownPost ? std::nullopt : keyboard_->eventFor(xKeycode, down)});
 }
 
@@ -73,7 +78,9 @@ void KeyStream::handleKeyboardNotice(const xcb_generic_event_t& event) {
     const auto& state = reinterpret_cast<const xcb_xkb_state_notify_event_t&>(event);
     switch (state.xkbType) {
         case XCB_XKB_STATE_NOTIFY:
-            if (keyboard_) keyboard_->resynchronise({state.baseMods, state.latchedMods, state.lockedMods, state.group});
+            if (keyboard_)
+                keyboard_->resynchronise({ownKeys_.any() ? xkb_mod_mask_t{0} : state.baseMods, state.latchedMods,
+                                          state.lockedMods, state.group});
             break;
         case XCB_XKB_MAP_NOTIFY:
         case XCB_XKB_NEW_KEYBOARD_NOTIFY:

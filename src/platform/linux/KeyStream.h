@@ -2,6 +2,7 @@
 // The server's stream of raw keys, whoever has the focus, turned into key events: the flags are those of the stream
 // itself, and keys that Vantor posted are marked. Main thread.
 
+#include <bitset>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -49,6 +50,7 @@ private:
     PostedKeyRecord& record_;
     XReply<xcb_generic_event_t> ahead_;        // the first of those read ahead
     std::optional<TrackedKeyboard> keyboard_;  // from the first key on
+    std::bitset<256> ownKeys_;                 // of Vantor's posts, those that are down
     bool stale_ = false;                       // the keymap has changed since
 };
 

@@ -1,33 +1,87 @@
 #include "platform/linux/XTestKeyPoster.h"
 
-#include <xcb/xtest.h>
+#include <utility>
 
 #include "platform/linux/KeyCodes.h"
+#include "platform/linux/KeyboardUndo.h"
 
 namespace vantor {
+namespace {
+
+// A window that is never shown.
+xcb_window_t makeWitness(const XConnection& connection) {
+    const xcb_window_t window = xcb_generate_id(connection.get());
+    const std::uint32_t unmanaged = 1;
+    xcb_create_window(connection.get(), 0, window, connection.root(), -1, -1, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
+                      XCB_COPY_FROM_PARENT, XCB_CW_OVERRIDE_REDIRECT, &unmanaged);
+    return window;
+}
+
+}  // namespace
+
+class XTestKeyPoster::Span final : public Typing {
+public:
+    explicit Span(XTestKeyPoster& poster) : poster_(poster) {}
+    ~Span() override { poster_.endTyping(); }
+
+private:
+    XTestKeyPoster& poster_;
+};
+
+XTestKeyPoster::XTestKeyPoster(const XConnection& connection, PostedKeyRecord& record, const XkbKeyboardLayout& learned,
+                               std::filesystem::path guardian)
+    : connection_(connection),
+      keys_(connection, record),
+      effects_(keyEffects(learned.keymap(), learned.group())),
+      group_(static_cast<std::uint8_t>(learned.group())),
+      guardian_(std::move(guardian)) {}
 
 XTestKeyPoster::~XTestKeyPoster() {
-    if (down_.none()) return;
     // The server keeps a dead client's keys down.
-    for (std::size_t key = 0; key < down_.size(); ++key)
-        if (down_[key]) send(static_cast<std::uint8_t>(key), false);
+    if (!connection_.get()) return;
+    keys_.releaseAll();
     xcb_flush(connection_.get());
 }
 
-void XTestKeyPoster::send(std::uint8_t xKeycode, bool down) {
-    // The flags are not sent: here an event adds to what is held, and the modifier keys are posted themselves.
-    xcb_test_fake_input(connection_.get(), down ? XCB_KEY_PRESS : XCB_KEY_RELEASE, xKeycode, XCB_CURRENT_TIME,
-                        connection_.root(), 0, 0, 0);
-    record_.posted(xKeycode, down, PostedKeyRecord::Clock::now());
-    down_[xKeycode] = down;
+std::unique_ptr<KeyPoster::Typing> XTestKeyPoster::beginTyping() {
+    if (neutral_ || !connection_.hasTest() || !connection_.hasKeyboard() || isLost()) return nullptr;
+    guardian_.ensureRunning();
+    if (witness_ == XCB_NONE) witness_ = makeWitness(connection_);
+    guardian_.debt().setWitness(witness_);
+    keys_.noteIn(&guardian_.debt());
+    neutral_.emplace(connection_, keys_, guardian_.debt(), effects_, group_);
+    return std::make_unique<Span>(*this);
+}
+
+void XTestKeyPoster::endTyping() {
+    if (isLost()) return settleAfterLoss();
+    neutral_.reset();
+    if (isLost()) return settleAfterLoss();
+    keys_.noteIn(nullptr);
 }
 
 PostVerdict XTestKeyPoster::post(const PostedKey& key) {
     if (!connection_.hasTest()) return PostVerdict::unavailable;
     const auto xKeycode = xKeycodeOf(key.keyCode);
     if (!xKeycode) return PostVerdict::noSuchKey;
-    send(*xKeycode, key.down);
-    return xcb_flush(connection_.get()) > 0 ? PostVerdict::posted : PostVerdict::unavailable;
+    if (neutral_ && key.down) neutral_->prepare(*xKeycode);
+    keys_.send(*xKeycode, key.down);
+    xcb_flush(connection_.get());
+    if (!isLost()) return PostVerdict::posted;
+    settleAfterLoss();
+    return PostVerdict::lost;
+}
+
+bool XTestKeyPoster::isLost() const { return xcb_connection_has_error(connection_.get()) != 0; }
+
+void XTestKeyPoster::settleAfterLoss() {
+    if (!neutral_) return;
+    neutral_.reset();  // leaves the notes as they are: nothing goes out any more
+    keys_.noteIn(nullptr);
+    if (guardian_.letGo()) return;
+    const XConnection another;
+    if (another.get()) static_cast<void>(undoKeyboard(another.get(), guardian_.debt()));
+    guardian_.debt().clear();
 }
 
 }  // namespace vantor

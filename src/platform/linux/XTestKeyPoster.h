@@ -1,31 +1,51 @@
 #pragma once
-// Posts keys through the server's XTEST extension, and records them so that Vantor does not react to itself. Main
-// thread.
+// Posts keys through the server's XTEST extension, and records them so that Vantor does not react to itself. While a
+// text is typed the keyboard is neutral, and guarded. Main thread.
 
-#include <bitset>
+#include <filesystem>
+#include <optional>
 
 #include "platform/KeyPoster.h"
+#include "platform/linux/KeyEffects.h"
+#include "platform/linux/KeyboardGuardian.h"
+#include "platform/linux/NeutralKeyboard.h"
 #include "platform/linux/PostedKeyRecord.h"
+#include "platform/linux/PostedKeys.h"
 #include "platform/linux/XConnection.h"
+#include "platform/linux/XkbKeyboardLayout.h"
 
 namespace vantor {
 
 class XTestKeyPoster final : public KeyPoster {
 public:
-    XTestKeyPoster(const XConnection& connection, PostedKeyRecord& record) : connection_(connection), record_(record) {}
+    // The layout is the one that the key map was learned from; the guardian's program may be missing. Nothing is
+    // started before something is typed.
+    XTestKeyPoster(const XConnection& connection, PostedKeyRecord& record, const XkbKeyboardLayout& learned,
+                   std::filesystem::path guardian);
+    // With the layout in force now, and without a guardian.
+    XTestKeyPoster(const XConnection& connection, PostedKeyRecord& record)
+        : XTestKeyPoster(connection, record, XkbKeyboardLayout(connection), {}) {}
     XTestKeyPoster(const XTestKeyPoster&) = delete;
     XTestKeyPoster& operator=(const XTestKeyPoster&) = delete;
     // Releases what it pressed and has not released.
     ~XTestKeyPoster() override;
 
+    [[nodiscard]] std::unique_ptr<Typing> beginTyping() override;
     [[nodiscard]] PostVerdict post(const PostedKey& key) override;
 
 private:
-    void send(std::uint8_t xKeycode, bool down);
+    class Span;
+    void endTyping();
+    [[nodiscard]] bool isLost() const;
+    void settleAfterLoss();
 
     const XConnection& connection_;
-    PostedKeyRecord& record_;
-    std::bitset<256> down_;
+    PostedKeys keys_;
+    const KeyEffects effects_;
+    const std::uint8_t group_;
+    KeyboardGuardian guardian_;
+    std::uint32_t witness_ = 0;               // once made, as long as the connection
+    std::optional<NeutralKeyboard> neutral_;  // while something is typed
 };
 
 }  // namespace vantor

@@ -21,6 +21,8 @@ public:
 
     [[nodiscard]] std::optional<Translation> translate(KeyCode keyCode, ModifierFlags flags) const override;
     [[nodiscard]] bool available() const { return keymap_ != nullptr; }
+    [[nodiscard]] const XkbKeymap& keymap() const { return keymap_; }
+    [[nodiscard]] xkb_layout_index_t group() const { return group_; }
 
 private:
     XkbKeymap keymap_;

@@ -1,0 +1,49 @@
+#pragma once
+// Keeps the keyboard neutral while Vantor types, and gives it back at the end. Posted events add to what the player
+// holds, latches and locks: so held modifiers are released and never pressed again, locks are taken out and put back,
+// and the group is the one that the key map was learned from. Main thread.
+
+#include <cstdint>
+#include <optional>
+
+#include "platform/linux/KeyEffects.h"
+#include "platform/linux/KeyboardDebt.h"
+#include "platform/linux/KeyboardWatch.h"
+#include "platform/linux/PostedKeys.h"
+
+namespace vantor {
+
+class NeutralKeyboard {
+public:
+    // The effects and the group are the learned layout's. Notes in the debt before it changes anything.
+    NeutralKeyboard(const XConnection& connection, PostedKeys& keys, KeyboardDebt& debt, const KeyEffects& effects,
+                    std::uint8_t group);
+    // Puts the player's locks and group back, with what the player has changed since.
+    ~NeutralKeyboard();
+    NeutralKeyboard(const NeutralKeyboard&) = delete;
+    NeutralKeyboard& operator=(const NeutralKeyboard&) = delete;
+
+    // Before each press: undoes what the player has done meanwhile. Costs a round trip only if there is something.
+    void prepare(std::uint8_t xKeycode);
+
+private:
+    [[nodiscard]] std::uint8_t ownModifiers() const;
+    [[nodiscard]] bool isNeutral(const KeyboardState& state) const;
+    void neutralise();
+    [[nodiscard]] bool pressLostAgain(const xcb_query_keymap_reply_t& down);
+    void release(const std::bitset<256>& keys);
+    void takeLocks(const KeyboardState& state);
+    void countLocks(const KeyboardState& state);
+
+    const XConnection& connection_;
+    PostedKeys& keys_;
+    KeyboardDebt& debt_;
+    const KeyEffects& effects_;
+    const std::uint8_t group_;
+    KeyboardWatch watch_;
+    KeyboardDebt::Locks locks_;                 // the player's
+    std::bitset<256> playersKeys_;              // held when it was last asked, and not released since
+    std::optional<KeyboardState> irreducible_;  // what could not be made neutral: not tried at every key
+};
+
+}  // namespace vantor
