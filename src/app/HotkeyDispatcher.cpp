@@ -4,20 +4,15 @@
 
 #include "data/SettingKeys.h"
 #include "input/ReadableKeyText.h"
+#include "platform/KeyClasses.h"
 
 namespace vantor {
-namespace {
-
-constexpr KeyCode escapeKey = 53;
-constexpr KeyCode vKey = 9;
-
-}  // namespace
 
 HotkeyDecision decideHotkey(const KeyEvent& event, bool visible, const std::function<bool()>& isApplicationEnabled,
                             const Defaults& defaults) {
-    if (event.keyCode == escapeKey) return {HotkeyAction::close, visible};
+    if (event.keyCode == key_code::escape) return {HotkeyAction::close, visible};
 
-    const bool commandV = event.keyCode == vKey && (event.flags & modifier::command) != 0;
+    const bool commandV = event.keyCode == key_code::v && (event.flags & modifier::command) != 0;
     if (commandV && !visible && isApplicationEnabled() && defaults.get<bool>(settings::pasteClipboard).value_or(false))
         return {HotkeyAction::paste, false};
 

@@ -6,11 +6,30 @@ namespace vantor {
 
 namespace {
 
+// In texts with Thai or Indian scripts the toolkit's finder (6.4) also stops inside an emoji and even inside a code
+// point. What extends a character never begins one (Unicode, annex 29, rules 9 and 11).
+bool continuesCharacter(const QString& text, qsizetype at) {
+    if (at <= 0 || at >= text.size()) return false;
+    const QChar before = text[at - 1];
+    if (text[at].isLowSurrogate() && before.isHighSurrogate()) return true;
+    const QChar next = at + 1 < text.size() ? text[at + 1] : QChar();
+    const char32_t code = text[at].isHighSurrogate() ? QChar::surrogateToUcs4(text[at], next) : text[at].unicode();
+    const QChar::Category category = QChar::category(code);
+    constexpr char16_t nonJoiner = 0x200c;
+    constexpr char16_t joiner = 0x200d;
+    const bool isFormat = before.category() == QChar::Other_Format && before != nonJoiner && before != joiner;
+    if (isFormat || before.category() == QChar::Other_Control) return false;
+    const bool isSkinTone = code >= 0x1f3fb && code <= 0x1f3ff;
+    return category == QChar::Mark_NonSpacing || category == QChar::Mark_Enclosing || code == nonJoiner ||
+           code == joiner || isSkinTone || (before == joiner && category == QChar::Symbol_Other);
+}
+
 template <typename Take>
 void forEachGrapheme(const QString& text, const Take& take) {
     QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
     qsizetype start = 0;
-    for (qsizetype end = finder.toNextBoundary(); end != -1; end = finder.toNextBoundary()) {
+    for (qsizetype end = finder.toNextBoundary(); end > start; end = finder.toNextBoundary()) {
+        if (continuesCharacter(text, end)) continue;
         take(start, end - start);
         start = end;
     }

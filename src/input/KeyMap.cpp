@@ -11,12 +11,6 @@
 namespace vantor {
 namespace {
 
-constexpr KeyCode shiftKey = 56;
-constexpr KeyCode controlKey = 59;
-constexpr KeyCode rightOptionKey = 61;
-constexpr KeyCode tabKey = 48;
-constexpr KeyCode keypadEnterKey = 76;
-
 // Volume up, volume down, mute, Help or Insert, Home: their characters are no text.
 constexpr std::array<KeyCode, 5> unprobedKeys = {72, 73, 74, 114, 115};
 
@@ -59,8 +53,8 @@ void appendJsonText(std::string& out, const std::string& text) {
 
 KeyMap KeyMap::learn(const KeyboardLayout& layout) {
     KeyMap map;
-    map.offer("\n", {{keypadEnterKey, 0}});
-    map.offer("\t", {{tabKey, 0}});
+    map.offer("\n", {{key_code::keypadEnter, 0}});
+    map.offer("\t", {{key_code::tab, 0}});
     for (KeyCode code = 0; code < keyCodeCount; ++code) {
         if (std::find(unprobedKeys.begin(), unprobedKeys.end(), code) != unprobedKeys.end()) continue;
         std::string first;
@@ -71,9 +65,9 @@ KeyMap KeyMap::learn(const KeyboardLayout& layout) {
             if (first.empty()) first = translation->characters;
 
             MappedKeys keys = {{code, flags}};
-            if (translation->flags & modifier::shift) keys.push_back({shiftKey, 0});
-            if (translation->flags & modifier::control) keys.push_back({controlKey, 0});
-            if (translation->flags & modifier::option) keys.push_back({rightOptionKey, 0});
+            if (translation->flags & modifier::shift) keys.push_back({key_code::shift, 0});
+            if (translation->flags & modifier::control) keys.push_back({key_code::control, 0});
+            if (translation->flags & modifier::option) keys.push_back({key_code::rightOption, 0});
             map.offer(translation->characters + (isKeypadKey(code) ? " [NUM]" : ""), std::move(keys));
         }
     }

@@ -7,6 +7,7 @@
 #include <optional>
 #include <string_view>
 
+#include "platform/KeyClasses.h"
 #include "platform/Keys.h"
 
 namespace vantor {
@@ -76,8 +77,7 @@ inline constexpr std::array<KeyName, textKeyNameCount + 3> readableKeyNames = {{
 
 // The name of Return, Space, Delete or Escape.
 [[nodiscard]] constexpr std::optional<std::string_view> textKeyName(KeyCode code) {
-    constexpr KeyCode returnKey = 36;
-    if (code == returnKey) return key_name::enter;
+    if (code == key_code::enter) return key_name::enter;
     for (std::size_t at = functionKeyNameCount; at < textKeyNameCount; ++at)
         if (readableKeyNames[at].keyCode == code) return readableKeyNames[at].name;
     return std::nullopt;

@@ -2,9 +2,9 @@
 
 #include <QString>
 #include <QStringList>
-#include <QTextBoundaryFinder>
 #include <optional>
 
+#include "data/Graphemes.h"
 #include "input/KeyNames.h"
 
 namespace vantor {
@@ -24,15 +24,9 @@ std::optional<MappedKey> keyOfPart(const KeyMap& map, const QString& part) {
 }  // namespace
 
 std::vector<PostedKey> strokesOfText(const KeyMap& map, const std::string& text) {
-    const QString wide = QString::fromStdString(text);
     std::vector<PostedKey> strokes;
-    QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, wide);
-    qsizetype start = 0;
-    for (qsizetype end = characters.toNextBoundary(); end > start; end = characters.toNextBoundary()) {
-        if (const MappedKeys* keys = map.find(wide.sliced(start, end - start).toStdString()))
-            appendPress(strokes, *keys);
-        start = end;
-    }
+    for (const QString& character : graphemes(QString::fromStdString(text)))
+        if (const MappedKeys* keys = map.find(character.toStdString())) appendPress(strokes, *keys);
     return strokes;
 }
 

@@ -9,6 +9,18 @@
 
 namespace vantor {
 
+// The single keys that the program knows by their place.
+namespace key_code {
+inline constexpr KeyCode v = 9;
+inline constexpr KeyCode enter = 36;
+inline constexpr KeyCode tab = 48;
+inline constexpr KeyCode escape = 53;
+inline constexpr KeyCode shift = 56;
+inline constexpr KeyCode control = 59;
+inline constexpr KeyCode rightOption = 61;
+inline constexpr KeyCode keypadEnter = 76;
+}  // namespace key_code
+
 // The keys that type what a main key types as well, told apart by being on the numeric keypad.
 [[nodiscard]] constexpr bool isKeypadKey(KeyCode code) {
     constexpr std::array<KeyCode, 18> keypad = {65, 67, 69, 71, 75, 76, 78, 81, 82, 83, 84, 85, 86, 87, 88, 89, 91, 92};

@@ -21,6 +21,8 @@ TEST(ScriptGridTest, CutsTheTypedTextIntoRowsOfNineCells) {
         {QStringLiteral("a"), "a"},
         {QStringLiteral("a b,Cdefgh"), "a| |b|,|C|d|e|f|g/h"},
         {QStringLiteral("123456789"), "1|2|3|4|5|6|7|8|9"},
+        // Beside Thai or Indian script too.
+        {QStringLiteral("ก👍🏽स"), "ก|👍🏽|स"},
         {QStringLiteral("x👨‍👩‍👧‍👦é"), "x|👨‍👩‍👧‍👦|é"},
     };
     for (const auto& [typed, expected] : rows) EXPECT_EQ(drawn(typed), expected);

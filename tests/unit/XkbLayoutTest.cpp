@@ -26,7 +26,7 @@ TEST(XkbKeyboardLayout, GivesWhatPostingWouldGive) {
         {"us", "", 0, 0, nonCoalesced, "a"},
         {"us", "", 0, 0, shift, "A"},
         {"us", "", 0, 0, control, "\x01"},
-        {"us", "", 0, 0, option, "a"},  // right Alt chooses no level here
+        {"us", "", 0, 0, option, nullptr},  // right Alt chooses no level here: a shortcut
         {"us", "", 0, 0, capsLock | command, "a"},
         {"us", "", 0, 87, 0, "5"},  // as with Num Lock
         {"us", "", 0, 87, shift, nullptr},
@@ -40,6 +40,10 @@ TEST(XkbKeyboardLayout, GivesWhatPostingWouldGive) {
         {"de", "", 0, 12, option, "@"},
         {"de", "", 0, 50, 0, nullptr},  // dead
         {"de", "nodeadkeys", 0, 50, 0, "^"},
+        {"de", "", 0, 29, shift, "="},
+        {"de", "", 0, 29, shift | control, nullptr},    // no text but a shortcut
+        {"de", "T3", 0, 12, shift | option, "\u030d"},  // Shift is another key while AltGr is down
+        {"de", "", 0, 19, shift | option, "\u215b"},
         {"us,ru", ",", 0, 0, 0, "a"},
         {"us,ru", ",", 1, 0, 0, "ф"},
         {"us,ru", ",", 1, 0, control, "\x01"},  // the group without Latin letters falls back
@@ -53,6 +57,10 @@ TEST(XkbKeyboardLayout, GivesWhatPostingWouldGive) {
         EXPECT_EQ(translation->characters, row.characters) << row.layout << row.variant << row.code;
         EXPECT_EQ(translation->flags, row.flags);
     }
+    // Here the Control key is Caps Lock, which a press would leave on.
+    const XkbKeyboardLayout swapped(namedKeymap("de", "", "ctrl:swapcaps"), 0);
+    EXPECT_FALSE(swapped.translate(29, shift | control));
+    EXPECT_TRUE(swapped.translate(29, shift));
 }
 
 class Keyboard {

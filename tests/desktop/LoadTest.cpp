@@ -1,0 +1,297 @@
+// Typing while the others are slow or gone: a game that stops reading, a window manager that does not answer, a game
+// that dies in the middle of a text, a very long text. Real X server, real window manager, the stand-in game as the
+// receiver.
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <QtCore/QDir>
+#include <QtCore/QElapsedTimer>
+#include <QtCore/QFile>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
+#include <QtCore/QProcess>
+#include <QtCore/QTemporaryDir>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QLineEdit>
+#include <chrono>
+#include <csignal>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <thread>
+
+#include "input/ClipboardManager.h"
+#include "platform/fake/FakeKeyMonitors.h"
+#include "platform/linux/XTestKeyPoster.h"
+#include "platform/linux/XcbOverlayWindows.h"
+#include "platform/linux/XcbWorkspace.h"
+#include "platform/linux/XkbKeyboardLayout.h"
+#include "platform/qt/SystemClock.h"
+
+namespace vantor {
+namespace {
+
+using namespace std::chrono_literals;
+using Steady = std::chrono::steady_clock;
+
+bool comesTrue(const std::function<bool()>& condition) {
+    const auto deadline = Steady::now() + 60s;
+    while (!condition()) {
+        if (Steady::now() > deadline) return false;
+        QApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 5);
+    }
+    return true;
+}
+
+// The stand-in game in a process of its own, and what it says that it was given.
+class Game {
+public:
+    explicit Game(const QString& windowClass = QStringLiteral("gw2-64.exe")) {
+        record_.setFileName(folder_.filePath(QStringLiteral("record")));
+        const auto program = qEnvironmentVariable(
+            "VANTOR_STANDIN_GAME", QApplication::applicationDirPath() + QStringLiteral("/../demo/standin-game"));
+        process_.start(program, {QStringLiteral("--record"), record_.fileName(), QStringLiteral("--class"), windowClass,
+                                 QStringLiteral("--size"), QStringLiteral("300x200")});
+        EXPECT_TRUE(comesTrue([this] { return process_.canReadLine() || process_.state() == QProcess::NotRunning; }));
+        const auto line = process_.readLine().trimmed().split(' ');
+        EXPECT_EQ(line.value(0), "ready") << "the stand-in game does not start";
+        window_ = line.value(1).toUInt(nullptr, 0);
+        EXPECT_TRUE(record_.open(QIODevice::ReadOnly));
+    }
+    Game(const Game&) = delete;
+    Game& operator=(const Game&) = delete;
+    ~Game() { kill(); }
+
+    [[nodiscard]] xcb_window_t window() const { return window_; }
+    void signal(int number) { ::kill(static_cast<pid_t>(process_.processId()), number); }
+    void kill() {
+        process_.kill();
+        process_.waitForFinished();
+    }
+    // Everything so far, repeats included: a key that stays down would show.
+    const std::string& text() {
+        for (;;) {
+            const auto line = record_.readLine();
+            pending_ += line;
+            if (!pending_.endsWith('\n')) return text_;
+            const auto entry = QJsonDocument::fromJson(pending_).object();
+            pending_.clear();
+            if (entry.value(QStringLiteral("down")).toBool())
+                text_ += entry.value(QStringLiteral("text")).toString().toStdString();
+        }
+    }
+
+private:
+    QTemporaryDir folder_;
+    QFile record_;
+    QByteArray pending_;
+    std::string text_;
+    QProcess process_;
+    xcb_window_t window_ = XCB_NONE;
+};
+
+// The window manager of this display, which a test may halt. It goes on when this ends.
+class WindowManager {
+public:
+    WindowManager() {
+        const QByteArray display = "DISPLAY=" + qgetenv("DISPLAY");
+        for (const QString& each : QDir(QStringLiteral("/proc")).entryList(QDir::Dirs)) {
+            QFile name(QStringLiteral("/proc/%1/comm").arg(each));
+            QFile variables(QStringLiteral("/proc/%1/environ").arg(each));
+            if (!name.open(QIODevice::ReadOnly) || name.readAll().trimmed() != "openbox") continue;
+            if (!variables.open(QIODevice::ReadOnly) || !variables.readAll().split('\0').contains(display)) continue;
+            process_ = each.toInt();
+        }
+        EXPECT_GT(process_, 1) << "no window manager on this display";
+    }
+    WindowManager(const WindowManager&) = delete;
+    WindowManager& operator=(const WindowManager&) = delete;
+    ~WindowManager() { resume(); }
+
+    void halt() const {
+        if (process_ > 1) ::kill(process_, SIGSTOP);
+    }
+    void resume() const {
+        if (process_ > 1) ::kill(process_, SIGCONT);
+    }
+
+private:
+    pid_t process_ = 0;
+};
+
+// Lets a test act between two keys.
+class Pacing final : public Pause {
+public:
+    explicit Pacing(bool real) : real_(real) {}
+    void wait(std::chrono::microseconds duration) override {
+        if (count++ == 0) firstPost = Steady::now();
+        if (real_) system_.wait(duration);
+        if (act) act(count);
+    }
+
+    std::function<void(int)> act;
+    int count = 0;
+    Steady::time_point firstPost;
+
+private:
+    bool real_;
+    SystemPause system_;
+};
+
+class LoadTest : public testing::Test {
+protected:
+    bool isActive(xcb_window_t window) {
+        return server_->activeWindow() == window && server_->clientWindow(server_->focusedWindow()) == window;
+    }
+    std::unique_ptr<QLineEdit> focusedPopup() {
+        auto popup = std::make_unique<QLineEdit>();
+        popup->setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+        popup->setGeometry(500, 300, 200, 60);
+        overlays_.prepare(popup->winId(), WindowNature::popup);
+        popup->show();
+        EXPECT_TRUE(comesTrue([&] { return isActive(static_cast<xcb_window_t>(popup->winId())); }));
+        EXPECT_TRUE(comesTrue([&] { return popup->hasFocus(); }));
+        return popup;
+    }
+    std::string type(const std::string& text, Pause& pause) {
+        return ClipboardManager(layout_, poster_, monitors_, workspace_, pause).typeString(text);
+    }
+    // Nothing down, nothing held, nothing locked.
+    testing::AssertionResult keyboardIsAtRest() {
+        const auto asked = xcb_query_keymap(connection_.get());
+        const XReply<xcb_query_keymap_reply_t> reply(xcb_query_keymap_reply(connection_.get(), asked, nullptr));
+        for (std::size_t at = 0; at < sizeof reply->keys; ++at)
+            if (reply->keys[at] != 0) return testing::AssertionFailure() << "a key near " << at * 8 << " is down";
+        const XkbState state = coreState(connection_, coreKeymap(connection_));
+        const auto modifiers = xkb_state_serialize_mods(state.get(), XKB_STATE_MODS_EFFECTIVE);
+        return modifiers == 0 ? testing::AssertionSuccess()
+                              : testing::AssertionFailure() << "modifiers " << modifiers << " are on";
+    }
+
+    std::unique_ptr<XcbDesktop> server_ = XcbDesktop::connect();
+    XConnection connection_;
+    XkbKeyboardLayout layout_{connection_};
+    PostedKeyRecord record_;
+    XTestKeyPoster poster_{connection_, record_, layout_, {}};
+    FakeKeyMonitors monitors_;
+    XcbWorkspace workspace_{XcbDesktop::connect(), [](const std::string&) { return std::nullopt; },
+                            static_cast<std::uint32_t>(::getpid())};
+    XcbOverlayWindows overlays_{XcbDesktop::connect()};
+};
+
+std::string longText(std::size_t length) {
+    const std::string piece = "The Quick Brown Fox (17 + 4) jumps; \"Over\" the Lazy Dog: [&AgEAWgAA=]! ";
+    std::string text;
+    while (text.size() < length) text += piece;
+    text.resize(length);
+    return text;
+}
+
+TEST_F(LoadTest, AReceiverThatStopsReadingForASecondHasEverything) {
+    Game game;
+    ASSERT_TRUE(comesTrue([&] { return isActive(game.window()); }));
+    const std::string text = longText(150);
+    std::optional<Steady::time_point> stopped;
+    bool resumed = false;
+    Pacing pause(true);
+    pause.act = [&](int count) {
+        if (count == 60) {
+            game.signal(SIGSTOP);
+            stopped = Steady::now();
+        }
+        if (stopped && !resumed && Steady::now() - *stopped > 1s) {
+            game.signal(SIGCONT);
+            resumed = true;
+        }
+    };
+    EXPECT_EQ(type(text, pause), "typed in app");
+    EXPECT_TRUE(resumed) << "the text ended before the second did";
+    game.signal(SIGCONT);
+    EXPECT_TRUE(comesTrue([&] { return game.text().size() >= text.size(); }));
+    EXPECT_EQ(game.text(), text);
+    EXPECT_TRUE(keyboardIsAtRest());
+}
+
+TEST_F(LoadTest, TenThousandCharactersArriveThoughTheReceiverReadsNoneBeforeTheEnd) {
+    Game game;
+    ASSERT_TRUE(comesTrue([&] { return isActive(game.window()); }));
+    const std::string text = longText(10000);
+    game.signal(SIGSTOP);
+    Pacing pause(false);
+    EXPECT_EQ(type(text, pause), "typed in app");
+    game.signal(SIGCONT);
+    EXPECT_TRUE(comesTrue([&] { return game.text().size() >= text.size(); }));
+    EXPECT_TRUE(game.text() == text) << game.text().size() << " characters";
+    EXPECT_TRUE(keyboardIsAtRest());
+}
+
+TEST_F(LoadTest, WaitsForAWindowManagerThatIsSlowToGiveTheFocus) {
+    Game game;
+    ASSERT_TRUE(comesTrue([&] { return isActive(game.window()); }));
+    for (int round = 0; round < 5; ++round) {
+        const auto popup = focusedPopup();
+        const WindowManager manager;
+        manager.halt();
+        workspace_.hideAndUnhideWithoutActivation();
+        EXPECT_FALSE(workspace_.awaitFocusReturned(50ms)) << "the focus cannot have come back";
+        manager.resume();
+        EXPECT_TRUE(workspace_.awaitFocusReturned(30s));
+        const std::string before = game.text();
+        Pacing pause(false);
+        type("Now.", pause);
+        EXPECT_TRUE(comesTrue([&] { return game.text().size() >= before.size() + 4; }));
+        EXPECT_EQ(game.text(), before + "Now.") << round;
+        EXPECT_EQ(popup->text(), QString());
+    }
+    EXPECT_TRUE(keyboardIsAtRest());
+}
+
+TEST_F(LoadTest, TypesAllTheSameWhenTheFocusDoesNotComeBackInTime) {
+    Game game;
+    ASSERT_TRUE(comesTrue([&] { return isActive(game.window()); }));
+    const auto popup = focusedPopup();
+    const WindowManager manager;
+    manager.halt();
+    Pacing pause(false);
+    const auto begin = Steady::now();
+    EXPECT_EQ(type("Here.", pause), "typed in app");
+    const auto waited = pause.firstPost - begin;
+    EXPECT_GE(waited, 250ms);
+    EXPECT_LT(waited, 2s) << "it waits for a window manager that does not answer";
+    // Where the focus was: with our own window.
+    EXPECT_TRUE(comesTrue([&] { return popup->text().size() >= 5; }));
+    EXPECT_EQ(popup->text(), QStringLiteral("Here."));
+    manager.resume();
+    EXPECT_TRUE(comesTrue([&] { return isActive(game.window()); }));
+    EXPECT_EQ(game.text(), "");
+    EXPECT_TRUE(keyboardIsAtRest());
+}
+
+TEST_F(LoadTest, LeavesNoKeyDownWhenTheGameDiesInTheMiddleOfAText) {
+    const std::string text = longText(60);
+    for (const int deathAt : {41, 42, 43, 44, 45, 46}) {
+        Game notes(QStringLiteral("notes"));
+        ASSERT_TRUE(comesTrue([&] { return isActive(notes.window()); }));
+        Game game;
+        ASSERT_TRUE(comesTrue([&] { return isActive(game.window()); }));
+        Pacing pause(true);
+        pause.act = [&](int count) {
+            if (count == deathAt) game.kill();
+        };
+        EXPECT_EQ(type(text, pause), "typed in app");
+        EXPECT_GT(pause.count, 120) << "it gave up";
+        ASSERT_TRUE(comesTrue([&] { return isActive(notes.window()); }));
+        EXPECT_TRUE(keyboardIsAtRest()) << deathAt;
+        EXPECT_TRUE(text.starts_with(game.text()));
+        // And the next text is whole.
+        const std::string before = notes.text();
+        Pacing quick(false);
+        type("{Next}", quick);
+        EXPECT_TRUE(comesTrue([&] { return notes.text().ends_with("{Next}"); })) << before << '|' << notes.text();
+    }
+}
+
+}  // namespace
+}  // namespace vantor
