@@ -8,7 +8,6 @@
 
 #include "data/Decoder.h"
 #include "timers/Timeline.h"
-#include "timers/TimerRow.h"
 
 namespace vantor {
 namespace {
@@ -69,14 +68,7 @@ void steps(benchmark::State& state) {
     report(state, timeline, 0);
     state.SetComplexityN(state.range(0));
 }
-BENCHMARK(steps)->RangeMultiplier(4)->Range(1 << 10, 1 << 18)->Complexity()->Unit(benchmark::kMicrosecond);
-
-// What the timers list does once a second while it is shown.
-void visibleRows(benchmark::State& state) {
-    const auto timeline = std::get<Timeline>(computeTimeline(catalogue(), {}, {}, 7200));
-    for (auto _ : state) benchmark::DoNotOptimize(timerRows(timeline.events, 600, 180));
-}
-BENCHMARK(visibleRows)->Unit(benchmark::kMicrosecond);
+BENCHMARK(steps)->Arg(1000)->Arg(10000)->Arg(100000)->Arg(1000000)->Complexity()->Unit(benchmark::kMicrosecond);
 
 }  // namespace
 }  // namespace vantor

@@ -12,6 +12,9 @@ namespace {
 using AchievementIds = std::unordered_set<std::int64_t>;
 
 constexpr std::int64_t minutesPerDay = 1440;
+// Of all sections together. A day takes some thousands; a schedule that starts years ago, or a damaged file, could take
+// all memory before its end is seen.
+constexpr std::size_t stepLimit = 2'000'000;
 constexpr std::string_view specialEvents = "Special Events";
 
 struct Inclusion {
@@ -41,11 +44,12 @@ private:
 class SectionWalk {
 public:
     SectionWalk(const EventsSection& section, const Inclusion& include, std::int64_t offsetMinutes,
-                std::vector<TimelineEvent>& occurrences)
+                std::size_t& stepsTaken, std::vector<TimelineEvent>& occurrences)
         : section_(section),
           include_(include),
           start_(offsetMinutes),
           horizon_(offsetMinutes + minutesPerDay),
+          stepsTaken_(stepsTaken),
           entries_(section.segments.size()),
           occurrences_(occurrences) {
         indexOf_.reserve(section.segments.size());
@@ -97,6 +101,8 @@ private:
             const auto faultHere = [&](std::string what) {
                 return fault(std::string(sequence) + "[" + std::to_string(place) + "]", std::move(what));
             };
+            if (++stepsTaken_ > stepLimit)
+                return faultHere("the day's schedules take more than " + std::to_string(stepLimit) + " steps");
             if (!slot.segment) return faultHere("the section has no event " + std::to_string(slot.step->eventId));
             if (const auto& scheduled = entry(*slot.segment))
                 if (!append(scheduled)) return faultHere("the gathering minute overflows");
@@ -138,6 +144,7 @@ private:
     const Inclusion& include_;
     std::int64_t start_;
     const std::int64_t horizon_;
+    std::size_t& stepsTaken_;
     std::unordered_map<std::int64_t, std::size_t> indexOf_;
     std::vector<Entry> entries_;
     std::vector<TimelineEvent>& occurrences_;
@@ -178,9 +185,10 @@ std::variant<Timeline, TimelineFault> computeTimeline(std::span<const EventsSect
 
     const AchievementIds completed = completedOf(progress, timeline.achievementIds);
     const Inclusion include{filters, completed};
+    std::size_t stepsTaken = 0;
     for (const EventsSection& section : sections)
         if (section.active)
-            if (auto fault = SectionWalk(section, include, utcOffsetSeconds / 60, timeline.events).run())
+            if (auto fault = SectionWalk(section, include, utcOffsetSeconds / 60, stepsTaken, timeline.events).run())
                 return *std::move(fault);
 
     std::ranges::stable_sort(timeline.events, {}, &TimelineEvent::id);
