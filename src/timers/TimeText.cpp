@@ -26,4 +26,13 @@ std::optional<std::string> timeText(double minutes) {
     return std::string(text, static_cast<std::size_t>(length));
 }
 
+std::string remainingText(std::int64_t minutes) {
+    if (minutes <= 0) return "now";
+    const std::int64_t hours = minutes / 60;
+    const std::string rest = std::to_string(minutes % 60);
+    if (hours == 0) return rest + " min";
+    if (minutes % 60 == 0) return std::to_string(hours) + " h";
+    return std::to_string(hours) + " h " + (rest.size() < 2 ? "0" : "") + rest + " min";
+}
+
 }  // namespace vantor

@@ -1,6 +1,7 @@
 #pragma once
 // How a minute of the timeline is written. Pure; any thread.
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -20,5 +21,8 @@ namespace vantor {
 [[nodiscard]] inline std::optional<std::string> gatheringText(const TimelineEvent& occurrence) {
     return timeText(occurrence.id);
 }
+
+// "now", "5 min", "1 h", "2 h 05 min".
+[[nodiscard]] std::string remainingText(std::int64_t minutes);
 
 }  // namespace vantor

@@ -9,6 +9,7 @@
 #include "platform/fake/FakeKeyMonitors.h"
 #include "platform/fake/FakeKeyPoster.h"
 #include "platform/fake/FakeKeyboardLayout.h"
+#include "platform/fake/FakeKeychain.h"
 #include "platform/fake/FakeMainThread.h"
 #include "platform/fake/FakePasteboard.h"
 #include "platform/fake/FakePause.h"
@@ -79,6 +80,7 @@ protected:
                                statusItem,
                                pasteboard,
                                pause,
+                               keychain,
                                [] { return std::make_unique<FakeWebPage>(); },
                                [] { return std::nullopt; },
                                [this](AppWindowName name, AppObserver&) { return windows.make(name); }},
@@ -111,6 +113,7 @@ protected:
     FakeKeyboardLayout layout;
     LoggedWorkspace workspace{log};
     FakeStatusItem statusItem;
+    FakeKeychain keychain;
     FakePasteboard pasteboard;
     FakePause pause;
     FakeWindows windows{log};
@@ -138,7 +141,7 @@ TEST_F(AppObserverTest, MakesWindowsInOrderAndUpdatesOnceMoreAfterTheLast) {
 
 TEST_F(AppObserverTest, FollowsTheFrontmostApplication) {
     launch();
-    EXPECT_EQ(statusItem.titles(), (Log{"Disable on Guild Wars 2", "-", "Quit"}));
+    EXPECT_EQ(statusItem.titles(), (Log{"Disable on Guild Wars 2", "Fill credentials", "-", "Quit"}));
     since();
     workspace.inner.bringToFront("org.other");
     EXPECT_EQ(since(), hiddenPlan);
@@ -168,7 +171,7 @@ TEST_F(AppObserverTest, TheMenuEnablesAndDisablesTheCurrentApplication) {
     statusItem.press(0);
     EXPECT_EQ(since(), hiddenPlan);
     EXPECT_EQ(statusItem.titles()[0], "Enable on org.other");
-    statusItem.press(2);
+    statusItem.press(3);
     EXPECT_EQ(quits, 1);
 }
 

@@ -7,7 +7,6 @@
 
 #include "timers/DataFault.h"
 #include "timers/TimeText.h"
-#include "timers/TimerRow.h"
 #include "timers/VisibleWindow.h"
 
 namespace vantor {
@@ -224,6 +223,7 @@ TEST(Timeline, BrokenSchedulesOfActiveSectionsAreFaultsThatNameTheStep) {
         {"empty pattern", section(3, one, {{1, 1440}}, {}), "sequences.pattern"},
         {"pattern of no length", section(3, one, {}, {{1, 0}}), "sequences.pattern"},
         {"pattern going back", section(3, one, {}, {{1, 5}, {1, -6}}), "sequences.pattern"},
+        {"begins ages ago", section(3, one, {{1, -100'000'000'000}}, {{1, 1}}), "sequences.pattern[0]"},
     };
     for (auto& row : table) {
         SCOPED_TRACE(row.what);
@@ -237,6 +237,8 @@ TEST(Timeline, BrokenSchedulesOfActiveSectionsAreFaultsThatNameTheStep) {
         row.section.active = false;
         EXPECT_THAT(computed({row.section}).events, IsEmpty());
     }
+    // Weeks ago is no fault: one step now, one for each minute from then to the end of the day.
+    EXPECT_EQ(computed({section(3, one, {{1, -100'000}}, {{1, 1}})}).events.size(), 1U + 100'000 + 1441);
 }
 
 TEST(TimeText, TruncatesTowardZeroAndKeepsTheSign) {
@@ -292,28 +294,10 @@ TEST(VisibleWindow, KeepsWhatHasNotStartedAndGathersSoon) {
     EXPECT_FALSE(isVisible(at(700, 0), 600, noNumber));
 }
 
-TEST(TimerRow, ShowsTheVisiblePartAsTexts) {
-    Event linked = event(2, "Dragon", 15);
-    linked.chatlink = "[&BEwCAAA=]";
-    const auto timeline = computed({section(3, {event(1, "Boss"), linked}, {{1, 60}, {2, 65}, {1, 600}}, {{1, 2000}})});
-    const auto rows = timerRows(timeline.events, 30, 180);
-    EXPECT_EQ(rows, (std::vector<TimerRow>{
-                        {timeline.events[1].id, "01:00", "Dragon", "Section 3", "get there by 00:45 to LFG", "30 min",
-                         "[&BEwCAAA=]"},
-                        {timeline.events[2].id, "02:05", "Boss", "Section 3", "", "1 h 35 min", ""},
-                    }));
+TEST(TimeText, SaysHowLongItIsUntilAnEvent) {
     EXPECT_EQ(remainingText(0), "now");
     EXPECT_EQ(remainingText(120), "2 h");
     EXPECT_EQ(remainingText(125), "2 h 05 min");
-}
-
-TEST(TimerRowDeathTest, StopsTheProgramForATimeThatCannotBeWritten) {
-    auto scheduled = std::make_shared<ScheduledEvent>();
-    scheduled->sectionName = "Far\naway";
-    scheduled->event.lfg = most;
-    const std::vector<TimelineEvent> timeline{{0, most, scheduled}};
-    EXPECT_EXIT((void)timerRows(timeline, 0, 180), ::testing::ExitedWithCode(dataFaultStatus),
-                "^vantor: events catalogue, section \"Far away\", event 0: [^\n]+\n$");
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "app/view/FloatWindow.h"
 
+#include <QtGui/QWindow>
 #include <utility>
 
 namespace vantor {
@@ -9,6 +10,30 @@ FloatWindow::FloatWindow(const QString& title, QSize size, bool movable, Prepare
     setWindowTitle(title);
     setWindowFlag(Qt::WindowTransparentForInput);
     resize(size);
+}
+
+void FloatWindow::setContent(QWidget* content) {
+    content_ = content;
+    content_->setParent(this);
+    content_->setGeometry(rect());
+    content_->show();
+}
+
+void FloatWindow::fit(QSize size) {
+    letClicksThrough(size.isEmpty());
+    if (!size.isEmpty()) resize(size);
+}
+
+void FloatWindow::resizeEvent(QResizeEvent* event) {
+    OverlayWindow::resizeEvent(event);
+    if (content_) content_->setGeometry(rect());
+}
+
+void FloatWindow::letClicksThrough(bool through) {
+    if (windowFlags().testFlag(Qt::WindowTransparentForInput) == through) return;
+    // The widget's own setter would make the native window anew, without its nature and place.
+    overrideWindowFlags(windowFlags().setFlag(Qt::WindowTransparentForInput, through));
+    if (QWindow* const window = windowHandle()) window->setFlag(Qt::WindowTransparentForInput, through);
 }
 
 }  // namespace vantor

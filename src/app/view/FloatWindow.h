@@ -1,6 +1,6 @@
 #pragma once
-// A floating window that never takes the focus. While it holds nothing it is transparent and lets every click through
-// to the game. Main thread.
+// A floating window that never takes the focus. While it holds nothing it stays mapped, is transparent and lets every
+// click through to the game; what it holds decides its size, from the top left corner. Main thread.
 
 #include "ui/OverlayWindow.h"
 
@@ -9,6 +9,19 @@ namespace vantor {
 class FloatWindow : public OverlayWindow {
 public:
     FloatWindow(const QString& title, QSize size, bool movable, Prepare prepare);
+
+    // Fills the window from now on; the window owns it. Until it asks for a size the window holds nothing.
+    void setContent(QWidget* content);
+    // What the content needs now. Empty: the window holds nothing and keeps its frame.
+    void fit(QSize size);
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void letClicksThrough(bool through);
+
+    QWidget* content_ = nullptr;
 };
 
 }  // namespace vantor

@@ -1,0 +1,44 @@
+#include "timers/Bestiary.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace vantor {
+
+std::vector<BestiarySection> bestiarySections(const std::vector<BeastCategory>& categories,
+                                              const ProgressById& progress, const WordSearch& search) {
+    std::vector<BestiarySection> sections;
+    const auto found = [&](const BeastCategory& category, const BeastRace& race) {
+        std::string texts = race.id + "\n" + category.id + "\n" + race.description + "\n" + race.unlock_txt;
+        // Ids are shown with spaces.
+        std::ranges::replace(texts, '_', ' ');
+        return search.finds(foldedForSearch(texts));
+    };
+    for (const BeastCategory& category : categories) {
+        BestiarySection section;
+        section.id = category.id;
+        for (const BeastRace& race : category.races) {
+            if (!found(category, race)) continue;
+            BestiaryFamily family;
+            family.id = race.id;
+            family.icon = race.icon;
+            family.description = race.description;
+            family.unlock = race.unlock_txt;
+            family.tracked = race.unlock.has_value();
+            if (race.unlock) {
+                const auto held = progress.find(*race.unlock);
+                const AchievementCompletition* const record = held == progress.end() ? nullptr : &held->second;
+                family.state = achievementState(record);
+                family.progress = progressText(record);
+                family.part = progressPart(record);
+                ++section.tracked;
+                if (family.state == AchievementState::done) ++section.done;
+            }
+            section.families.push_back(std::move(family));
+        }
+        if (!section.families.empty()) sections.push_back(std::move(section));
+    }
+    return sections;
+}
+
+}  // namespace vantor

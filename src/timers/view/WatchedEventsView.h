@@ -1,0 +1,46 @@
+#pragma once
+// The watched events that are about to happen, over the game: a small torn panel, or nothing at all while there are
+// none. It tells its window when it holds something and how large it is. Main thread.
+
+#include <QtGui/QPixmap>
+#include <QtWidgets/QWidget>
+#include <functional>
+
+#include "timers/view/WatchedFeed.h"
+
+namespace vantor {
+
+class WatchedEventsView : public QWidget {
+public:
+    // Runs whenever the rows changed, with the size that they need; empty when there are none.
+    using Fit = std::function<void(QSize size)>;
+
+    WatchedEventsView(WatchedFeed& feed, Fit fit, QWidget* parent);
+
+    [[nodiscard]] QSize sizeHint() const override;
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    struct Line {
+        QString time;
+        QString name;
+        QString remaining;
+        bool gathering;
+        QRect frame;
+        QRect nameFrame;
+    };
+
+    void follow();
+
+    WatchedFeed& feed_;
+    Fit fit_;
+    std::vector<Line> lines_;
+    QPixmap ground_;
+    Subscription rows_;
+};
+
+}  // namespace vantor
