@@ -20,6 +20,8 @@ public:
 
     virtual ~Clock() = default;
     [[nodiscard]] virtual Seconds now() const = 0;
+    // The same moment with its fraction of a second.
+    [[nodiscard]] virtual double preciseNow() const { return static_cast<double>(now()); }
     // East positive, for the local zone as it is at this call (a zone that the player changes is followed).
     [[nodiscard]] virtual int utcOffsetSeconds(Seconds at) const = 0;
     [[nodiscard]] virtual LocalTime localTime(Seconds at) const = 0;

@@ -12,6 +12,7 @@ enum class WindowNature {
     overlay,        // maps without the focus, takes it on a click
     nonActivating,  // never takes the focus
     popup,          // takes the focus when it is shown
+    raisedPopup,    // the same, over every other floating window where the system has such levels (1000)
 };
 
 class OverlayWindows {

@@ -1,0 +1,16 @@
+#include "input/ChatLink.h"
+
+#include "data/SettingKeys.h"
+
+namespace vantor {
+
+std::string pressChatLink(const std::string& chatLink, const ChatLinkNeeds& needs, bool shiftHeld) {
+    // The line feeds open the game's chat and send what stands in it. A copied link keeps them.
+    const bool withReturn = needs.defaults.get<bool>(settings::enableChatLinkReturnKey).value_or(false);
+    const std::string text = withReturn ? "\n" + chatLink + "\n" : chatLink;
+    if (shiftHeld || needs.clipboardManager.shiftPressed()) return needs.clipboardManager.typeString(text);
+    needs.pasteboard.setText(text);
+    return "copied to clipboard";
+}
+
+}  // namespace vantor

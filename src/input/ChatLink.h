@@ -1,0 +1,23 @@
+#pragma once
+// What a press on a chat link does: copy it, or with Shift held type it into the game's chat. Main thread.
+
+#include <string>
+
+#include "input/ClipboardManager.h"
+#include "platform/Defaults.h"
+#include "platform/Pasteboard.h"
+
+namespace vantor {
+
+struct ChatLinkNeeds {
+    ClipboardManager& clipboardManager;
+    Pasteboard& pasteboard;
+    Defaults& defaults;
+};
+
+// `shiftHeld`: what the press itself says. The key may have gone down while the game had the keyboard, where windows of
+// ours do not hear of it. Returns the message to show.
+[[nodiscard]] std::string pressChatLink(const std::string& chatLink, const ChatLinkNeeds& needs,
+                                        bool shiftHeld = false);
+
+}  // namespace vantor

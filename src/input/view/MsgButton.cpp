@@ -1,0 +1,46 @@
+#include "input/view/MsgButton.h"
+
+#include <QtGui/QFontMetrics>
+#include <QtGui/QPainter>
+#include <utility>
+
+#include "ui/Fonts.h"
+#include "ui/GW2ButtonStyle.h"
+
+namespace vantor {
+
+namespace {
+
+constexpr int fontSize = 14;
+constexpr int side = 14;
+
+}  // namespace
+
+MsgButton::MsgButton(std::function<void()> action, const QString& message, QString content, Scheduler& scheduler,
+                     QWidget* parent)
+    : StatusButton(
+          scheduler,
+          [action = std::move(action), message] {
+              action();
+              return message;
+          },
+          parent),
+      content_(std::move(content)) {
+    setAccessibleName(content_);
+}
+
+QSize MsgButton::labelSize() const {
+    const QFontMetrics metrics(sansFont(fontSize));
+    return {metrics.horizontalAdvance(content_) + 2 * side, metrics.height() + 14};
+}
+
+void MsgButton::paintLabel(QPainter& painter, const QRect& frame, bool hovered) const {
+    const GW2ButtonStyle style;
+    const ControlState state{.hovered = hovered, .pressed = isDown(), .enabled = isEnabled()};
+    style.paintGround(painter, frame, state);
+    painter.setFont(sansFont(fontSize));
+    painter.setPen(style.textColour(state));
+    painter.drawText(frame, Qt::AlignCenter, content_);
+}
+
+}  // namespace vantor

@@ -1,0 +1,87 @@
+#include "input/view/StatusButton.h"
+
+#include <QtGui/QFontMetrics>
+#include <QtGui/QKeyEvent>
+#include <QtGui/QPainter>
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "ui/ControlState.h"
+#include "ui/Fonts.h"
+#include "ui/GW2ButtonStyle.h"
+#include "ui/Palette.h"
+#include "ui/States.h"
+
+namespace vantor {
+
+namespace {
+
+constexpr int footnote = 12;
+constexpr int ringRoom = 3;
+constexpr int messageGap = 6;
+
+}  // namespace
+
+StatusButton::StatusButton(Scheduler& scheduler, std::function<QString()> press, QWidget* parent)
+    : QAbstractButton(parent), message_(scheduler), messageWidth_(this, springs::standard, [this](double) {
+          updateGeometry();
+          if (widthChanged_) widthChanged_();
+          update();
+      }) {
+    setAttribute(Qt::WA_Hover);
+    setFocusPolicy(Qt::TabFocus);
+    setCursor(Qt::PointingHandCursor);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    message_.onChanged([this] {
+        setAccessibleDescription(message_.text().trimmed());
+        const int text = QFontMetrics(sansFont(footnote)).horizontalAdvance(message_.text());
+        messageWidth_.moveTo(text == 0 ? 0 : messageGap + text);
+        update();
+    });
+    QObject::connect(this, &QAbstractButton::clicked, this,
+                     [this, press = std::move(press)] { message_.show(press()); });
+}
+
+QSize StatusButton::sizeHint() const {
+    const QSize label = labelSize();
+    const int message = static_cast<int>(std::lround(std::max(0.0, messageWidth_.value())));
+    return {label.width() + message + 2 * ringRoom,
+            std::max(label.height(), QFontMetrics(sansFont(footnote)).height()) + 2 * ringRoom};
+}
+
+QSize StatusButton::minimumSizeHint() const { return sizeHint(); }
+
+void StatusButton::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    const ControlState state = ControlState::of(*this);
+    if (!state.enabled) painter.setOpacity(disabledOpacity);
+    const QRect frame = rect().adjusted(ringRoom, ringRoom, -ringRoom, -ringRoom);
+    const QSize label = labelSize();
+    const QRect labelFrame(frame.left(), frame.top() + (state.pressed ? 1 : 0), label.width(), frame.height());
+    paintLabel(painter, labelFrame, state.hovered);
+    if (!message_.text().isEmpty()) {
+        painter.setFont(sansFont(footnote));
+        painter.setPen(palette::gold);
+        const QRect room = frame.adjusted(label.width() + messageGap, 0, 0, 0);
+        painter.drawText(room, Qt::AlignLeft | Qt::AlignVCenter, message_.text());
+    }
+    if (state.focused) paintFocusRing(painter, labelFrame);
+}
+
+void StatusButton::focusInEvent(QFocusEvent* event) {
+    noteFocus(*this, *event);
+    QAbstractButton::focusInEvent(event);
+}
+
+void StatusButton::focusOutEvent(QFocusEvent* event) {
+    noteFocus(*this, *event);
+    QAbstractButton::focusOutEvent(event);
+}
+
+void StatusButton::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) return click();
+    QAbstractButton::keyPressEvent(event);
+}
+
+}  // namespace vantor

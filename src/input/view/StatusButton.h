@@ -1,0 +1,41 @@
+#pragma once
+// What WaypointButton and MsgButton share: a plain button whose status message unrolls beside its label. Its width
+// follows the text along a spring. Main thread.
+
+#include <QtWidgets/QAbstractButton>
+#include <functional>
+#include <string>
+
+#include "input/StatusMessage.h"
+#include "ui/Motion.h"
+
+namespace vantor {
+
+class StatusButton : public QAbstractButton {
+public:
+    [[nodiscard]] const QString& btnText() const { return message_.text(); }
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
+    // Runs after its wish for room changed, for hosts that place it by hand.
+    void onWidthChanged(std::function<void()> handler) { widthChanged_ = std::move(handler); }
+
+protected:
+    // `press` does what the button is for and returns the message to show.
+    StatusButton(Scheduler& scheduler, std::function<QString()> press, QWidget* parent);
+
+    // Of the label, without the message.
+    [[nodiscard]] virtual QSize labelSize() const = 0;
+    virtual void paintLabel(QPainter& painter, const QRect& frame, bool hovered) const = 0;
+
+    void paintEvent(QPaintEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    StatusMessage message_;
+    Motion messageWidth_;
+    std::function<void()> widthChanged_;
+};
+
+}  // namespace vantor

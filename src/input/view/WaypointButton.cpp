@@ -1,0 +1,44 @@
+#include "input/view/WaypointButton.h"
+
+#include <QtGui/QMouseEvent>
+#include <QtGui/QPainter>
+
+#include "ui/Images.h"
+#include "ui/States.h"
+
+namespace vantor {
+
+namespace {
+
+constexpr int imageSize = 20;
+
+}  // namespace
+
+WaypointButton::WaypointButton(const QString& chatLink, const ChatLinkNeeds& needs, Scheduler& scheduler,
+                               QWidget* parent)
+    : StatusButton(
+          scheduler,
+          [this, link = chatLink.toStdString(), needs] {
+              return QString::fromStdString(pressChatLink(link, needs, clickedWithShift_));
+          },
+          parent) {
+    setToolTip(QStringLiteral("Copy to clipboard"));
+    setAccessibleName(QStringLiteral("Chat link"));
+    resize(sizeHint());
+}
+
+void WaypointButton::mouseReleaseEvent(QMouseEvent* event) {
+    clickedWithShift_ = event->modifiers().testFlag(Qt::ShiftModifier);
+    StatusButton::mouseReleaseEvent(event);
+    clickedWithShift_ = false;
+}
+
+QSize WaypointButton::labelSize() const { return {imageSize + 10, imageSize + 10}; }
+
+void WaypointButton::paintLabel(QPainter& painter, const QRect& frame, bool hovered) const {
+    if (hovered) paintHover(painter, frame);
+    painter.drawPixmap(frame.left() + 5, frame.top() + (frame.height() - imageSize) / 2,
+                       image(QStringLiteral("waypoint"), {imageSize, imageSize}, devicePixelRatioF()));
+}
+
+}  // namespace vantor
