@@ -1,11 +1,13 @@
 #!/usr/bin/env python3
-"""The stand-in for the game's public web API: answers from the files in demo/web-api/, on this machine only.
+"""The stand-in for the game's public web API, its wiki, the searches and the feedback service, on this machine only: the API
+answers from the files in demo/web-api/, every page is demo/wiki_page.html.
 
 Prints "port N" when it answers, then one line for each request; keys never appear in it. Faults can be set at the start
 (--fault) and while it runs (GET /fault/KIND; "none" ends it). A fault concerns the paths below /v2/ only.
 """
 
 import argparse
+import html
 import json
 import sys
 import threading
@@ -20,6 +22,7 @@ WITHOUT_PROGRESSION_KEY = "33333333-CCCC-4CCC-8CCC-333333333333"
 PROGRESSION_FIELDS = ("fractal_level", "daily_ap", "monthly_ap", "wvw_rank")
 # slow: the whole answer after --delay seconds; hang: no answer while the service lives; shape: JSON of another form
 FAULTS = ("none", "slow", "empty", "garbage", "shape", "close", "hang", "status500")
+PAGES = ("/index.php", "/results", "/search")
 PLAIN_LISTS = {"/v2/dailycrafting": "dailycrafting", "/v2/worldbosses": "worldbosses", "/v2/mapchests": "mapchests"}
 
 
@@ -64,6 +67,14 @@ def answer(path, query, key):
     return 404, {"text": "no such endpoint"}
 
 
+def page(path, query):
+    """A page of the wiki's structure. Its title is the last part of the path, the words that were asked for stand in it."""
+    asked = next((query[name][0] for name in ("search", "search_query", "q") if name in query), "")
+    title = path.removeprefix("/wiki/").strip("/").replace("_", " ") if path.startswith("/wiki/") else f"Search: {asked}"
+    text = (FILES.parent / "wiki_page.html").read_text()
+    return text.replace("{title}", html.escape(title)).replace("{query}", html.escape(asked)).encode()
+
+
 class Handler(BaseHTTPRequestHandler):
     protocol_version = "HTTP/1.1"
 
@@ -72,6 +83,9 @@ class Handler(BaseHTTPRequestHandler):
         query = parse_qs(parts.query)
         if parts.path.startswith("/fault/"):
             return self.change_fault(parts.path.removeprefix("/fault/"))
+        if parts.path.startswith("/wiki/") or parts.path in PAGES:
+            print(f"page {self.path}", flush=True)
+            return self.send(200, page(parts.path, query), "text/html; charset=utf-8")
         key = query.get("access_token", [""])[0]
         if self.headers.get("Authorization", "").startswith("Bearer "):
             key = self.headers["Authorization"].removeprefix("Bearer ")
@@ -96,15 +110,22 @@ class Handler(BaseHTTPRequestHandler):
             return None
         return self.send(status, body)
 
+    def do_POST(self):
+        """The feedback service: says what it got, byte for byte."""
+        body = self.rfile.read(int(self.headers.get("Content-Length", 0)))
+        status = 200 if self.server.fault == "none" else 500
+        print(f"feedback {self.path} {status} {body.decode(errors='backslashreplace')}", flush=True)
+        self.send(status, b"")
+
     def change_fault(self, kind):
         if kind not in FAULTS:
             return self.send(404, b'{"text": "no such fault"}')
         self.server.fault = kind
         return self.send(200, b"{}")
 
-    def send(self, status, body):
+    def send(self, status, body, kind="application/json; charset=utf-8"):
         self.send_response(status)
-        self.send_header("Content-Type", "application/json; charset=utf-8")
+        self.send_header("Content-Type", kind)
         self.send_header("Content-Length", str(len(body)))
         self.end_headers()
         self.wfile.write(body)

@@ -1,20 +1,22 @@
 #!/usr/bin/env bash
-# Installs what a set of tasks needs, and only what is missing: setup.sh build [desktop] [checks]. Says on standard error what
-# it does. On systems without apt it names what is missing and ends with 1.
+# Installs what a set of tasks needs, and only what is missing: setup.sh build [desktop] [checks] [bench] [fuzz]. Says on
+# standard error what it does. On systems without apt it names what is missing and ends with 1.
 set -euo pipefail
 
 build=(g++ cmake ninja-build ccache pkg-config python3 qt6-base-dev qt6-svg-dev qt6-webengine-dev qt6-qpa-plugins libgl-dev libegl-dev
     libxcb1-dev libxcb-xinput-dev libxcb-xtest0-dev libxcb-xkb-dev libxcb-randr0-dev libxkbcommon-dev libxkbcommon-x11-dev libsecret-1-dev
     xkb-data libgtest-dev libgmock-dev fontconfig fonts-ebgaramond fonts-lato fonts-noto-color-emoji)
-desktop=(xvfb openbox picom dbus dbus-x11 xdotool xclip imagemagick x11-utils xauth gnome-keyring)
+desktop=(xvfb openbox picom dbus dbus-x11 xdotool xclip imagemagick x11-utils xauth gnome-keyring
+    xserver-xephyr x11-xkb-utils)
 checks=(clang-format clang-tidy git tzdata)
 bench=(libbenchmark-dev)
+fuzz=(clang)
 
 wanted=()
 for set in "$@"; do
     case $set in
-        build | desktop | checks | bench) declare -n list=$set && wanted+=("${list[@]}") ;;
-        *) echo "setup: unknown set '$set' (build, desktop, checks, bench)" >&2 && exit 2 ;;
+        build | desktop | checks | bench | fuzz) declare -n list=$set && wanted+=("${list[@]}") ;;
+        *) echo "setup: unknown set '$set' (build, desktop, checks, bench, fuzz)" >&2 && exit 2 ;;
     esac
 done
 
@@ -29,6 +31,14 @@ if ! command -v apt-get >/dev/null || ! command -v dpkg-query >/dev/null; then
         exit 1
     fi
     exit 0
+fi
+
+# The fuzzer's runtime is packaged by the compiler's version, which the package "clang" depends on: 14 on Debian 12, 18 on
+# Ubuntu 24.04.
+if [[ " $* " == *" fuzz "* ]]; then
+    version=$(apt-cache depends clang 2>/dev/null | sed -nE 's/.*Depends: clang-([0-9]+)$/\1/p' | head -n 1)
+    [[ -n $version ]] || version=$(. /etc/os-release && [[ $ID == ubuntu ]] && echo 18 || echo 14)
+    wanted+=("libclang-rt-$version-dev")
 fi
 
 missing=()

@@ -3,7 +3,10 @@
 #include <unistd.h>
 
 #include <QApplication>
+#include <QDesktopServices>
 #include <QFile>
+#include <QStandardPaths>
+#include <chrono>
 #include <cstdio>
 #include <iostream>
 #include <iterator>
@@ -13,14 +16,18 @@
 #include "Build.h"
 #include "app/AppDelegate.h"
 #include "app/cli/CommandLine.h"
+#include "app/cli/RemoteCommand.h"
 #include "app/cli/SettingsCommand.h"
 #include "app/cli/TimelineCommand.h"
 #include "app/view/ViewWindows.h"
 #include "browser/LazyWebPage.h"
+#include "data/Decoder.h"
 #include "data/SessionQueue.h"
+#include "platform/linux/CoreFiles.h"
 #include "platform/linux/DesktopEntries.h"
 #include "platform/linux/Doctor.h"
 #include "platform/linux/RawKeyMonitors.h"
+#include "platform/linux/SecretServiceKeychain.h"
 #include "platform/linux/XTestKeyPoster.h"
 #include "platform/linux/XcbOverlayWindows.h"
 #include "platform/linux/XcbWorkspace.h"
@@ -28,11 +35,14 @@
 #include "platform/qt/JsonDefaults.h"
 #include "platform/qt/QtMainThread.h"
 #include "platform/qt/QtPasteboard.h"
+#include "platform/qt/QtScheduler.h"
 #include "platform/qt/QtScreens.h"
 #include "platform/qt/QtStatusItem.h"
 #include "platform/qt/QtUrlSession.h"
+#include "platform/qt/ScriptFonts.h"
 #include "platform/qt/SingleInstance.h"
 #include "platform/qt/SystemClock.h"
+#include "platform/qt/WebEngineModule.h"
 #include "timers/DataFault.h"
 #include "ui/Fonts.h"
 
@@ -41,6 +51,7 @@ namespace vantor {
 namespace {
 
 constexpr int unavailableStatus = 1;
+constexpr std::chrono::seconds lastWords{2};
 
 void printLine(const std::string& line) {
     std::fputs((line + "\n").c_str(), stdout);
@@ -56,9 +67,9 @@ QString settingsPath(const Surroundings& surroundings) {
     return surroundings.settingsFile ? QString::fromStdString(*surroundings.settingsFile) : JsonDefaults::defaultPath();
 }
 
-std::string embeddedCatalogue() {
-    QFile file(QStringLiteral(":/catalogue/events.json"));
-    return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : std::string();
+std::optional<std::string> embedded(const QString& name) {
+    QFile file(name);
+    return file.open(QIODevice::ReadOnly) ? std::optional(file.readAll().toStdString()) : std::nullopt;
 }
 
 std::string textOrStandardInput(const std::optional<std::string>& text) {
@@ -70,7 +81,8 @@ struct Keyboard {
     XConnection connection;
     XkbKeyboardLayout layout{connection};
     PostedKeyRecord posted;
-    XTestKeyPoster poster{connection, posted};
+    XTestKeyPoster poster{connection, posted, layout,
+                          guardianBeside(QCoreApplication::applicationDirPath().toStdString())};
     RawKeyMonitors monitors{connection, posted};
 };
 
@@ -82,6 +94,40 @@ struct Desktop {
 
     DesktopEntries entries{DesktopEntries::standardFolders()};
     XcbWorkspace workspace;
+};
+
+// The one embedded page, and the engine's widget for whoever shows it.
+class Pages {
+public:
+    [[nodiscard]] std::unique_ptr<WebPage> make() {
+        auto made = std::make_unique<LazyWebPage>([this] { return load(); });
+        page_ = made.get();
+        return made;
+    }
+    [[nodiscard]] WebView::Source source() {
+        return {*page_, [this] { return engine_ ? engine_->widget() : nullptr; }, [this] { return trouble(); }};
+    }
+
+private:
+    std::unique_ptr<WebEngine> load() {
+        using Place = QStandardPaths::StandardLocation;
+        const auto folder = [](Place place) {
+            return QStandardPaths::writableLocation(place) + QStringLiteral("/vantor/pages");
+        };
+        auto loaded = loadWebEngine({folder(Place::GenericDataLocation), folder(Place::GenericCacheLocation)});
+        engine_ = loaded.get();
+        return loaded;
+    }
+    [[nodiscard]] QString trouble() const {
+        if (page_->engine() == LazyWebPage::Engine::missing)
+            return QStringLiteral("Pages need the web engine, which is not installed with Vantor.");
+        if (page_->engine() == LazyWebPage::Engine::gone)
+            return QStringLiteral("The page has stopped. Open another, or select the tab again.");
+        return {};
+    }
+
+    LazyWebPage* page_ = nullptr;
+    WidgetWebEngine* engine_ = nullptr;
 };
 
 constexpr const char* noDisplay = "no X display: set DISPLAY, or run a desktop session with X11 or XWayland";
@@ -109,13 +155,56 @@ int actOnFocusedApplication(const Operation& operation) {
     return 0;
 }
 
+std::vector<Power> powersHere() {
+    return examinePowers({.webModule = webEngineModulePath().toStdString(),
+                          .guardian = guardianBeside(QCoreApplication::applicationDirPath().toStdString())});
+}
+
 int runDoctor() {
-    std::cout << powersAsText(examinePowers(
-        std::filesystem::path(QCoreApplication::applicationDirPath().toStdString()) / "libvantor_web.so"));
+    std::cout << powersAsText(powersHere());
     return 0;
 }
 
+// For the settings panel, which has the accounts at hand.
+std::vector<SystemPower> systemPowers(const AccountsCredentials& credentials) {
+    std::vector<SystemPower> powers;
+    for (const Power& each : powersHere())
+        powers.push_back(each.name == "keyring" ? keyringPower(credentials)
+                                                : plainPower(each.name, each.present, each.advice));
+    return powers;
+}
+
+// A file that is not as it should be is a fault of the build, which the form then shows as an empty one.
+SupportData embeddedSupportData() {
+    const auto decoded = decodeJson<SupportData>(embedded(QStringLiteral(":/texts/support.json")).value_or("{}"));
+    if (!decoded.value) std::fprintf(stderr, "vantor: texts/support.json: %s\n", decoded.error.c_str());
+    return decoded.value.value_or(SupportData());
+}
+
+// Looked for when a player opens the translators: most never do.
+TranslatorNeeds scriptFonts() {
+    registerScriptFonts();
+    return {[](const Script& script) {
+                return hasFontFamily(
+                    QString::fromUtf8(script.fontName.data(), static_cast<qsizetype>(script.fontName.size())));
+            },
+            scriptFontFolder()};
+}
+
+int askRunning(const AskRunning& command) {
+    return runAskRunning(
+        command,
+        [](const std::string& line) {
+            auto reply = SingleInstance::request(SingleInstance::nameFor(qgetenv("DISPLAY")), line);
+            return RemoteReply{reply.running, std::move(reply.line)};
+        },
+        std::cerr);
+}
+
 int start(int& argumentCount, char** arguments, const Surroundings& surroundings) {
+    // Passwords lie in this process's memory.
+    if (!refuseCoreFiles())
+        complain("a crash may leave a core file that holds passwords: the system refuses to forbid it");
     auto workspaceConnection = XcbDesktop::connect();
     auto windowsConnection = XcbDesktop::connect();
     if (!workspaceConnection || !windowsConnection) return complain(noDisplay);
@@ -124,6 +213,8 @@ int start(int& argumentCount, char** arguments, const Surroundings& surroundings
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "xcb");
     QApplication::setDesktopFileName(QString::fromLatin1(ownIdentifier));
     QApplication::setQuitOnLastWindowClosed(false);
+    // The web engine, if it ever comes, draws in this process's windows.
+    QApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
     const QApplication application(argumentCount, arguments);
 
     AppDelegate* delegate = nullptr;
@@ -149,8 +240,31 @@ int start(int& argumentCount, char** arguments, const Surroundings& surroundings
     QtStatusItem statusItem;
     QtPasteboard pasteboard;
     const QtScreens screens;
-    ViewWindows windows(overlayWindows, screens);
+    QtScheduler scheduler;
+    SecretServiceKeychain keychain(mainThread);
+    Pages pages;
+    ViewWindows windows(
+        {.overlayWindows = overlayWindows,
+         .screens = screens,
+         .scheduler = scheduler,
+         .webHosts = {surroundings.wikiHost.value_or(build::wikiHost),
+                      surroundings.videoHost.value_or(build::videoHost),
+                      surroundings.searchHost.value_or(build::searchHost)},
+         .accountSite = build::accountSite,
+         .feedbackEndpoint = surroundings.feedbackHost.value_or(build::feedbackHost) + "/api/message",
+         .supportData = embeddedSupportData(),
+         .webPage = [&pages] { return pages.source(); },
+         .translator = [] { return scriptFonts(); },
+         .examineSystem = [&delegate] { return systemPowers(delegate->appObserver().credentials()); },
+         .openLink =
+             [](const std::string& address) { QDesktopServices::openUrl(QUrl(QString::fromStdString(address))); },
+         .menuEntries = [&delegate] { return delegate->menuEntries(); }});
 
+    const auto quit = [&keychain] {
+        // What the player changed last may still be on its way to the keyring.
+        (void)keychain.finish(lastWords);
+        _exit(0);
+    };
     AppDelegate appDelegate(
         {.data = {.defaults = defaults,
                   .session = session,
@@ -168,10 +282,22 @@ int start(int& argumentCount, char** arguments, const Surroundings& surroundings
          .statusItem = statusItem,
          .pasteboard = pasteboard,
          .pause = pause,
-         .makeWebPage = [] { return std::make_unique<LazyWebPage>([] { return std::unique_ptr<WebEngine>(); }); },
-         .styleSheet = [] { return std::nullopt; },
+         .keychain = keychain,
+         .makeWebPage = [&pages] { return pages.make(); },
+         .styleSheet = [] { return embedded(QStringLiteral(":/pages/wiki.css")); },
          .makeWindow = [&windows](AppWindowName name, AppObserver& observer) { return windows.make(name, observer); }},
-        [] { _exit(0); });
+        quit);
+    instance.answerWith([&appDelegate, quit](const std::string& line) {
+        AppObserver& observer = appDelegate.appObserver();
+        auto answer = answerRequest(
+            line,
+            {.toggleApp = [&observer] { observer.toggleApp(); },
+             .isAccount =
+                 [&observer](const std::string& name) { return observer.credentials().accounts().contains(name); },
+             .fillCredentials = [&observer](const std::string& name) { observer.fillCredentials(name); },
+             .quit = quit});
+        return SingleInstance::Answer{std::move(answer.line), std::move(answer.afterwards)};
+    });
     delegate = &appDelegate;
     // Nothing is saved at the end, and the session queue may still be at work on what would be torn down here.
     _exit(QApplication::exec());
@@ -188,11 +314,14 @@ std::optional<int> runCommand(const CommandLine& line) {
             return 0;
         } else if constexpr (std::is_same_v<Command, ShowVersion>) {
             std::cout << "vantor " << build::version << "\n";
+            if (const std::string engine = webEngineVersion(); !engine.empty())
+                std::cout << "web engine " << engine << "\n";
             return 0;
         } else if constexpr (std::is_same_v<Command, RunDoctor>) {
             return runDoctor();
         } else if constexpr (std::is_same_v<Command, PrintTimeline>) {
-            return runTimeline(command, embeddedCatalogue(), defaults(), clock, std::cout, std::cerr);
+            return runTimeline(command, embedded(QStringLiteral(":/catalogue/events.json")).value_or(""), defaults(),
+                               clock, std::cout, std::cerr);
         } else if constexpr (std::is_same_v<Command, PrintKeyMap>) {
             return printKeyMap();
         } else if constexpr (std::is_same_v<Command, TypeText>) {
@@ -204,6 +333,10 @@ std::optional<int> runCommand(const CommandLine& line) {
         } else if constexpr (std::is_same_v<Command, ChangeSettings>) {
             JsonDefaults store(settingsPath(line.surroundings), nullptr);
             return runChangeSettings(command, store, std::cin, std::cerr);
+        } else if constexpr (std::is_same_v<Command, AskRunning>) {
+            AskRunning asked = command;
+            if (asked.what == AskRunning::What::fill) asked.username = textOrStandardInput(asked.username);
+            return askRunning(asked);
         } else if constexpr (std::is_same_v<Command, PrintSetting>) {
             return runPrintSetting(command, defaults(), std::cout, std::cerr);
         } else {

@@ -1,5 +1,7 @@
 #include "app/AppObserver.h"
 
+#include "accounts/CredentialFill.h"
+
 #include <chrono>
 #include <utility>
 
@@ -20,6 +22,7 @@ AppObserver::AppObserver(Needs needs)
       focus_(needs_.workspace, needs_.data.defaults),
       data_(needs_.data),
       webViewStore_(needs_.makeWebPage(), needs_.styleSheet),
+      credentials_(needs_.keychain, needs_.data.printLine),
       clipboardManager_(needs_.keyboardLayout, needs_.keyPoster, needs_.keyMonitors, needs_.workspace, needs_.pause) {
     data_.start();
     window_ = needs_.makeWindow(AppWindowName::main, *this);
@@ -48,6 +51,14 @@ void AppObserver::setCurrentApplication(const std::string& identifier) {
     addAppMenuItemTitle_ = focus_.menuTitle();
     needs_.statusItem.setTitle(addAppMenuItemPosition, addAppMenuItemTitle_);
     updateWindows();
+}
+
+void AppObserver::fillCredentials(const std::string& username) {
+    (void)clipboardManager_.typeString(fillText(credentials_.accounts(), username));
+}
+
+ApiKeyCheck::Needs AppObserver::apiKeyCheckNeeds() const {
+    return {needs_.data.session, needs_.data.mainThread, needs_.data.hosts.api, needs_.data.printLine};
 }
 
 void AppObserver::updateWindows() {

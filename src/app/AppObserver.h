@@ -7,6 +7,8 @@
 #include <memory>
 #include <string>
 
+#include "accounts/AccountsCredentials.h"
+#include "app/ApiKeyCheck.h"
 #include "app/GameData.h"
 #include "app/GameFocus.h"
 #include "app/Tabs.h"
@@ -34,6 +36,7 @@ public:
         StatusItem& statusItem;
         Pasteboard& pasteboard;
         Pause& pause;
+        Keychain& keychain;
         // Once, before any view.
         std::function<std::unique_ptr<WebPage>()> makeWebPage;
         WebViewStore::StyleSheet styleSheet;
@@ -57,11 +60,20 @@ public:
     void closePressed();
     void iconPressed();
     void openOverlay();
+    // Types a stored login into the frontmost application.
+    void fillCredentials(const std::string& username);
 
     [[nodiscard]] GameData& data() { return data_; }
     [[nodiscard]] Tabs& tabs() { return tabs_; }
     [[nodiscard]] WebViewStore& webViewStore() { return webViewStore_; }
+    [[nodiscard]] AccountsCredentials& credentials() { return credentials_; }
+    [[nodiscard]] ClipboardManager& clipboardManager() { return clipboardManager_; }
     [[nodiscard]] Defaults& defaults() { return needs_.data.defaults; }
+    [[nodiscard]] UrlSession& session() { return needs_.data.session; }
+    [[nodiscard]] MainThread& mainThread() { return needs_.data.mainThread; }
+    [[nodiscard]] Pasteboard& pasteboard() { return needs_.pasteboard; }
+    [[nodiscard]] KeyMonitors& keyMonitors() { return needs_.keyMonitors; }
+    [[nodiscard]] ApiKeyCheck::Needs apiKeyCheckNeeds() const;
     [[nodiscard]] const Clock& clock() const { return needs_.data.clock; }
     [[nodiscard]] const std::string& addAppMenuItemTitle() const { return addAppMenuItemTitle_; }
 
@@ -84,6 +96,7 @@ private:
     bool visible_ = false;
     GameData data_;
     WebViewStore webViewStore_;
+    AccountsCredentials credentials_;
     std::string addAppMenuItemTitle_ = "Allow on application";
     ClipboardManager clipboardManager_;
     Tabs tabs_;

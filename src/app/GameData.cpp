@@ -6,15 +6,20 @@ namespace vantor {
 
 namespace {
 
-LoaderContext contextOf(const GameData::Needs& needs) {
-    return {needs.queue, needs.session, needs.defaults, needs.printLine};
+LoaderContext contextOf(const GameData::Needs& needs, UrlSession& session) {
+    return {needs.queue, session, needs.defaults, needs.printLine};
 }
+
+LoaderContext contextOf(const GameData::Needs& needs) { return contextOf(needs, needs.session); }
 
 }  // namespace
 
 GameData::GameData(const Needs& needs)
     : defaults_(needs.defaults),
       mainThread_(needs.mainThread),
+      names_(std::make_shared<AchievementNames>(
+          [this](std::vector<std::int64_t> ids) { achievements_.fetch(std::move(ids)); })),
+      progressSession_(needs.session),
       eventsSections_(contextOf(needs), "EventsSection", needs.hosts.staticFiles + "/events.json", false, true),
       feed_(needs.clock, needs.defaults, needs.stop, [this] { announceLater(); }),
       beasts_(contextOf(needs), "BeastCategory", needs.hosts.staticFiles + "/categories/beasts.json", false, true),
@@ -22,7 +27,7 @@ GameData::GameData(const Needs& needs)
                                       needs.hosts.api + "/v2/account/achievements", true, true),
       bestiaryCompletition_(contextOf(needs), "AchievementCompletition", needs.hosts.api + "/v2/account/achievements",
                             true, true),
-      allCompletedAchievements_(contextOf(needs), "AchievementCompletition",
+      allCompletedAchievements_(contextOf(needs, progressSession_), "AchievementCompletition",
                                 needs.hosts.api + "/v2/account/achievements", true, true),
       dailyCraft_(contextOf(needs), "String", needs.hosts.api + "/v2/dailycrafting", false, true),
       dailyBoss_(contextOf(needs), "String", needs.hosts.api + "/v2/worldbosses", false, true),
@@ -38,11 +43,20 @@ GameData::GameData(const Needs& needs)
           [this](const auto& sections, const auto& progress) { return feed_.compute(sections, progress); }) {
     eventsSections_.onChange([this] { announceLater(); });
     allCompletedAchievements_.onChange([this] { announceLater(); });
+    beasts_.onChange([this] { announceLater(); });
+    eventsAchievementsCompletition_.onChange([this] { announceLater(); });
+    bestiaryCompletition_.onChange([this] { announceLater(); });
+    achievements_.onChange([this] { announceNamesLater(); });
 }
 
 void GameData::start() {
     startedWithKey_ = hasKey();
     chain_.start();
+}
+
+void GameData::restart() {
+    startedWithKey_ = hasKey();
+    chain_.restart();
 }
 
 void GameData::followZone() {
@@ -58,10 +72,42 @@ GameData::State GameData::state() const {
     return waiting ? State::loading : State::failed;
 }
 
+DataState GameData::timersState() const { return feed_.timeline() ? DataState::ready : whyNothing(); }
+
+DataState GameData::bestiaryState() const {
+    const auto beasts = beasts_.snapshot();
+    if (!beasts.array->empty()) return DataState::ready;
+    return beasts.activeRequests > 0 ? DataState::loading : whyNothing();
+}
+
+DataState GameData::whyNothing() const {
+    if (!hasKey()) return DataState::noKey;
+    if (!startedWithKey_) return DataState::keyIsNew;
+    if (allCompletedAchievements_.snapshot().activeRequests > 0 || eventsSections_.snapshot().activeRequests > 0)
+        return DataState::loading;
+    switch (progressSession_.last()) {
+        case KeyAnswer::refused:
+            return DataState::keyRefused;
+        case KeyAnswer::lacksScope:
+            return DataState::keyLacksScope;
+        case KeyAnswer::accepted:
+            break;
+    }
+    return DataState::failed;
+}
+
 bool GameData::hasKey() const { return !defaults_.get<std::string>(settings::apiKey).value_or("").empty(); }
 
 void GameData::announceLater() {
     mainThread_.post([changed = changed_] { changed->announce(); });
+}
+
+void GameData::announceNamesLater() {
+    // As it is now: when the main thread comes to it, the next request may be under way already.
+    mainThread_.post([names = std::weak_ptr(names_), changed = changed_, now = achievements_.snapshot()] {
+        if (const auto alive = names.lock()) alive->loaded(*now.array, now.activeRequests > 0);
+        changed->announce();
+    });
 }
 
 }  // namespace vantor

@@ -7,13 +7,16 @@
 #include <string>
 #include <vector>
 
-#include "platform/Notice.h"
+#include "app/ApiRefusal.h"
 #include "app/TimelineFeed.h"
 #include "data/Catalogue.h"
 #include "data/DataChain.h"
 #include "data/JsonFetchable.h"
 #include "data/WebApi.h"
 #include "platform/MainThread.h"
+#include "platform/Notice.h"
+#include "timers/AchievementNames.h"
+#include "timers/DataState.h"
 
 namespace vantor {
 
@@ -46,26 +49,40 @@ public:
 
     explicit GameData(const Needs& needs);
 
-    // The one load of a run.
+    // The first load of a run.
     void start();
+    // All of it again, with the key that is stored by then: a new key was accepted. What is shown stays until then.
+    void restart();
     // The timeline again from what is loaded; nothing is fetched. Call it when the player asks for it.
     void reloadEvents() { chain_.recompute(); }
     // The timeline again if the zone's offset is another one than it was computed with.
     void followZone();
 
     [[nodiscard]] State state() const;
+    // The same, telling a refused key from a service that is away; of the timers and of the bestiary.
+    [[nodiscard]] DataState timersState() const;
+    [[nodiscard]] DataState bestiaryState() const;
     [[nodiscard]] std::shared_ptr<const Timeline> timeline() const { return feed_.timeline(); }
+    [[nodiscard]] auto beasts() const { return beasts_.snapshot().array; }
+    [[nodiscard]] auto eventsProgress() const { return eventsAchievementsCompletition_.snapshot().array; }
+    [[nodiscard]] auto bestiaryProgress() const { return bestiaryCompletition_.snapshot().array; }
+    // Names of achievements, loaded when they are needed first.
+    [[nodiscard]] AchievementNames& achievementNames() { return *names_; }
     // On the main thread, after a change of the timeline or of the state.
     Subscription observe(Notice::Handler handler) { return changed_->observe(std::move(handler)); }
 
 private:
     [[nodiscard]] bool hasKey() const;
+    [[nodiscard]] DataState whyNothing() const;
     void announceLater();
+    void announceNamesLater();
 
     const Defaults& defaults_;
     MainThread& mainThread_;
     // Shared with what is posted to the main thread and not yet run.
     std::shared_ptr<Notice> changed_ = std::make_shared<Notice>();
+    std::shared_ptr<AchievementNames> names_;
+    ApiRefusal progressSession_;
     bool startedWithKey_ = false;
 
     JsonFetchable<EventsSection> eventsSections_;

@@ -42,6 +42,12 @@ std::string searchAddress(const WebHosts& hosts, const SearchTarget& target, std
 
 std::string gameUpdatesAddress(const WebHosts& hosts) { return hosts.wiki + "/wiki/Game_updates"; }
 
+std::string wikiPageAddress(const WebHosts& hosts, std::string_view title) {
+    std::string name(title);
+    std::replace(name.begin(), name.end(), ' ', '_');
+    return hosts.wiki + "/wiki/" + percentEncoded(name, "/:#(),'!");
+}
+
 std::string lookUpAddress(const WebHosts& hosts, std::string_view name) {
     return hosts.wiki + "/index.php?search=" + percentEncoded(name);
 }

@@ -30,6 +30,8 @@ inline constexpr std::array<SearchTarget, 3> searchTargets = {{
 // Spaces become plus signs and nothing else changes, unless that makes no address: then the term is percent-encoded.
 [[nodiscard]] std::string searchAddress(const WebHosts& hosts, const SearchTarget& target, std::string_view term);
 [[nodiscard]] std::string gameUpdatesAddress(const WebHosts& hosts);
+// A page of the wiki by its title; percent-encoded but for what a title may hold in an address.
+[[nodiscard]] std::string wikiPageAddress(const WebHosts& hosts, std::string_view title);
 // The wiki's search for a name, percent-encoded.
 [[nodiscard]] std::string lookUpAddress(const WebHosts& hosts, std::string_view name);
 

@@ -28,10 +28,51 @@ std::vector<std::int64_t> unlocksOf(const std::vector<BeastCategory>& categories
 }  // namespace
 
 DataChain::DataChain(TaskQueue& queue, ChainLoaders loaders, ComputeTimeline computeTimeline)
-    : queue_(queue), loaders_(loaders), computeTimeline_(std::move(computeTimeline)) {}
+    : queue_(queue), loaders_(loaders), computeTimeline_(std::move(computeTimeline)) {
+    const auto look = [this] {
+        // Later: in the middle of a response the loaders look idle between one step of the chain and the next.
+        if (restartWanted_) queue_.post([this] { restartWhenIdle(); });
+    };
+    loaders_.allCompletedAchievements.onChange(look);
+    loaders_.eventsSections.onChange(look);
+    loaders_.beasts.onChange(look);
+    loaders_.eventsAchievementsCompletition.onChange(look);
+    loaders_.bestiaryCompletition.onChange(look);
+}
 
 void DataChain::start() {
-    loaders_.allCompletedAchievements.fetch({}, [this](Progress progress) {
+    queue_.post([this] { load(); });
+}
+
+void DataChain::restart() {
+    queue_.post([this] {
+        restartWanted_ = true;
+        restartWhenIdle();
+    });
+}
+
+void DataChain::restartWhenIdle() {
+    if (!restartWanted_ || !idle()) return;
+    restartWanted_ = false;
+    empty();
+    load();
+}
+
+bool DataChain::idle() const {
+    return loaders_.allCompletedAchievements.idle() && loaders_.eventsSections.idle() && loaders_.beasts.idle() &&
+           loaders_.eventsAchievementsCompletition.idle() && loaders_.bestiaryCompletition.idle();
+}
+
+void DataChain::empty() {
+    loaders_.allCompletedAchievements.assignNow({});
+    loaders_.eventsAchievementsCompletition.assignNow({});
+    loaders_.bestiaryCompletition.assignNow({});
+    loaders_.eventsSections.assignNow({});
+    loaders_.beasts.assignNow({});
+}
+
+void DataChain::load() {
+    loaders_.allCompletedAchievements.fetchNow({}, [this](Progress progress) {
         loadCatalogue(progress);
         loadBestiary(progress);
         return progress;

@@ -2,7 +2,7 @@
 // The start-up loads and how their results become the application's data: the whole progress first, then, in its
 // completion, catalogue and bestiary, whose completions compute the timeline and cut the progress to what each of them
 // names. A load that does not decode stops the chain at its step. The loaders outlive the chain, the chain the queue's
-// last task.
+// last task. Made before the loaders' first fetch.
 
 #include <functional>
 
@@ -30,18 +30,26 @@ public:
 
     // Any thread.
     void start();
+    // Any thread: the chain once more, from empty loaders and with the key that is stored by then. It begins when every
+    // loader is idle; however often it is asked for meanwhile, it runs once.
+    void restart();
     // Any thread: the timeline again from what is loaded, as one task; nothing is fetched.
     void recompute();
 
 private:
     using Progress = std::vector<AchievementCompletition>;
 
+    void restartWhenIdle();
+    [[nodiscard]] bool idle() const;
+    void empty();
+    void load();
     void loadCatalogue(const Progress& progress);
     void loadBestiary(const Progress& progress);
 
     TaskQueue& queue_;
     ChainLoaders loaders_;
     ComputeTimeline computeTimeline_;
+    bool restartWanted_ = false;  // queue
 };
 
 }  // namespace vantor

@@ -85,8 +85,8 @@ public:
         const std::lock_guard lock(mutex_);
         return published_;
     }
-    // Set before the first fetch; runs on the queue after every change of the snapshot.
-    void onChange(std::function<void()> handler) { changed_ = std::move(handler); }
+    // Added before the first fetch; each runs on the queue after every change of the snapshot.
+    void onChange(std::function<void()> handler) { changed_.push_back(std::move(handler)); }
 
     // Queue: for completions, whose steps happen at once and in order.
     void fetchNow(const std::vector<std::int64_t>& ids, const Completion& completion) {
@@ -115,6 +115,7 @@ public:
         publish();
     }
     [[nodiscard]] const Array& array() const { return *array_; }
+    [[nodiscard]] bool idle() const { return activeRequests_ <= 0; }
 
 private:
     static constexpr std::size_t batchSize = 200;  // the web API's limit of ids in one request
@@ -181,7 +182,7 @@ private:
             const std::lock_guard lock(mutex_);
             published_ = {array_, activeRequests_};
         }
-        if (changed_) changed_();
+        for (const auto& handler : changed_) handler();
     }
 
     LoaderContext context_;
@@ -189,7 +190,7 @@ private:
     std::string fromUrl_;
     bool authenticated_;
     bool arrayEndpoint_;
-    std::function<void()> changed_;
+    std::vector<std::function<void()>> changed_;
 
     std::shared_ptr<const Array> array_ = std::make_shared<const Array>();
     std::int64_t activeRequests_ = 0;

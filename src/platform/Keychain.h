@@ -33,9 +33,9 @@ public:
     // The data of one matching item. A locked store is opened first where the player may be asked for it; after that
     // it can also be written.
     virtual void copyMatching(const KeychainItem& item, Prompt prompt, Copied answer) = 0;
-    // Removes every matching item. May ask the player to open the store.
-    virtual void remove(const KeychainItem& item, Answered answer) = 0;
-    virtual void add(const KeychainItem& item, const std::string& data, Answered answer) = 0;
+    // Removes every matching item, then adds one, with nothing in between. May ask the player to open the store. Where
+    // removing is refused nothing is added.
+    virtual void replace(const KeychainItem& item, const std::string& data, Answered answer) = 0;
     // For the end of the program, dispatching nothing: waits until what was asked so far is done. False when the time
     // ran out.
     [[nodiscard]] virtual bool finish(std::chrono::milliseconds atMost) = 0;

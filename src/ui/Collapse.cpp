@@ -8,8 +8,10 @@
 #include <cmath>
 #include <utility>
 
+#include "ui/AccessibleControl.h"
 #include "ui/ControlState.h"
 #include "ui/Fonts.h"
+#include "ui/GW2ButtonStyle.h"
 #include "ui/Images.h"
 #include "ui/Palette.h"
 #include "ui/States.h"
@@ -18,12 +20,29 @@ namespace vantor {
 
 namespace {
 
-constexpr int arrow = 14;
-constexpr int indent = arrow + 12;
+constexpr int fontSize = 15;
+constexpr int contentGap = 6;  // below the title
 
-class TitleRow final : public QAbstractButton {
+int arrowSize() { return withText(16); }
+int indent() { return arrowSize() + 12; }
+
+// A button that opens and closes.
+class AccessibleTitle final : public AccessibleButton {
+public:
+    explicit AccessibleTitle(QAbstractButton* title) : AccessibleButton(title, QAccessible::Button) {}
+    [[nodiscard]] QAccessible::State state() const override {
+        QAccessible::State state = AccessibleButton::state();
+        state.expandable = true;
+        state.expanded = button().isChecked();
+        state.collapsed = !button().isChecked();
+        return state;
+    }
+};
+
+class TitleRow final : public QAbstractButton, public SelfDescribing {
 public:
     TitleRow(const QString& title, const Motion& opened, QWidget* parent) : QAbstractButton(parent), opened_(opened) {
+        describeControls();
         setText(title);
         setAccessibleName(title);
         setCheckable(true);
@@ -31,15 +50,18 @@ public:
         setFocusPolicy(Qt::TabFocus);
         setCursor(Qt::PointingHandCursor);
     }
+    [[nodiscard]] QAccessibleInterface* makeAccessible() override { return new AccessibleTitle(this); }
     [[nodiscard]] QSize sizeHint() const override {
-        const QFontMetrics metrics(sansFont(15));
-        return {metrics.horizontalAdvance(text()) + indent + 12, metrics.height() + 16};
+        const QFontMetrics metrics(sansFont(fontSize));
+        return {metrics.horizontalAdvance(text()) + indent() + 12, metrics.height() + 16};
     }
 
 protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
         const ControlState state = ControlState::of(*this);
+        const int arrow = arrowSize();
+        if (!state.enabled) painter.setOpacity(disabledOpacity);
         if (state.hovered) paintHover(painter, rect());
         painter.save();
         painter.setRenderHint(QPainter::SmoothPixmapTransform);
@@ -48,10 +70,10 @@ protected:
         painter.drawPixmap(QPointF(-arrow / 2.0, -arrow / 2.0),
                            image(QStringLiteral("chevron.right"), {arrow, arrow}, devicePixelRatioF()));
         painter.restore();
-        painter.setFont(sansFont(15));
+        painter.setFont(sansFont(fontSize));
         painter.setPen(state.hovered || isChecked() ? palette::gold : palette::warmWhite);
-        painter.drawText(rect().adjusted(indent, 0, -6, 0), Qt::AlignVCenter | Qt::AlignLeft,
-                         QFontMetrics(painter.font()).elidedText(text(), Qt::ElideRight, width() - indent - 6));
+        painter.drawText(rect().adjusted(indent(), 0, -6, 0), Qt::AlignVCenter | Qt::AlignLeft,
+                         QFontMetrics(painter.font()).elidedText(text(), Qt::ElideRight, width() - indent() - 6));
         painter.fillRect(QRect(0, height() - 1, width(), 1), palette::withAlpha(palette::line, 0.14));
         if (state.focused) paintFocusRing(painter, QRectF(rect()).adjusted(3, 3, -3, -3));
     }
@@ -101,6 +123,10 @@ void Collapse::setContent(QWidget* content) {
 void Collapse::setExpanded(bool expanded) {
     title_->setChecked(expanded);
     if (std::exchange(expanded_, expanded) == expanded) return;
+    QAccessible::State changed;
+    changed.expanded = true;
+    QAccessibleStateChangeEvent told(title_, changed);
+    QAccessible::updateAccessibility(&told);
     if (isVisible())
         opened_.moveTo(expanded ? 1 : 0);
     else
@@ -119,16 +145,16 @@ int Collapse::contentHeight(int width) const {
 
 int Collapse::heightForWidth(int width) const {
     const double open = std::max(0.0, opened_.value());
-    return title_->sizeHint().height() + static_cast<int>(std::lround(contentHeight(width - indent) * open));
+    return title_->sizeHint().height() + static_cast<int>(std::lround((contentHeight(width - indent()) + contentGap) * open));
 }
 
 QSize Collapse::sizeHint() const {
-    const int content = content_ ? content_->sizeHint().width() + indent : 0;
+    const int content = content_ ? content_->sizeHint().width() + indent() : 0;
     const int width = std::max(title_->sizeHint().width(), content);
-    return {width, heightForWidth(this->width() > indent ? this->width() : width)};
+    return {width, heightForWidth(this->width() > indent() ? this->width() : width)};
 }
 
-QSize Collapse::minimumSizeHint() const { return {120, title_->sizeHint().height()}; }
+QSize Collapse::minimumSizeHint() const { return {withText(120), title_->sizeHint().height()}; }
 
 void Collapse::arrange() {
     const int top = title_->sizeHint().height();
@@ -136,8 +162,8 @@ void Collapse::arrange() {
     const int shown = heightForWidth(width()) - top;
     // What is closed is not there for the keyboard either.
     clip_->setVisible(shown > 0);
-    clip_->setGeometry(indent, top, std::max(0, width() - indent), shown);
-    if (content_) content_->setGeometry(0, 0, clip_->width(), contentHeight(clip_->width()));
+    clip_->setGeometry(indent(), top, std::max(0, width() - indent()), shown);
+    if (content_) content_->setGeometry(0, contentGap, clip_->width(), contentHeight(clip_->width()));
     title_->update();
     setFixedHeight(top + shown);
 }

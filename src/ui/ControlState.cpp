@@ -8,18 +8,27 @@ namespace vantor {
 namespace {
 
 constexpr const char* byKeyboard = "focusByKeyboard";
+// For pictures: a list of the states to show, such as "hovered", whatever the pointer and the keyboard do.
+constexpr const char* shown = "controlState";
+
+bool shows(const QWidget& control, const QString& state) {
+    const QVariant states = control.property(shown);
+    return states.isValid() && states.toStringList().contains(state);
+}
 
 }  // namespace
 
 ControlState ControlState::of(const QWidget& control) {
-    return {.hovered = control.isEnabled() && control.underMouse(),
-            .focused = control.hasFocus() && control.property(byKeyboard).toBool(),
+    return {.hovered = (control.isEnabled() && control.underMouse()) || shows(control, QStringLiteral("hovered")),
+            .pressed = shows(control, QStringLiteral("pressed")),
+            .focused = (control.hasFocus() && control.property(byKeyboard).toBool()) ||
+                       shows(control, QStringLiteral("focused")),
             .enabled = control.isEnabled()};
 }
 
 ControlState ControlState::of(const QAbstractButton& button) {
     ControlState state = of(static_cast<const QWidget&>(button));
-    state.pressed = button.isDown();
+    state.pressed = state.pressed || button.isDown();
     state.checked = button.isChecked();
     return state;
 }

@@ -1,16 +1,19 @@
 #pragma once
-// Lining, tabular figures of a face: reads the face's own table of glyph substitutions, since the toolkit cannot ask
-// for font features. Main thread.
+// Lining, tabular figures of a face. The toolkit cannot ask a face for them, so the face is told before it is registered
+// that they are what it always sets. Main thread.
 
-#include <QtGui/QRawFont>
+#include <QtCore/QByteArray>
+#include <QtCore/QPointF>
+#include <QtCore/QString>
 
+class QFont;
 class QPainter;
 
 namespace vantor {
 
-// The glyph that the feature, such as "lnum", puts in place of this one; the same one where it changes nothing or the
-// table is damaged. The table's form: OpenType, GSUB, single substitutions.
-[[nodiscard]] quint32 substitutedGlyph(const QByteArray& table, const char* feature, quint32 glyph);
+// The face with its features "lnum" and "tnum" under names that every text is set with; the same bytes where it has no
+// such features or is damaged. The form: OpenType, the feature list of the table GSUB.
+[[nodiscard]] QByteArray withLiningFigures(QByteArray face);
 
 // One line of a time such as "20:45", ending at `right` on the base line, in the painter's pen.
 void drawFigures(QPainter& painter, const QFont& font, QPointF rightOnBaseLine, const QString& text);

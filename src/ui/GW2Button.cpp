@@ -22,6 +22,7 @@ GW2Button::GW2Button(const QString& text, QWidget* parent)
 
 GW2Button::GW2Button(const QString& text, QString image, GW2ButtonStyle::Kind kind, QWidget* parent)
     : QAbstractButton(parent), style_(kind), image_(std::move(image)) {
+    describeControls();
     setText(text);
     setAccessibleName(text);
     setAttribute(Qt::WA_Hover);

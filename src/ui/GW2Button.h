@@ -3,11 +3,12 @@
 
 #include <QtWidgets/QAbstractButton>
 
+#include "ui/AccessibleControl.h"
 #include "ui/GW2ButtonStyle.h"
 
 namespace vantor {
 
-class GW2Button : public QAbstractButton {
+class GW2Button : public QAbstractButton, public SelfDescribing {
 public:
     GW2Button(const QString& text, QWidget* parent);
     GW2Button(const QString& text, QString image, GW2ButtonStyle::Kind kind, QWidget* parent);
@@ -15,6 +16,9 @@ public:
     // Smaller: for what stands beside something more important.
     void setFootnote(bool footnote);
 
+    [[nodiscard]] QAccessibleInterface* makeAccessible() override {
+        return new AccessibleButton(this, QAccessible::Button);
+    }
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
 

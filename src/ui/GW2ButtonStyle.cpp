@@ -55,7 +55,7 @@ void GW2ButtonStyle::paintGround(QPainter& painter, const QRectF& frame, const C
 }
 
 QColor GW2ButtonStyle::textColour(const ControlState& state) const {
-    if (kind_ == Kind::primary) return QColor(0xFF, 0xF3, 0xD6);
+    if (kind_ == Kind::primary) return palette::onRed;
     return state.hovered || state.pressed ? palette::gold : palette::warmWhite;
 }
 

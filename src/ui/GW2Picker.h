@@ -1,19 +1,20 @@
 #pragma once
 // One choice of several. Its list opens inside the window, since another window would take the focus. Main thread.
 
-#include <QtCore/QPointer>
 #include <QtWidgets/QWidget>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
 
+#include "ui/AccessibleControl.h"
 #include "ui/GW2PickerOption.h"
+#include "ui/ListPopup.h"
 #include "ui/SettingBinding.h"
 
 namespace vantor {
 
-class GW2Picker : public QWidget {
+class GW2Picker : public QWidget, public SelfDescribing {
 public:
     // `name` is what a screen reader says.
     GW2Picker(const QString& name, QWidget* parent);
@@ -34,6 +35,10 @@ public:
     void close();
     [[nodiscard]] bool isOpen() const { return list_ != nullptr; }
 
+    // What it shows: the choice, or the placeholder.
+    [[nodiscard]] QString shownText() const;
+
+    [[nodiscard]] QAccessibleInterface* makeAccessible() override;
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
 
@@ -47,14 +52,14 @@ protected:
     void hideEvent(QHideEvent* event) override;
 
 private:
-    class List;
     void take(std::size_t index);
-    [[nodiscard]] QString shownText() const;
+    void show(std::optional<std::size_t> index);
 
     std::vector<GW2PickerOption> options_;
     std::optional<std::size_t> chosen_;
     QString placeholder_;
-    QPointer<QWidget> list_;
+    bool ringBefore_ = false;  // it was opened by a key
+    QPointer<ListPopup> list_;
     std::function<void(const GW2PickerOption&)> handler_;
     std::unique_ptr<SettingBinding<std::string>> binding_;
 };

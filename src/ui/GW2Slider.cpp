@@ -19,10 +19,36 @@ namespace vantor {
 
 namespace {
 
-constexpr double knob = 16;
+constexpr int knobSize = 16;
 constexpr int labelGap = 12;
 constexpr int labelFont = 13;
 constexpr int valueFont = 17;
+
+double knob() { return withText(knobSize); }
+
+class AccessibleSlider final : public QAccessibleWidget, public QAccessibleValueInterface {
+public:
+    explicit AccessibleSlider(GW2Slider& slider)
+        : QAccessibleWidget(&slider, QAccessible::Slider), slider_(slider) {}
+
+    [[nodiscard]] void* interface_cast(QAccessible::InterfaceType type) override {
+        if (type == QAccessible::ValueInterface) return static_cast<QAccessibleValueInterface*>(this);
+        return QAccessibleWidget::interface_cast(type);
+    }
+    [[nodiscard]] QString text(QAccessible::Text kind) const override {
+        return kind == QAccessible::Value ? slider_.shownText() : QAccessibleWidget::text(kind);
+    }
+    [[nodiscard]] QVariant currentValue() const override { return slider_.shownValue(); }
+    void setCurrentValue(const QVariant& value) override { slider_.setShownValue(value.toDouble()); }
+    [[nodiscard]] QVariant minimumValue() const override { return slider_.from(); }
+    [[nodiscard]] QVariant maximumValue() const override {
+        return slider_.from() + slider_.maximum() * slider_.step();
+    }
+    [[nodiscard]] QVariant minimumStepSize() const override { return slider_.step(); }
+
+private:
+    GW2Slider& slider_;
+};
 
 }  // namespace
 
@@ -34,6 +60,7 @@ GW2Slider::GW2Slider(const QString& name, double from, double to, double step, Q
       startLabel_(std::move(startLabel)),
       endLabel_(std::move(endLabel)),
       text_([](double value) { return QString::number(value); }) {
+    describeControls();
     setAccessibleName(name);
     setOrientation(Qt::Horizontal);
     setRange(0, static_cast<int>(std::lround((to - from) / step)));
@@ -51,13 +78,19 @@ void GW2Slider::bind(Defaults& defaults, std::string_view key, double byDefault)
     binding_->observe([this](double value) { show(value); });
 }
 
+int GW2Slider::stepOf(double shown) const {
+    const double steps = (shown - from_) / step_;
+    return static_cast<int>(
+        std::lround(std::clamp(steps, static_cast<double>(minimum()), static_cast<double>(maximum()))));
+}
+
 double GW2Slider::shownValue() const { return from_ + value() * step_; }
+
+void GW2Slider::setShownValue(double value) { setValue(stepOf(value)); }
 
 void GW2Slider::show(double stored) {
     const bool before = std::exchange(showing_, true);
-    const double steps =
-        std::clamp((stored - from_) / step_, static_cast<double>(minimum()), static_cast<double>(maximum()));
-    setValue(static_cast<int>(std::lround(steps)));
+    setValue(stepOf(stored));
     showing_ = before;
     update();
 }
@@ -68,16 +101,16 @@ void GW2Slider::setValueText(std::function<QString(double)> text) {
 }
 
 QSize GW2Slider::sizeHint() const {
-    return {300, QFontMetrics(serifFont(valueFont)).height() + static_cast<int>(knob) + 10};
+    return {withText(300), QFontMetrics(serifFont(valueFont)).height() + withText(knobSize) + 10};
 }
 
-QSize GW2Slider::minimumSizeHint() const { return {180, sizeHint().height()}; }
+QSize GW2Slider::minimumSizeHint() const { return {withText(180), sizeHint().height()}; }
 
 QRectF GW2Slider::groove() const {
     const QFontMetrics metrics(sansFont(labelFont));
-    const double left = metrics.horizontalAdvance(startLabel_) + labelGap + knob / 2 + 3;
-    const double right = metrics.horizontalAdvance(endLabel_) + labelGap + knob / 2 + 3;
-    const double middle = height() - knob / 2 - 5;
+    const double left = metrics.horizontalAdvance(startLabel_) + labelGap + knob() / 2 + 3;
+    const double right = metrics.horizontalAdvance(endLabel_) + labelGap + knob() / 2 + 3;
+    const double middle = height() - knob() / 2 - 5;
     return {left, middle - 2, width() - left - right, 4};
 }
 
@@ -91,12 +124,12 @@ void GW2Slider::paintEvent(QPaintEvent*) {
 
     painter.setFont(sansFont(labelFont));
     painter.setPen(palette::sand);
-    const QRectF labels(3, line.center().y() - 12, width() - 6, 24);
+    const QRectF labels(3, line.center().y() - withText(12), width() - 6, withText(24));
     painter.drawText(labels, Qt::AlignLeft | Qt::AlignVCenter, startLabel_);
     painter.drawText(labels, Qt::AlignRight | Qt::AlignVCenter, endLabel_);
 
     painter.setPen(QPen(palette::withAlpha(palette::gold, 0.25), 1));
-    painter.setBrush(QColor(0x0E, 0x0B, 0x09));
+    painter.setBrush(palette::fieldInk);
     painter.drawRoundedRect(line, 2, 2);
     painter.setPen(Qt::NoPen);
     painter.setBrush(palette::strokeLight);
@@ -108,9 +141,9 @@ void GW2Slider::paintEvent(QPaintEvent*) {
         painter.drawEllipse(QPointF(x, line.center().y()), 1.4, 1.4);
     }
 
-    const QRectF place(at - knob / 2, line.center().y() - knob / 2, knob, knob);
-    QRadialGradient light(place.center() - QPointF(0, 4), knob);
-    const QColor face = state.hovered || isSliderDown() ? palette::gold.lighter(106) : palette::gold.darker(108);
+    const QRectF place(at - knob() / 2, line.center().y() - knob() / 2, knob(), knob());
+    QRadialGradient light(place.center() - QPointF(0, 4), knob());
+    const QColor face = state.hovered || state.pressed || isSliderDown() ? palette::gold.lighter(106) : palette::gold.darker(108);
     light.setColorAt(0, face);
     light.setColorAt(1, face.darker(160));
     painter.setPen(QPen(QColor(0x12, 0x0E, 0x0B), 1));
@@ -166,5 +199,7 @@ void GW2Slider::tell() {
     if (binding_) binding_->set(shownValue());
     if (changed_) changed_(shownValue());
 }
+
+QAccessibleInterface* GW2Slider::makeAccessible() { return new AccessibleSlider(*this); }
 
 }  // namespace vantor

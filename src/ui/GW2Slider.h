@@ -5,12 +5,12 @@
 #include <functional>
 #include <memory>
 
-#include "ui/Motion.h"
+#include "ui/AccessibleControl.h"
 #include "ui/SettingBinding.h"
 
 namespace vantor {
 
-class GW2Slider : public QAbstractSlider {
+class GW2Slider : public QAbstractSlider, public SelfDescribing {
 public:
     GW2Slider(const QString& name, double from, double to, double step, QString startLabel, QString endLabel,
               QWidget* parent);
@@ -22,6 +22,13 @@ public:
     // How the value reads; as a plain number at first.
     void setValueText(std::function<QString(double)> text);
 
+    [[nodiscard]] QString shownText() const { return text_(shownValue()); }
+    // As a screen reader may ask for it: to the nearest step.
+    void setShownValue(double value);
+    [[nodiscard]] double from() const { return from_; }
+    [[nodiscard]] double step() const { return step_; }
+
+    [[nodiscard]] QAccessibleInterface* makeAccessible() override;
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
 
@@ -36,6 +43,7 @@ protected:
 
 private:
     [[nodiscard]] QRectF groove() const;
+    [[nodiscard]] int stepOf(double shown) const;
     void show(double value);
     void moveTo(double x);
     void tell();

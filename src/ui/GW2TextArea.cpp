@@ -1,7 +1,8 @@
 #include "ui/GW2TextArea.h"
 
-#include <QtCore/QEvent>
+#include <QtGui/QContextMenuEvent>
 
+#include "ui/FieldMenu.h"
 #include "ui/Fonts.h"
 #include "ui/GW2ButtonStyle.h"
 #include "ui/SlimScrollBar.h"
@@ -35,7 +36,7 @@ bool GW2TextArea::event(QEvent* event) {
     if (event->type() == QEvent::Paint) {
         QPainter painter(this);
         ControlState state = ControlState::of(*this);
-        state.focused = hasFocus();
+        state.focused = state.focused || hasFocus();
         if (!state.enabled) painter.setOpacity(disabledOpacity);
         style_.paintGround(painter, QRectF(rect()).adjusted(ringRoom, ringRoom, -ringRoom, -ringRoom), state);
         return true;
@@ -44,6 +45,8 @@ bool GW2TextArea::event(QEvent* event) {
     return QPlainTextEdit::event(event);
 }
 
-void GW2TextArea::contextMenuEvent(QContextMenuEvent*) {}
+void GW2TextArea::contextMenuEvent(QContextMenuEvent* event) {
+    openFieldMenu(*this, viewport()->mapTo(this, event->pos()));
+}
 
 }  // namespace vantor

@@ -1,8 +1,10 @@
 #include "ui/GW2TextField.h"
 
+#include <QtGui/QContextMenuEvent>
 #include <QtGui/QFontMetrics>
 #include <utility>
 
+#include "ui/FieldMenu.h"
 #include "ui/Fonts.h"
 #include "ui/GW2ButtonStyle.h"
 #include "ui/Images.h"
@@ -14,7 +16,7 @@ namespace {
 
 constexpr int ringRoom = 3;
 constexpr int fontSize = 14;
-constexpr int imageSize = 16;
+int imageSize() { return withText(16); }
 
 }  // namespace
 
@@ -66,13 +68,13 @@ void GW2TextField::bind(Defaults& defaults, std::string_view key, std::string by
 }
 
 void GW2TextField::fitMargins() {
-    setTextMargins(ringRoom + (leadingImage_.isEmpty() ? 7 : imageSize + 13), ringRoom,
+    setTextMargins(ringRoom + (leadingImage_.isEmpty() ? 7 : imageSize() + 13), ringRoom,
                    ringRoom + (clear_ ? clear_->width() : 7), ringRoom);
 }
 
-QSize GW2TextField::sizeHint() const { return {220, QFontMetrics(font()).height() + 14 + 2 * ringRoom}; }
+QSize GW2TextField::sizeHint() const { return {withText(220), QFontMetrics(font()).height() + 14 + 2 * ringRoom}; }
 
-QSize GW2TextField::minimumSizeHint() const { return {100, sizeHint().height()}; }
+QSize GW2TextField::minimumSizeHint() const { return {withText(100), sizeHint().height()}; }
 
 void GW2TextField::resizeEvent(QResizeEvent* event) {
     QLineEdit::resizeEvent(event);
@@ -83,17 +85,16 @@ void GW2TextField::paintEvent(QPaintEvent* event) {
     {
         QPainter painter(this);
         ControlState state = ControlState::of(*this);
-        state.focused = hasFocus();
+        state.focused = state.focused || hasFocus();
         if (!state.enabled) painter.setOpacity(disabledOpacity);
         style_.paintGround(painter, QRectF(rect()).adjusted(ringRoom, ringRoom, -ringRoom, -ringRoom), state);
         if (!leadingImage_.isEmpty())
-            painter.drawPixmap(ringRoom + 9, (height() - imageSize) / 2,
-                               image(leadingImage_, {imageSize, imageSize}, devicePixelRatioF()));
+            painter.drawPixmap(ringRoom + 9, (height() - imageSize()) / 2,
+                               image(leadingImage_, {imageSize(), imageSize()}, devicePixelRatioF()));
     }
     QLineEdit::paintEvent(event);
 }
 
-// The toolkit's own menu is a grey window of its own, which would take the focus from the overlay.
-void GW2TextField::contextMenuEvent(QContextMenuEvent*) {}
+void GW2TextField::contextMenuEvent(QContextMenuEvent* event) { openFieldMenu(*this, event->pos()); }
 
 }  // namespace vantor

@@ -2,6 +2,7 @@
 
 #include <QtGui/QLinearGradient>
 
+#include "ui/GW2ButtonStyle.h"
 #include "ui/Palette.h"
 #include "ui/States.h"
 
@@ -12,7 +13,7 @@ void GW2TextFieldStyle::paintGround(QPainter& painter, const QRectF& frame, cons
     painter.setRenderHint(QPainter::Antialiasing);
     const QRectF inside = frame.adjusted(0.5, 0.5, -0.5, -0.5);
     painter.setPen(QPen(palette::withAlpha(palette::gold, state.hovered ? 0.5 : 0.28), 1));
-    painter.setBrush(QColor(0x0E, 0x0B, 0x09));
+    painter.setBrush(palette::fieldInk);
     painter.drawRoundedRect(inside, 3, 3);
     // Light from above: the upper edge lies in the shadow.
     QLinearGradient shadow(inside.topLeft(), inside.topLeft() + QPointF(0, 6));
@@ -32,7 +33,10 @@ QPalette GW2TextFieldStyle::colours() {
     colours.setColor(QPalette::Base, QColor(0, 0, 0, 0));
     colours.setColor(QPalette::Window, QColor(0, 0, 0, 0));
     colours.setColor(QPalette::Highlight, palette::strokeLight);
-    colours.setColor(QPalette::HighlightedText, QColor(0xFF, 0xF6, 0xE0));
+    colours.setColor(QPalette::HighlightedText, palette::onRed);
+    for (const QPalette::ColorRole role : {QPalette::Text, QPalette::PlaceholderText})
+        colours.setColor(QPalette::Disabled, role,
+                         palette::withAlpha(colours.color(QPalette::Active, role), disabledOpacity));
     return colours;
 }
 

@@ -22,13 +22,15 @@ int textLeft() { return ringRoom + GW2ToggleStyle::size().width() + gap; }
 
 GW2Toggle::GW2Toggle(const QString& text, QWidget* parent)
     : QAbstractButton(parent), position_(this, springs::quick, [this](double) { update(); }) {
+    describeControls();
     setText(text);
     setAccessibleName(text);
     setCheckable(true);
     setAttribute(Qt::WA_Hover);
     setFocusPolicy(Qt::TabFocus);
     setCursor(Qt::PointingHandCursor);
-    QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    // It grows by the lines of its text; a fixed height would cut them.
+    QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Minimum);
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
     QObject::connect(this, &QAbstractButton::toggled, this, [this](bool on) { position_.moveTo(on ? 1 : 0); });
@@ -52,11 +54,11 @@ QSize GW2Toggle::sizeHint() const {
             std::max(metrics.height(), GW2ToggleStyle::size().height()) + 2 * ringRoom};
 }
 
-QSize GW2Toggle::minimumSizeHint() const { return {textLeft() + 120, sizeHint().height()}; }
+QSize GW2Toggle::minimumSizeHint() const { return {textLeft() + withText(120), sizeHint().height()}; }
 
 int GW2Toggle::heightForWidth(int width) const {
     const QRect room(0, 0, std::max(1, width - textLeft() - ringRoom), 10'000);
-    const int height = QFontMetrics(sansFont(fontSize)).boundingRect(room, Qt::TextWordWrap, text()).height();
+    const int height = QFontMetrics(sansFont(fontSize)).boundingRect(room, wrapping, text()).height();
     return std::max(height + 2 * ringRoom, sizeHint().height());
 }
 

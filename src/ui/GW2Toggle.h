@@ -4,19 +4,23 @@
 #include <QtWidgets/QAbstractButton>
 #include <memory>
 
+#include "ui/AccessibleControl.h"
 #include "ui/GW2ToggleStyle.h"
 #include "ui/Motion.h"
 #include "ui/SettingBinding.h"
 
 namespace vantor {
 
-class GW2Toggle : public QAbstractButton {
+class GW2Toggle : public QAbstractButton, public SelfDescribing {
 public:
     GW2Toggle(const QString& text, QWidget* parent);
 
     // Shows the setting, follows it, and stores each change at once.
     void bind(Defaults& defaults, std::string_view key, bool byDefault);
 
+    [[nodiscard]] QAccessibleInterface* makeAccessible() override {
+        return new AccessibleButton(this, QAccessible::CheckBox);
+    }
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
     [[nodiscard]] bool hasHeightForWidth() const override { return true; }

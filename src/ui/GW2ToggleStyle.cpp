@@ -3,6 +3,7 @@
 #include <QtGui/QRadialGradient>
 #include <algorithm>
 
+#include "ui/Fonts.h"
 #include "ui/Palette.h"
 #include "ui/States.h"
 
@@ -17,6 +18,8 @@ QColor between(const QColor& from, const QColor& to, double position) {
 }
 
 }  // namespace
+
+QSize GW2ToggleStyle::size() { return {withText(38), withText(20)}; }
 
 void GW2ToggleStyle::paint(QPainter& painter, const QRectF& frame, const ControlState& state, double position) const {
     painter.save();

@@ -9,7 +9,7 @@ namespace vantor {
 
 class GW2ToggleStyle {
 public:
-    [[nodiscard]] static QSize size() { return {38, 20}; }
+    [[nodiscard]] static QSize size();
     // `position`: 0 off, 1 on, between while it moves.
     void paint(QPainter& painter, const QRectF& frame, const ControlState& state, double position) const;
 };

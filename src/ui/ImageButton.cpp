@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "ui/ControlState.h"
+#include "ui/Fonts.h"
 #include "ui/GW2ButtonStyle.h"
 #include "ui/Images.h"
 #include "ui/States.h"
@@ -19,6 +20,7 @@ constexpr int side = 5;  // between the image and the control's edge
 
 ImageButton::ImageButton(QString imageName, QString hoverImage, const QString& name, QWidget* parent)
     : QAbstractButton(parent), image_(std::move(imageName)), hoverImage_(std::move(hoverImage)) {
+    describeControls();
     setAccessibleName(name);
     setToolTip(name);
     setAttribute(Qt::WA_Hover);
@@ -43,8 +45,15 @@ void ImageButton::setQuiet(bool quiet) {
     update();
 }
 
+void ImageButton::setGround(QString image) {
+    ground_ = std::move(image);
+    update();
+}
+
+int ImageButton::pictureSize() const { return withText(imageSize_); }
+
 QSize ImageButton::sizeHint() const {
-    const int whole = imageSize_ + 2 * (side + ringRoom);
+    const int whole = pictureSize() + 2 * (side + ringRoom);
     return {whole, whole};
 }
 
@@ -54,11 +63,19 @@ void ImageButton::paintEvent(QPaintEvent*) {
     if (!state.enabled) painter.setOpacity(disabledOpacity);
     const QRectF ground =
         QRectF(rect()).adjusted(ringRoom, ringRoom, -ringRoom, -ringRoom).translated(0, state.pressed ? 1 : 0);
-    if (!quiet_ || state.pressed)
-        painter.fillRect(ground, state.pressed ? QColor(0x0A, 0x07, 0x06) : QColor(0x14, 0x0E, 0x0B));
-    if (state.hovered) paintHover(painter, ground);
-    const QPixmap picture = image(state.hovered ? hoverImage_ : image_, {imageSize_, imageSize_}, devicePixelRatioF());
-    painter.drawPixmap(ground.center() - QPointF(imageSize_, imageSize_) / 2, picture);
+    if (!ground_.isEmpty()) {
+        const QSize whole = ground.size().toSize();
+        for (const QString& layer : {ground_, state.hovered ? hoverImage_ : image_})
+            painter.drawPixmap(ground.topLeft(), image(layer, whole, devicePixelRatioF()));
+        if (state.focused) paintFocusRing(painter, ground);
+        return;
+    }
+    ControlState bare = state;
+    bare.focused = false;
+    GW2ButtonStyle(quiet_ ? GW2ButtonStyle::Kind::quiet : GW2ButtonStyle::Kind::standard)
+        .paintGround(painter, ground, bare);
+    const QPixmap picture = image(state.hovered ? hoverImage_ : image_, {pictureSize(), pictureSize()}, devicePixelRatioF());
+    painter.drawPixmap(ground.center() - QPointF(pictureSize(), pictureSize()) / 2, picture);
     if (state.focused) paintFocusRing(painter, ground);
 }
 

@@ -4,19 +4,26 @@
 #include <QtCore/QString>
 #include <QtWidgets/QAbstractButton>
 
+#include "ui/AccessibleControl.h"
+
 namespace vantor {
 
-class ImageButton : public QAbstractButton {
+class ImageButton : public QAbstractButton, public SelfDescribing {
 public:
     // `hoverImage` is shown while the pointer is over it. `name` is what a screen reader says, and the tool tip.
     ImageButton(QString imageName, QString hoverImage, const QString& name, QWidget* parent);
 
     void setImages(QString imageName, QString hoverImage);
-    // Of the image; the control is 10 px wider. 20 at first.
+    // Of the image, at the text scale of 1; the control is 16 px wider. 20 at first.
     void setImageSize(int pixels);
     // Without a ground of its own.
     void setQuiet(bool quiet);
+    // On a drawn ground; the images then fill it.
+    void setGround(QString image);
 
+    [[nodiscard]] QAccessibleInterface* makeAccessible() override {
+        return new AccessibleButton(this, QAccessible::Button);
+    }
     [[nodiscard]] QSize sizeHint() const override;
 
 protected:
@@ -26,8 +33,11 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
+    [[nodiscard]] int pictureSize() const;
+
     QString image_;
     QString hoverImage_;
+    QString ground_;
     int imageSize_ = 20;
     bool quiet_ = false;
 };

@@ -45,7 +45,7 @@ void NotificationBadge::paint(QPainter& painter, QPointF centre, const QString& 
     painter.setBrush(palette::strokeLight);
     painter.drawRoundedRect(frame.adjusted(0.5, 0.5, -0.5, -0.5), size.height() / 2, size.height() / 2);
     painter.setFont(badgeFont());
-    painter.setPen(QColor(0xFF, 0xF3, 0xD6));
+    painter.setPen(palette::onRed);
     painter.drawText(frame, Qt::AlignCenter, text);
     painter.restore();
 }

@@ -22,10 +22,10 @@ void QuietText::paintEvent(QPaintEvent*) {
     const int middle = height() * 2 / 5;
     painter.setFont(serifFont(27));
     painter.setPen(palette::gold);
-    painter.drawText(QRect(32, middle - 44, width() - 64, 40), Qt::AlignHCenter | Qt::AlignBottom, title_);
+    painter.drawText(QRect(32, middle - withText(44), width() - 64, withText(40)), Qt::AlignHCenter | Qt::AlignBottom, title_);
     painter.setFont(sansFont(14));
     painter.setPen(palette::sand);
-    painter.drawText(QRect(32, middle + 8, width() - 64, 80), Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap,
+    painter.drawText(QRect(32, middle + withText(8), width() - 64, height() - middle - withText(8)), Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap,
                      sentence_);
 }
 

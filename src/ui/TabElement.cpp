@@ -19,17 +19,19 @@ namespace vantor {
 
 namespace {
 
-constexpr int rowHeight = 42;
-constexpr int columnHeight = 38;
-constexpr int imageSize = 20;
+int rowHeight() { return withText(42); }
+int columnHeight() { return withText(38); }
+int imageSize() { return withText(20); }
 constexpr int imageGap = 7;
 constexpr int badgeGap = 6;
+constexpr int textMargin = 4;  // at the least, between the text and the tab's edges
 constexpr int fontSize = 14;
 
 }  // namespace
 
 TabElement::TabElement(const QString& text, QString image, QWidget* parent)
     : QAbstractButton(parent), image_(std::move(image)) {
+    describeControls();
     setText(text);
     setAccessibleName(text);
     setCheckable(true);
@@ -52,17 +54,21 @@ void TabElement::setColumn(bool column) {
 }
 
 int TabElement::contentWidth() const {
-    const int picture = image_.isEmpty() ? 0 : imageSize + imageGap;
+    const int picture = image_.isEmpty() ? 0 : imageSize() + imageGap;
     const int badge = badge_.isEmpty() ? 0 : NotificationBadge::sizeOf(badge_).width() + badgeGap;
     return QFontMetrics(sansFont(fontSize)).horizontalAdvance(text()) + picture + badge;
 }
 
 QSize TabElement::sizeHint() const {
-    const int height = std::max(column_ ? columnHeight : rowHeight, QFontMetrics(sansFont(fontSize)).height() + 18);
+    const int height = std::max(column_ ? columnHeight() : rowHeight(), QFontMetrics(sansFont(fontSize)).height() + 18);
     return {contentWidth() + 30, height};
 }
 
-QSize TabElement::minimumSizeHint() const { return {contentWidth() + 8, sizeHint().height()}; }
+// Where there is no room for the text, the image still says which tab it is.
+QSize TabElement::minimumSizeHint() const {
+    const int picture = image_.isEmpty() ? withText(48) : imageSize();
+    return {picture + 2 * textMargin, sizeHint().height()};
+}
 
 void TabElement::paintMark(QPainter& painter) const {
     if (column_) {
@@ -89,18 +95,21 @@ void TabElement::paintEvent(QPaintEvent*) {
     if (state.checked) paintMark(painter);
 
     const int down = state.pressed ? 1 : 0;
-    int left = column_ ? 16 : (width() - contentWidth()) / 2;
+    int left = column_ ? 16 : std::max(textMargin, (width() - contentWidth()) / 2);
     if (!image_.isEmpty()) {
         const QString name = state.checked ? image_ + QStringLiteral(".selected") : image_;
-        painter.drawPixmap(left, (height() - imageSize) / 2 + down,
-                           image(name, {imageSize, imageSize}, devicePixelRatioF()));
-        left += imageSize + imageGap;
+        painter.drawPixmap(left, (height() - imageSize()) / 2 + down,
+                           image(name, {imageSize(), imageSize()}, devicePixelRatioF()));
+        left += imageSize() + imageGap;
     }
     painter.setFont(sansFont(fontSize));
     painter.setPen(state.checked ? palette::gold : state.hovered ? palette::warmWhite : palette::sand.lighter(112));
-    painter.drawText(rect().adjusted(left, down, 0, down), Qt::AlignVCenter | Qt::AlignLeft, text());
+    const int badge = badge_.isEmpty() ? 0 : NotificationBadge::sizeOf(badge_).width() + badgeGap;
+    const QString shown =
+        QFontMetrics(painter.font()).elidedText(text(), Qt::ElideRight, width() - left - badge - textMargin);
+    painter.drawText(rect().adjusted(left, down, 0, down), Qt::AlignVCenter | Qt::AlignLeft, shown);
     if (!badge_.isEmpty()) {
-        left += QFontMetrics(painter.font()).horizontalAdvance(text()) + badgeGap;
+        left += QFontMetrics(painter.font()).horizontalAdvance(shown) + badgeGap;
         NotificationBadge::paint(
             painter, QPointF(left + NotificationBadge::sizeOf(badge_).width() / 2.0, height() / 2.0 + down), badge_);
     }

@@ -4,9 +4,11 @@
 #include <QtCore/QString>
 #include <QtWidgets/QAbstractButton>
 
+#include "ui/AccessibleControl.h"
+
 namespace vantor {
 
-class TabElement : public QAbstractButton {
+class TabElement : public QAbstractButton, public SelfDescribing {
 public:
     // The image's other state is named with ".selected".
     TabElement(const QString& text, QString image, QWidget* parent);
@@ -17,6 +19,9 @@ public:
     // In a column the chosen tab is marked at its left edge, else below.
     void setColumn(bool column);
 
+    [[nodiscard]] QAccessibleInterface* makeAccessible() override {
+        return new AccessibleButton(this, QAccessible::PageTab);
+    }
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
 

@@ -1,10 +1,10 @@
 #include "ui/Tabber.h"
 
-#include <QtGui/QKeyEvent>
 #include <QtGui/QPainter>
 #include <utility>
 
 #include "ui/Palette.h"
+#include "ui/TabKeys.h"
 
 namespace vantor {
 
@@ -66,20 +66,11 @@ void Tabber::select(int position) {
     if (std::exchange(selected_, position) != position && handler_) handler_(position);
 }
 
-// Arrows along the strip, its ends with Home and End; the other arrows are not ours.
 void Tabber::keyPressEvent(QKeyEvent* event) {
-    const bool column = orientation_ == Qt::Vertical;
-    const auto go = [&](int position) {
-        if (position < 0 || position >= count()) return;
-        select(position);
-        tab(position).setFocus(Qt::TabFocusReason);
-    };
-    if (count() == 0 || !strip_->isAncestorOf(focusWidget())) return QWidget::keyPressEvent(event);
-    if (event->key() == (column ? Qt::Key_Up : Qt::Key_Left)) return go(selected_ - 1);
-    if (event->key() == (column ? Qt::Key_Down : Qt::Key_Right)) return go(selected_ + 1);
-    if (event->key() == Qt::Key_Home) return go(0);
-    if (event->key() == Qt::Key_End) return go(count() - 1);
-    QWidget::keyPressEvent(event);
+    const auto next = strip_->isAncestorOf(focusWidget()) ? nextTab(*event, orientation_, selected_, count()) : std::nullopt;
+    if (!next) return QWidget::keyPressEvent(event);
+    select(*next);
+    tab(*next).setFocus(Qt::TabFocusReason);
 }
 
 }  // namespace vantor

@@ -43,7 +43,10 @@ TextBlock::TextBlock(TextRole role, const QString& plainText, QWidget* parent) :
     setWordWrap(true);
     setText(plainText);
     setRole(role);
-    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Minimum);
+    // The label's own policy, which another one would take from it: its height follows its width.
+    QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Minimum);
+    policy.setHeightForWidth(true);
+    setSizePolicy(policy);
 }
 
 void TextBlock::setRole(TextRole role) {

@@ -242,16 +242,16 @@ TEST_F(WorkspaceTest, BearsThatTheApplicationToReturnToHasVanished) {
 }
 
 TEST(DoctorTest, FindsThePowersOfThePrivateDesktopAndNamesTheMissing) {
-    const auto powers = examinePowers("/nonexistent/module.so");
+    const auto powers = examinePowers({.webModule = "/nonexistent/module.so", .guardian = "/nonexistent/guardian"});
     std::vector<std::string> absent;
     for (const auto& each : powers)
         if (!each.present) absent.push_back(each.name);
-    EXPECT_EQ(powers.size(), 9U);
-    EXPECT_EQ(absent, (std::vector<std::string>{"tray", "web engine"})) << powersAsText(powers);
+    EXPECT_EQ(powers.size(), 10U);
+    EXPECT_EQ(absent, (std::vector<std::string>{"tray", "guardian", "web engine"})) << powersAsText(powers);
 
     const auto display = qgetenv("DISPLAY");
     qunsetenv("DISPLAY");
-    const auto without = examinePowers("/proc/self/exe");
+    const auto without = examinePowers({.webModule = "/proc/self/exe", .guardian = "/proc/self/exe"});
     qputenv("DISPLAY", display);
     absent.clear();
     for (const auto& each : without)

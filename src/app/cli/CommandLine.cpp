@@ -23,6 +23,9 @@ enum class Id {
     set,
     get,
     doctor,
+    toggleApp,
+    fill,
+    quit,
     json,
     catalogue,
     now,
@@ -55,6 +58,11 @@ constexpr std::array options{
            "press the keys of TEXT, a stored hotkey; - reads standard input"},
     Option{Id::set, Role::command, "--set", "KEY=VALUE", "store a setting (repeatable); KEY=- reads standard input"},
     Option{Id::get, Role::command, "--get", "KEY", "print a stored setting; status 1 if it is unset"},
+    Option{Id::toggleApp, Role::command, "--toggle-app", "",
+           "ask the Vantor that runs to allow its overlay on the current application, or no longer"},
+    Option{Id::fill, Role::command, "--fill", "NAME",
+           "ask the Vantor that runs to type this account's login; - reads standard input"},
+    Option{Id::quit, Role::command, "--quit", "", "ask the Vantor that runs to end"},
     Option{Id::doctor, Role::command, "--doctor", "", "tell what Vantor can do here, and what to do about the rest"},
     Option{Id::version, Role::command, "--version", "", "print the version"},
     Option{Id::help, Role::command, "--help", "", "print this text"},
@@ -80,8 +88,13 @@ std::optional<std::string> textOrStandardInput(const std::string& operand) {
 class Parser {
 public:
     explicit Parser(const EnvironmentLookup& environment) {
-        surroundings_ = {environment("VANTOR_SETTINGS"), environment("VANTOR_API_HOST"),
-                         environment("VANTOR_STATIC_FILES")};
+        surroundings_ = {.settingsFile = environment("VANTOR_SETTINGS"),
+                         .apiHost = environment("VANTOR_API_HOST"),
+                         .staticFiles = environment("VANTOR_STATIC_FILES"),
+                         .wikiHost = environment("VANTOR_WIKI_HOST"),
+                         .videoHost = environment("VANTOR_VIDEO_HOST"),
+                         .searchHost = environment("VANTOR_SEARCH_HOST"),
+                         .feedbackHost = environment("VANTOR_FEEDBACK_HOST")};
     }
 
     [[nodiscard]] std::variant<CommandLine, UsageError> parse(std::span<const std::string> arguments) {
@@ -132,6 +145,7 @@ private:
             case Id::type:
             case Id::press:
             case Id::get:
+            case Id::fill:
                 text_ = operand;
                 break;
             case Id::set:
@@ -173,6 +187,10 @@ private:
     [[nodiscard]] std::variant<CommandLine, UsageError> finish() {
         if (surroundings_.apiHost && !hasScheme(*surroundings_.apiHost, {"https://", "http://"}))
             return error("the web API's host is no http or https URL");
+        for (const auto& host :
+             {surroundings_.wikiHost, surroundings_.videoHost, surroundings_.searchHost, surroundings_.feedbackHost})
+            if (host && !hasScheme(*host, {"https://", "http://"}))
+                return error("the host of the pages or of the feedback service is no http or https URL");
         if (surroundings_.staticFiles &&
             !hasScheme(*surroundings_.staticFiles, {"https://", "http://", "file:///", "qrc:/"}))
             return error("the place of the catalogue files is no http, https, file or qrc URL");
@@ -205,6 +223,12 @@ private:
                 return ChangeSettings{changes_};
             case Id::get:
                 return PrintSetting{text_};
+            case Id::toggleApp:
+                return AskRunning{AskRunning::What::toggleApp};
+            case Id::fill:
+                return AskRunning{AskRunning::What::fill, textOrStandardInput(text_)};
+            case Id::quit:
+                return AskRunning{AskRunning::What::quit};
             case Id::doctor:
                 return RunDoctor{};
             case Id::version:

@@ -67,14 +67,28 @@ struct PrintSetting {
     bool operator==(const PrintSetting&) const = default;
 };
 
+// Something for the Vantor that runs already.
+struct AskRunning {
+    enum class What { toggleApp, fill, quit };
+    What what = What::toggleApp;
+    std::optional<std::string> username{};  // with fill
+
+    bool operator==(const AskRunning&) const = default;
+};
+
 using Command = std::variant<StartProgram, ShowHelp, ShowVersion, RunDoctor, PrintTimeline, PrintKeyMap, TypeText,
-                             PressText, ChangeSettings, PrintSetting>;
+                             PressText, ChangeSettings, PrintSetting, AskRunning>;
 
 // From an option, else from the environment, else nothing: the default is taken.
 struct Surroundings {
     std::optional<std::string> settingsFile;  // --settings, VANTOR_SETTINGS
     std::optional<std::string> apiHost;       // --api-host, VANTOR_API_HOST
     std::optional<std::string> staticFiles;   // --static-files, VANTOR_STATIC_FILES
+    // Only from the environment: stand-ins for the hosts that pages and feedback go to.
+    std::optional<std::string> wikiHost{};      // VANTOR_WIKI_HOST
+    std::optional<std::string> videoHost{};     // VANTOR_VIDEO_HOST
+    std::optional<std::string> searchHost{};    // VANTOR_SEARCH_HOST
+    std::optional<std::string> feedbackHost{};  // VANTOR_FEEDBACK_HOST
 
     bool operator==(const Surroundings&) const = default;
 };

@@ -1,33 +1,52 @@
 #pragma once
-// The main window's content: title bar, tab row, and the content of the selected tab. Main thread.
+// The main window's content: title bar, tab row, and the content of the selected tab, which is made when it is first
+// shown. Main thread.
 
 #include <QtWidgets/QStackedWidget>
 #include <QtWidgets/QWidget>
+#include <array>
 
+#include "app/ApiKeyField.h"
 #include "app/AppObserver.h"
+#include "app/view/SettingsView.h"
+#include "app/view/TabRow.h"
 #include "app/view/TitleBar.h"
-#include "timers/view/TimersTab.h"
-#include "ui/QuietText.h"
+#include "app/view/ViewNeeds.h"
+#include "browser/view/WebPanel.h"
+#include "timers/view/EmptyListView.h"
+#include "timers/view/WatchedFeed.h"
 
 namespace vantor {
 
 class ContentView : public QWidget {
 public:
-    ContentView(AppObserver& appObserver, QWidget* parent);
+    ContentView(AppObserver& appObserver, const ViewNeeds& needs, WatchedFeed& watched, QWidget* parent);
 
 private:
     void showTab();
     void showTitle();
-    void followSetting(const std::string& key);
+    [[nodiscard]] QWidget* makePage(std::size_t position);
+    [[nodiscard]] QWidget* makeTimers();
+    [[nodiscard]] QWidget* makeBestiary();
+    [[nodiscard]] QWidget* makeSettings();
+    [[nodiscard]] EmptyListActions emptyActions();
+    void openSettings(SettingsView::Page page);
+    // In the shared page, on the Internet tab.
+    void openPage(const std::string& address);
 
     AppObserver& appObserver_;
+    const ViewNeeds& needs_;
+    ApiKeyField apiKey_;
     TitleBar* titleBar_;
+    TabRow* tabRow_;
     QStackedWidget* content_;
-    QuietText* quiet_;
-    TimersTab* timers_;
+    // By position; the two tabs of the shared page have one.
+    std::array<QWidget*, tabEntries.size()> pages_{};
+    WebPanel* web_ = nullptr;
+    SettingsView* settingsView_ = nullptr;
     Subscription selection_;
-    Subscription data_;
     Subscription settings_;
+    Subscription badge_;
 };
 
 }  // namespace vantor

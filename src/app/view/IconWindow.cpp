@@ -8,8 +8,10 @@
 
 namespace vantor {
 
-IconWindow::IconWindow(std::function<void()> pressed, Prepare prepare)
-    : OverlayWindow({.focus = Focus::never}, std::move(prepare)), pressed_(std::move(pressed)) {
+IconWindow::IconWindow(std::function<void()> pressed, std::function<void(QPoint)> openMenu, Prepare prepare)
+    : OverlayWindow({.focus = Focus::never}, std::move(prepare)),
+      pressed_(std::move(pressed)),
+      openMenu_(std::move(openMenu)) {
     setWindowTitle(QStringLiteral("Vantor icon"));
     setAccessibleName(QStringLiteral("Show or hide Vantor"));
     setCursor(Qt::PointingHandCursor);
@@ -23,6 +25,7 @@ void IconWindow::paintEvent(QPaintEvent*) {
 }
 
 void IconWindow::mousePressEvent(QMouseEvent* event) {
+    if (event->button() == Qt::RightButton) return openMenu_(event->globalPosition().toPoint());
     if (event->button() != Qt::LeftButton) return;
     down_ = true;
     update();

@@ -9,7 +9,8 @@ namespace vantor {
 
 class IconWindow : public OverlayWindow {
 public:
-    IconWindow(std::function<void()> pressed, Prepare prepare);
+    // openMenu: the right button was pressed at this place of the screen.
+    IconWindow(std::function<void()> pressed, std::function<void(QPoint)> openMenu, Prepare prepare);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -20,6 +21,7 @@ protected:
 
 private:
     std::function<void()> pressed_;
+    std::function<void(QPoint)> openMenu_;
     bool hovered_ = false;
     bool down_ = false;
 };

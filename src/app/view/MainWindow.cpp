@@ -15,7 +15,7 @@ constexpr InkPanelStyle panelStyle{.opacity = 0.96, .margin = 14, .tear = 5, .se
 
 }  // namespace
 
-MainWindow::MainWindow(AppObserver& appObserver, Prepare prepare)
+MainWindow::MainWindow(AppObserver& appObserver, const ViewNeeds& needs, WatchedFeed& watched, Prepare prepare)
     : OverlayWindow({.focus = Focus::onClick, .movable = true, .resizable = true}, std::move(prepare)) {
     setWindowTitle(QStringLiteral("Vantor"));
     setMinimumSize(720, 460);
@@ -23,7 +23,7 @@ MainWindow::MainWindow(AppObserver& appObserver, Prepare prepare)
     // The brush stroke reaches over the torn left edge; everything else stays inside the panel.
     layout->setContentsMargins(panelStyle.margin - 4, panelStyle.margin + 8, panelStyle.margin + 6,
                                panelStyle.margin + 8);
-    layout->addWidget(new ContentView(appObserver, this));
+    layout->addWidget(new ContentView(appObserver, needs, watched, this));
 }
 
 void MainWindow::paintEvent(QPaintEvent*) {

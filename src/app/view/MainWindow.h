@@ -4,13 +4,15 @@
 #include <QtGui/QPixmap>
 
 #include "app/AppObserver.h"
+#include "app/view/ViewNeeds.h"
+#include "timers/view/WatchedFeed.h"
 #include "ui/OverlayWindow.h"
 
 namespace vantor {
 
 class MainWindow : public OverlayWindow {
 public:
-    MainWindow(AppObserver& appObserver, Prepare prepare);
+    MainWindow(AppObserver& appObserver, const ViewNeeds& needs, WatchedFeed& watched, Prepare prepare);
 
 protected:
     void paintEvent(QPaintEvent* event) override;

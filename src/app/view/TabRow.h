@@ -1,17 +1,20 @@
 #pragma once
-// The row of the seven tabs. The chosen one is gold over a red line that fades at both ends. Main thread.
+// The row of the seven tabs. Main thread.
 
-#include <QtWidgets/QAbstractButton>
 #include <QtWidgets/QWidget>
 #include <array>
 
 #include "app/Tabs.h"
+#include "ui/TabElement.h"
 
 namespace vantor {
 
 class TabRow : public QWidget {
 public:
     TabRow(Tabs& tabs, QWidget* parent);
+
+    // A count on the tab's entry; empty for none.
+    void setBadge(std::size_t position, const QString& text);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -21,7 +24,7 @@ private:
     void showSelection();
 
     Tabs& tabs_;
-    std::array<QAbstractButton*, tabEntries.size()> buttons_{};
+    std::array<TabElement*, tabEntries.size()> elements_{};
     Subscription selection_;
 };
 

@@ -4,14 +4,15 @@
 #include <QtGui/QPainter>
 #include <utility>
 
-#include "ui/BrushStroke.h"
 #include "ui/Fonts.h"
+#include "ui/Images.h"
 #include "ui/Palette.h"
 
 namespace vantor {
 
 namespace {
 
+constexpr QSize strokeSize(560, 52);
 constexpr int textLeft = 46;
 constexpr int gap = 16;
 
@@ -33,7 +34,8 @@ TitleBar::TitleBar(std::function<void()> close, QWidget* parent)
       close_(
           new ImageButton(QStringLiteral("close"), QStringLiteral("close.selected"), QStringLiteral("Close"), this)) {
     setAttribute(Qt::WA_Hover);
-    setFixedHeight(52);
+    setFixedHeight(withText(strokeSize.height()));
+    close_->setGround(QStringLiteral("close.bg"));
     connect(close_, &QAbstractButton::clicked, this, std::move(close));
 }
 
@@ -48,8 +50,9 @@ void TitleBar::setTexts(const QString& title, const QString& hint) {
 void TitleBar::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::TextAntialiasing);
-    paintBrushStroke(painter, QRectF(0, 2, width() * 0.60, height() - 4), underMouse());
-    const int baseLine = height() / 2 + 9;
+    const QString stroke = underMouse() ? QStringLiteral("title.bg.selected") : QStringLiteral("title.bg");
+    painter.drawPixmap(0, 0, image(stroke, {withText(strokeSize.width()), height()}, devicePixelRatioF()));
+    const int baseLine = (height() + withText(18)) / 2;
     int left = drawOnLine(painter, textLeft, baseLine, serifFont(27), palette::gold, QStringLiteral("Vantor"));
     left = drawOnLine(painter, left, baseLine, serifFont(20), palette::warmWhite, title_);
     drawOnLine(painter, left - 2, baseLine - 1, sansFont(13), palette::withAlpha(palette::warmWhite, 0.75), hint_);

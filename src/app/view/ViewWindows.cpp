@@ -5,9 +5,13 @@
 
 #include "app/WindowPlaces.h"
 #include "app/view/FloatWindow.h"
+#include "app/view/IconMenu.h"
 #include "app/view/IconWindow.h"
 #include "app/view/MainWindow.h"
+#include "app/view/TimelineOf.h"
 #include "data/SettingKeys.h"
+#include "input/view/EmojiCommandsView.h"
+#include "timers/view/WatchedEventsView.h"
 
 namespace vantor {
 
@@ -62,11 +66,19 @@ void standAtRemembered(OverlayWindow& window, const Place& place, const Defaults
     window.setGeometry(toolkitRect(broughtOntoScreen(frame, frames)));
 }
 
+void holdEmotes(FloatWindow& window, AppObserver& appObserver) {
+    Defaults& defaults = appObserver.defaults();
+    window.setContent(new EmojiCommandsView(
+        EmojiCommands(appObserver.clipboardManager(), defaults, appObserver.clock()), defaults,
+        [&window](QSize size) { window.fit(size); }, &window));
+}
+
 }  // namespace
 
 std::unique_ptr<AppWindow> ViewWindows::make(AppWindowName name, AppObserver& appObserver) {
+    if (!watched_) watched_ = std::make_unique<WatchedFeed>(timelineOf(appObserver));
     const auto prepare = [this](WindowNature nature) {
-        return [this, nature](WId window) { overlayWindows_.prepare(static_cast<NativeWindow>(window), nature); };
+        return [this, nature](WId window) { needs_.overlayWindows.prepare(static_cast<NativeWindow>(window), nature); };
     };
     Defaults& defaults = appObserver.defaults();
     const auto remembering = [this, &defaults](const Place& place, ViewWindow::Make makeWindow) {
@@ -79,38 +91,48 @@ std::unique_ptr<AppWindow> ViewWindows::make(AppWindowName name, AppObserver& ap
                 });
                 return window;
             },
-            [this, &defaults, place](OverlayWindow& window) { standAtRemembered(window, place, defaults, screens_); });
+            [this, &defaults, place](OverlayWindow& window) {
+                standAtRemembered(window, place, defaults, needs_.screens);
+            });
     };
     const auto atTopLeft = [this](int left) {
         return [this, left](OverlayWindow& window) {
-            const Rect screen = screens_.frames().front();
+            const Rect screen = needs_.screens.frames().front();
             window.move(screen.x + left, screen.y);
         };
     };
 
     switch (name) {
         case AppWindowName::main:
-            return remembering({settings::frameMain, 920, 600}, [&appObserver, prepare] {
-                return std::make_unique<MainWindow>(appObserver, prepare(WindowNature::overlay));
+            return remembering({settings::frameMain, 920, 600}, [this, &appObserver, prepare] {
+                return std::make_unique<MainWindow>(appObserver, needs_, *watched_, prepare(WindowNature::overlay));
             });
         case AppWindowName::icon:
             return std::make_unique<ViewWindow>(
-                [&appObserver, prepare] {
-                    return std::make_unique<IconWindow>([&appObserver] { appObserver.iconPressed(); },
-                                                        prepare(WindowNature::nonActivating));
+                [this, &appObserver, prepare] {
+                    return std::make_unique<IconWindow>(
+                        [&appObserver] { appObserver.iconPressed(); },
+                        [this](QPoint place) { IconMenu::open(needs_.menuEntries(), place); },
+                        prepare(WindowNature::nonActivating));
                 },
                 atTopLeft(0));
         case AppWindowName::emoji:
             return std::make_unique<ViewWindow>(
-                [prepare] {
-                    return std::make_unique<FloatWindow>(QStringLiteral("Vantor emotes"), QSize(1, iconSize), false,
-                                                         prepare(WindowNature::nonActivating));
+                [&appObserver, prepare] {
+                    auto window = std::make_unique<FloatWindow>(QStringLiteral("Vantor emotes"), QSize(1, iconSize),
+                                                                false, prepare(WindowNature::nonActivating));
+                    holdEmotes(*window, appObserver);
+                    return window;
                 },
                 atTopLeft(emojiLeft));
         case AppWindowName::watchedEvents:
-            return remembering({settings::frameWatchedEvents, 250, 60, true}, [prepare] {
-                return std::make_unique<FloatWindow>(QStringLiteral("Vantor watched events"), QSize(250, 60), true,
-                                                     prepare(WindowNature::nonActivating));
+            return remembering({settings::frameWatchedEvents, 250, 60, true}, [this, prepare] {
+                auto window = std::make_unique<FloatWindow>(QStringLiteral("Vantor watched events"), QSize(250, 60),
+                                                            true, prepare(WindowNature::nonActivating));
+                FloatWindow& host = *window;
+                host.setContent(new WatchedEventsView(
+                    *watched_, [&host](QSize size) { host.fit(size); }, &host));
+                return window;
             });
     }
     return nullptr;

@@ -3,23 +3,24 @@
 // game's hours pass without it. Main thread; outlives the windows that it made.
 
 #include <memory>
+#include <utility>
 
 #include "app/AppObserver.h"
-#include "platform/OverlayWindows.h"
-#include "platform/Screens.h"
+#include "app/view/ViewNeeds.h"
+#include "timers/view/WatchedFeed.h"
 
 namespace vantor {
 
 class ViewWindows {
 public:
-    ViewWindows(OverlayWindows& overlayWindows, const Screens& screens)
-        : overlayWindows_(overlayWindows), screens_(screens) {}
+    explicit ViewWindows(ViewNeeds needs) : needs_(std::move(needs)) {}
 
     [[nodiscard]] std::unique_ptr<AppWindow> make(AppWindowName name, AppObserver& appObserver);
 
 private:
-    OverlayWindows& overlayWindows_;
-    const Screens& screens_;
+    ViewNeeds needs_;
+    // What the watched list and the badge of the Timers tab show; made with the first window.
+    std::unique_ptr<WatchedFeed> watched_;
 };
 
 }  // namespace vantor

@@ -22,17 +22,12 @@ public:
             found == items.end() ? answer(KeychainStatus::notFound, {}) : answer(KeychainStatus::done, found->second);
         });
     }
-    void remove(const KeychainItem& item, Answered answer) override {
-        calls.emplace_back("remove");
-        answerLater([this, item, answer = std::move(answer)] {
-            if (const auto failure = failureOf(Prompt::allowed)) return answer(*failure);
-            answer(items.erase({item.itemClass, item.account}) ? KeychainStatus::done : KeychainStatus::notFound);
-        });
-    }
-    void add(const KeychainItem& item, const std::string& data, Answered answer) override {
-        calls.push_back("add " + data);
+    void replace(const KeychainItem& item, const std::string& data, Answered answer) override {
         answerLater([this, item, data, answer = std::move(answer)] {
+            calls.emplace_back("remove");
             if (const auto failure = failureOf(Prompt::allowed)) return answer(*failure);
+            items.erase({item.itemClass, item.account});
+            calls.push_back("add " + data);
             items.insert_or_assign({item.itemClass, item.account}, data);
             answer(KeychainStatus::done);
         });
@@ -56,8 +51,8 @@ public:
     std::map<std::pair<std::string, std::string>, std::string> items;  // by class and account
     std::vector<std::string> calls;
     bool holdBack = false;
-    bool isLocked = false;                   // until somebody who may ask does
-    std::optional<KeychainStatus> failing;   // every call, from now on
+    bool isLocked = false;                  // until somebody who may ask does
+    std::optional<KeychainStatus> failing;  // every call, from now on
     bool refusesToUnlock = false;
 
 private:

@@ -1,5 +1,7 @@
 #include "platform/linux/Doctor.h"
 
+#include <unistd.h>
+
 #include <xcb/xinput.h>
 #include <xcb/xtest.h>
 #include <xkbcommon/xkbcommon-x11.h>
@@ -77,7 +79,7 @@ Power power(const char* name, bool present, const char* found, const char* advic
 
 }  // namespace
 
-std::vector<Power> examinePowers(const fs::path& webModule) {
+std::vector<Power> examinePowers(const OwnFiles& files) {
     const auto desktop = XcbDesktop::connect();
     const auto bus = sessionBus();
     const auto onDisplay = [&](auto question) { return desktop && question(*desktop); };
@@ -110,9 +112,16 @@ std::vector<Power> examinePowers(const fs::path& webModule) {
     const auto emoji = colourEmojiFont();
     powers.push_back({"fonts", !emoji.empty(),
                       emoji.empty() ? "emotes are drawn without colour: install fonts-noto-color-emoji" : emoji});
+    powers.push_back(power("guardian", access(files.guardian.c_str(), X_OK) == 0, "vantor-guardian is installed",
+                           "after a crash in the middle of a text a key or lock may stay on: install vantor-guardian "
+                           "beside vantor"));
     std::error_code absent;
-    powers.push_back(power("web engine", fs::is_regular_file(webModule, absent), "its module is installed",
-                           "its module is not installed, and this version does not ship it: web pages stay empty"));
+    const bool engine = fs::is_regular_file(files.webModule, absent);
+    powers.push_back(
+        power("web engine", engine, "its module is installed", "its module is not installed: web pages stay empty"));
+    if (engine)
+        powers.push_back(power("web sandbox", geteuid() != 0, "pages are drawn in a sandbox",
+                               "off, since Vantor runs as root: start it as an ordinary user"));
     return powers;
 }
 

@@ -16,8 +16,14 @@ struct Power {
     bool operator==(const Power&) const = default;
 };
 
-// In the order in which they are shown. The module is the browser engine's file.
-[[nodiscard]] std::vector<Power> examinePowers(const std::filesystem::path& webModule);
+// Files that belong to Vantor and stand beside its program.
+struct OwnFiles {
+    std::filesystem::path webModule;
+    std::filesystem::path guardian;
+};
+
+// In the order in which they are shown.
+[[nodiscard]] std::vector<Power> examinePowers(const OwnFiles& files);
 // One line for each, with a line feed at its end.
 [[nodiscard]] std::string powersAsText(const std::vector<Power>& powers);
 

@@ -23,6 +23,7 @@ constexpr std::array names{
     Row{&XAtoms::netWmStateSkipPager, "_NET_WM_STATE_SKIP_PAGER"},
     Row{&XAtoms::netWmWindowType, "_NET_WM_WINDOW_TYPE"},
     Row{&XAtoms::netWmWindowTypeUtility, "_NET_WM_WINDOW_TYPE_UTILITY"},
+    Row{&XAtoms::netWmWindowTypeDock, "_NET_WM_WINDOW_TYPE_DOCK"},
 };
 
 xcb_intern_atom_cookie_t ask(xcb_connection_t* connection, std::string_view name) {

@@ -20,6 +20,7 @@ struct XAtoms {
     xcb_atom_t netWmStateSkipPager = XCB_ATOM_NONE;
     xcb_atom_t netWmWindowType = XCB_ATOM_NONE;
     xcb_atom_t netWmWindowTypeUtility = XCB_ATOM_NONE;
+    xcb_atom_t netWmWindowTypeDock = XCB_ATOM_NONE;
 
     [[nodiscard]] static XAtoms intern(xcb_connection_t* connection);
 };

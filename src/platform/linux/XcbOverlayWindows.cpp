@@ -14,6 +14,9 @@ constexpr std::uint32_t inputHint = 1;
 
 // The toolkit writes a window's hints anew at each showing, from its own flags: those say the same as what is written
 // here.
+// Levels among windows that are all "above" are unknown here: the last one shown is over the others.
+bool takesFocus(WindowNature nature) { return nature == WindowNature::popup || nature == WindowNature::raisedPopup; }
+
 void tellToolkit(NativeWindow native, WindowNature nature) {
     for (auto* window : QGuiApplication::allWindows()) {
         if (!window->handle() || window->winId() != native) continue;
@@ -21,7 +24,7 @@ void tellToolkit(NativeWindow native, WindowNature nature) {
         if (nature == WindowNature::nonActivating) flags |= Qt::WindowDoesNotAcceptFocus;
         if (flags != window->flags()) window->setFlags(flags);
         // The name that QWidget gives to Qt::WA_ShowWithoutActivating; it makes the user time 0 at each showing.
-        window->setProperty("_q_showWithoutActivating", nature != WindowNature::popup);
+        window->setProperty("_q_showWithoutActivating", !takesFocus(nature));
     }
 }
 
@@ -78,7 +81,7 @@ void XcbOverlayWindows::mapped(xcb_window_t window) const {
     desktop_->requestStates(window, atoms.netWmStateAbove, XCB_ATOM_NONE);
     desktop_->requestStates(window, atoms.netWmStateSkipTaskbar, atoms.netWmStateSkipPager);
     writeOwner(window);  // the toolkit has put its own there just before
-    if (found->second == WindowNature::popup) desktop_->requestActivation(window);
+    if (takesFocus(found->second)) desktop_->requestActivation(window);
 }
 
 void XcbOverlayWindows::writeHints(xcb_window_t window, WindowNature nature) const {
@@ -86,7 +89,7 @@ void XcbOverlayWindows::writeHints(xcb_window_t window, WindowNature nature) con
     desktop_->setNumbers(window, atoms.netWmWindowType, XCB_ATOM_ATOM, {atoms.netWmWindowTypeUtility});
     desktop_->setNumbers(window, atoms.netWmState, XCB_ATOM_ATOM,
                          {atoms.netWmStateAbove, atoms.netWmStateSkipTaskbar, atoms.netWmStateSkipPager});
-    if (nature != WindowNature::popup) desktop_->setNumbers(window, atoms.netWmUserTime, XCB_ATOM_CARDINAL, {0});
+    if (!takesFocus(nature)) desktop_->setNumbers(window, atoms.netWmUserTime, XCB_ATOM_CARDINAL, {0});
     std::vector<std::uint32_t> hints(hintFields, 0);
     hints[0] = inputHint;
     hints[1] = nature == WindowNature::nonActivating ? 0 : 1;

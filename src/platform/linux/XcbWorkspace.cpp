@@ -125,6 +125,13 @@ void XcbWorkspace::refresh() {
     // Some window managers leave the last window's name there when it is gone and no other takes its place.
     if (active != XCB_NONE && !desktop_->exists(active)) active = XCB_NONE;
     follow(active);
+    if (isPanel(active)) {
+        // Its menus are about the application below it, which stays the frontmost one while they are open.
+        noneLasts_.stop();
+        QMetaObject::invokeMethod(
+            &readable_, [this] { drain(); }, Qt::QueuedConnection);
+        return;
+    }
     const bool own = isOwn(active);
     if (!own && active != XCB_NONE && active != lastOther_) {
         lastOther_ = active;
@@ -161,6 +168,13 @@ void XcbWorkspace::report(const std::string& identifier) {
 bool XcbWorkspace::isOwn(xcb_window_t window) const {
     // 1 is the pointer root, no window.
     return window > XCB_INPUT_FOCUS_POINTER_ROOT && desktop_->process(window) == ownProcess_;
+}
+
+bool XcbWorkspace::isPanel(xcb_window_t window) const {
+    if (window == XCB_NONE) return false;
+    const auto& atoms = desktop_->atoms();
+    const auto types = desktop_->numbers(window, atoms.netWmWindowType, XCB_ATOM_ATOM);
+    return std::find(types.begin(), types.end(), atoms.netWmWindowTypeDock) != types.end();
 }
 
 xcb_window_t XcbWorkspace::windowToGiveTheFocus() const {

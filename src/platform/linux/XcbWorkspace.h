@@ -39,6 +39,8 @@ private:
     void follow(xcb_window_t window);
     void report(const std::string& identifier);
     [[nodiscard]] bool isOwn(xcb_window_t window) const;
+    // A desktop's panel, with the status bar in it.
+    [[nodiscard]] bool isPanel(xcb_window_t window) const;
     [[nodiscard]] xcb_window_t windowToGiveTheFocus() const;
 
     std::unique_ptr<XcbDesktop> desktop_;

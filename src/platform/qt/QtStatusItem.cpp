@@ -3,51 +3,96 @@
 #include <QtGui/QAction>
 #include <QtGui/QCursor>
 #include <QtGui/QIcon>
+#include <QtWidgets/QApplication>
 #include <utility>
 
 namespace vantor {
 
 namespace {
 
-// An ampersand in an application's name is a letter, not the mark of a shortcut.
-QString menuText(const std::string& title) {
-    return QString::fromStdString(title).replace(QLatin1Char('&'), QStringLiteral("&&"));
+// A title as the toolkit's own menu wants it: an ampersand is a letter, not the mark of a shortcut.
+QString widgetText(const QString& title) { return QString(title).replace(QLatin1Char('&'), QStringLiteral("&&")); }
+
+// And as it must be for the status bar, to which the toolkit hands the text with its first ampersand turned into the
+// mark of a shortcut there, an underscore (com.canonical.dbusmenu, "label"); other underscores it leaves as they are.
+QString barText(const QString& title) {
+    QString text = QString(title).replace(QLatin1Char('_'), QStringLiteral("__"));
+    if (const auto first = text.indexOf(QLatin1Char('&')); first >= 0) text.insert(first, QLatin1Char('&'));
+    return text;
 }
+
+void setTitleOf(QAction& action, const std::string& title) {
+    action.setData(QString::fromStdString(title));
+    action.setText(barText(action.data().toString()));
+}
+
+// A menu of the status bar. Where the desktop lets the toolkit draw it, it is shown with the toolkit's texts.
+class StatusBarMenu final : public QMenu {
+public:
+    using QMenu::QMenu;
+
+protected:
+    void showEvent(QShowEvent* event) override {
+        spell(widgetText);
+        QMenu::showEvent(event);
+    }
+    void hideEvent(QHideEvent* event) override {
+        QMenu::hideEvent(event);
+        spell(barText);
+    }
+
+private:
+    template <typename Spelling>
+    void spell(const Spelling& spelling) {
+        for (QAction* const action : actions())
+            if (!action->isSeparator() && !action->menu()) action->setText(spelling(action->data().toString()));
+    }
+};
 
 void fill(QMenu& menu, std::vector<MenuEntry> entries) {
     for (MenuEntry& entry : entries) {
         if (entry.kind == MenuEntry::Kind::separator) {
             menu.addSeparator();
         } else if (!entry.submenu.empty()) {
-            fill(*menu.addMenu(menuText(entry.title)), std::move(entry.submenu));
+            auto* const submenu = new StatusBarMenu(QString::fromStdString(entry.title), &menu);
+            fill(*submenu, std::move(entry.submenu));
+            menu.addMenu(submenu);
         } else {
-            QAction* const action = menu.addAction(menuText(entry.title));
-            action->setEnabled(entry.enabled);
-            if (entry.action) QObject::connect(action, &QAction::triggered, &menu, std::move(entry.action));
+            QAction* const action = menu.addAction(QString());
+            setTitleOf(*action, entry.title);
+            action->setEnabled(entry.enabled && entry.action != nullptr);
+            // Later: where the toolkit draws the menu itself, it still holds the keyboard now.
+            QObject::connect(action, &QAction::triggered, qApp, [run = std::move(entry.action)] {
+                if (run) QMetaObject::invokeMethod(qApp, run, Qt::QueuedConnection);
+            });
         }
     }
 }
 
 }  // namespace
 
-void QtStatusItem::setMenu(const std::string& title, std::vector<MenuEntry> entries) {
-    menu_.clear();
-    menu_.setTitle(QString::fromStdString(title));
-    fill(menu_, std::move(entries));
+QtStatusItem::QtStatusItem() {
     icon_.setIcon(QIcon(QStringLiteral(":/images/vantor.svg")));
-    icon_.setToolTip(QString::fromStdString(title));
-    icon_.setContextMenu(&menu_);
     // A plain click opens the menu too, as the status bar's items do.
-    QObject::connect(&icon_, &QSystemTrayIcon::activated, &menu_, [this](QSystemTrayIcon::ActivationReason reason) {
-        if (reason == QSystemTrayIcon::Trigger) menu_.popup(QCursor::pos());
+    QObject::connect(&icon_, &QSystemTrayIcon::activated, &icon_, [this](QSystemTrayIcon::ActivationReason reason) {
+        if (reason == QSystemTrayIcon::Trigger && menu_) menu_->popup(QCursor::pos());
     });
+}
+
+void QtStatusItem::setMenu(const std::string& title, std::vector<MenuEntry> entries) {
+    auto menu = std::make_unique<StatusBarMenu>(QString::fromStdString(title));
+    fill(*menu, std::move(entries));
+    icon_.setToolTip(QString::fromStdString(title));
+    icon_.setContextMenu(menu.get());
     icon_.show();
+    menu_ = std::move(menu);
 }
 
 void QtStatusItem::setTitle(std::size_t position, const std::string& title) {
-    const auto actions = menu_.actions();
+    if (!menu_) return;
+    const auto actions = menu_->actions();
     if (position < static_cast<std::size_t>(actions.size()))
-        actions[static_cast<qsizetype>(position)]->setText(menuText(title));
+        setTitleOf(*actions[static_cast<qsizetype>(position)], title);
 }
 
 bool QtStatusItem::available() const { return QSystemTrayIcon::isSystemTrayAvailable(); }

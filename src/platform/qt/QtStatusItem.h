@@ -3,6 +3,7 @@
 
 #include <QtWidgets/QMenu>
 #include <QtWidgets/QSystemTrayIcon>
+#include <memory>
 
 #include "platform/StatusItem.h"
 
@@ -10,12 +11,14 @@ namespace vantor {
 
 class QtStatusItem final : public StatusItem {
 public:
+    QtStatusItem();
+
     void setMenu(const std::string& title, std::vector<MenuEntry> entries) override;
     void setTitle(std::size_t position, const std::string& title) override;
     [[nodiscard]] bool available() const override;
 
 private:
-    QMenu menu_;
+    std::unique_ptr<QMenu> menu_;
     QSystemTrayIcon icon_;
 };
 

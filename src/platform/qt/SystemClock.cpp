@@ -2,6 +2,7 @@
 
 #include <time.h>
 
+#include <chrono>
 #include <thread>
 
 namespace vantor {
@@ -20,6 +21,10 @@ tm localCalendar(Clock::Seconds at) {
 }  // namespace
 
 Clock::Seconds SystemClock::now() const { return time(nullptr); }
+
+double SystemClock::preciseNow() const {
+    return std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch()).count();
+}
 
 int SystemClock::utcOffsetSeconds(Seconds at) const { return static_cast<int>(localCalendar(at).tm_gmtoff); }
 

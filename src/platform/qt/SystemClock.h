@@ -9,6 +9,7 @@ namespace vantor {
 class SystemClock final : public Clock {
 public:
     [[nodiscard]] Seconds now() const override;
+    [[nodiscard]] double preciseNow() const override;
     [[nodiscard]] int utcOffsetSeconds(Seconds at) const override;
     [[nodiscard]] LocalTime localTime(Seconds at) const override;
 };

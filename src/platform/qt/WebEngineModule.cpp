@@ -3,6 +3,7 @@
 #include <QtCore/QCoreApplication>
 #include <QtCore/QFileInfo>
 #include <QtCore/QLibrary>
+#include <cstdio>
 
 namespace vantor {
 
@@ -12,11 +13,11 @@ QString webEngineModulePath() {
     return QFileInfo::exists(beside) ? beside : here + QStringLiteral("/../lib/vantor/libvantor_web.so");
 }
 
-std::unique_ptr<WidgetWebEngine> loadWebEngine(const WebEngineFolders& folders, std::string& reason) {
+std::unique_ptr<WidgetWebEngine> loadWebEngine(const WebEngineFolders& folders) {
     QLibrary library(webEngineModulePath());
     const auto make = reinterpret_cast<MakeWidgetWebEngine>(library.resolve("vantorMakeWebEngine"));
     if (!make) {
-        reason = library.errorString().toStdString();
+        std::fprintf(stderr, "vantor: no web engine: %s\n", qPrintable(library.errorString()));
         return nullptr;
     }
     return std::unique_ptr<WidgetWebEngine>(make(folders));

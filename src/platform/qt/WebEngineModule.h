@@ -30,8 +30,8 @@ using WebEngineVersion = const char* (*)();
 
 // Where the module lies: beside the program, or below the library folder of an installation.
 [[nodiscard]] QString webEngineModulePath();
-// Nothing when the module is missing or cannot be loaded; `reason` then says why, in one line.
-[[nodiscard]] std::unique_ptr<WidgetWebEngine> loadWebEngine(const WebEngineFolders& folders, std::string& reason);
+// Nothing when the module is missing or cannot be loaded; one line on standard error then says why.
+[[nodiscard]] std::unique_ptr<WidgetWebEngine> loadWebEngine(const WebEngineFolders& folders);
 [[nodiscard]] std::string webEngineVersion();  // empty without the module
 
 }  // namespace vantor

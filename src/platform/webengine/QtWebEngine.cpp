@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <QtCore/QChildEvent>
 #include <QtWebEngineCore/qtwebenginecoreglobal.h>
 #include <QtWebEngineCore/QWebEngineDownloadRequest>
 #include <QtWebEngineCore/QWebEngineHistory>
@@ -9,7 +10,10 @@
 #include <QtWebEngineCore/QWebEngineScriptCollection>
 #include <QtWebEngineCore/QWebEngineSettings>
 #include <utility>
+#include <QtQuickWidgets/QQuickWidget>
+#include <QtQuick/QQuickWindow>
 
+#include "platform/webengine/EdgeFades.h"
 #include "platform/webengine/WikiPage.h"
 
 namespace vantor {
@@ -37,8 +41,31 @@ void configure(QWebEngineSettings& settings) {
     settings.setAttribute(PdfViewerEnabled, false);
     settings.setAttribute(PluginsEnabled, false);
     settings.setAttribute(FocusOnNavigationEnabled, false);
+    settings.setAttribute(ErrorPageEnabled, false);
     settings.setUnknownUrlSchemePolicy(QWebEngineSettings::DisallowUnknownUrlSchemes);
 }
+
+// The engine draws in child widgets of its own making, one after the other, each a texture that the toolkit lays under what
+// the window paints. Ours is a page without ground, so its texture belongs over that.
+class Drawings final : public QObject {
+public:
+    using QObject::QObject;
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::ChildAdded || event->type() == QEvent::ChildPolished)
+            if (QObject* const child = static_cast<QChildEvent*>(event)->child(); child->isWidgetType())
+                dress(*static_cast<QWidget*>(child));
+        return false;
+    }
+
+private:
+    static void dress(QWidget& drawing) {
+        fprintf(stderr, "dress %s parent %s\n", drawing.metaObject()->className(), drawing.parent()->metaObject()->className());
+        if (drawing.testAttribute(Qt::WA_AlwaysStackOnTop)) return;
+        drawing.setAttribute(Qt::WA_AlwaysStackOnTop);
+        fadeEdges(drawing);
+        QTimer::singleShot(3000, &drawing, [d = static_cast<QQuickWidget*>(&drawing)] { const QImage i = d->grabFramebuffer(); fprintf(stderr, "grab %d %dx%d clear %s top %d\n", i.save(QStringLiteral("/tmp/hweb/grab.png")), i.width(), i.height(), qPrintable(d->quickWindow()->color().name(QColor::HexArgb)), d->testAttribute(Qt::WA_AlwaysStackOnTop)); for (int y : {20, 120, 125}) fprintf(stderr, "%08x ", i.pixel(620, y)); d->update(); });
+    }
+};
 
 }  // namespace
 
@@ -49,6 +76,7 @@ QtWebEngine::QtWebEngine(const WebEngineFolders& folders)
     page_ = std::make_unique<WikiPage>(profile_.get(), nullptr);
     configure(*page_->settings());
     view_ = new QWebEngineView(page_.get(), nullptr);
+    view_->installEventFilter(new Drawings(view_));
     view_->setContextMenuPolicy(Qt::NoContextMenu);
     view_->setAccessibleName(QStringLiteral("Web page"));
     patience_.setSingleShot(true);
@@ -66,6 +94,8 @@ void QtWebEngine::follow() {
     QObject::connect(page, &QWebEnginePage::titleChanged, page, [this] { report(); });
     QObject::connect(page, &QWebEnginePage::urlChanged, page, [this] { report(); });
     QObject::connect(page, &QWebEnginePage::loadStarted, page, [this] {
+        fprintf(stderr, "started bg %s\n", qPrintable(page_->backgroundColor().name(QColor::HexArgb)));
+        if (getenv("TOG")) { page_->setBackgroundColor(Qt::white); page_->setBackgroundColor(Qt::transparent); }
         state_.loading = true;
         state_.estimatedProgress = 0;
         report();
@@ -104,6 +134,7 @@ void QtWebEngine::report() {
 }
 
 void QtWebEngine::setDrawsBackground(bool draws) {
+    fprintf(stderr, "setDraws %d was %s\n", draws, qPrintable(page_->backgroundColor().name(QColor::HexArgb)));
     page_->setBackgroundColor(draws ? QColor(Qt::white) : QColor(Qt::transparent));
 }
 

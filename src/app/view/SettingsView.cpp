@@ -1,0 +1,24 @@
+#include "app/view/SettingsView.h"
+
+#include <QtWidgets/QVBoxLayout>
+#include <utility>
+
+#include "app/view/GeneralSettingsView.h"
+#include "ui/VerticalTabber.h"
+
+namespace vantor {
+
+SettingsView::SettingsView(Needs needs, QWidget* parent) : QWidget(parent), needs_(std::move(needs)) {
+    tabs_ = new VerticalTabber(this);
+    tabs_->addTab(QStringLiteral("General"), {},
+                  [this](QWidget* page) { return new GeneralSettingsView(needs_, page); });
+    tabs_->addTab(QStringLiteral("Timers"), {}, needs_.makeTimersPage);
+    tabs_->addTab(QStringLiteral("Accounts"), {}, needs_.makeAccountsPage);
+    auto* const whole = new QVBoxLayout(this);
+    whole->setContentsMargins({});
+    whole->addWidget(tabs_);
+}
+
+void SettingsView::select(Page page) { tabs_->select(static_cast<int>(page)); }
+
+}  // namespace vantor

@@ -1,0 +1,32 @@
+#pragma once
+// What Vantor needs on this machine and whether it has it, one line each; what is missing stands out. Asked for anew
+// whenever the view is shown. Main thread.
+
+#include <QtWidgets/QVBoxLayout>
+#include <QtWidgets/QWidget>
+#include <functional>
+#include <vector>
+
+#include "app/SystemPower.h"
+
+namespace vantor {
+
+class SystemPowersView : public QWidget {
+public:
+    using Examine = std::function<std::vector<SystemPower>()>;
+
+    SystemPowersView(Examine examine, QWidget* parent);
+
+protected:
+    void showEvent(QShowEvent* event) override;
+
+private:
+    void refresh();
+
+    Examine examine_;
+    std::vector<SystemPower> shown_;
+    QVBoxLayout* column_;
+    QWidget* list_ = nullptr;
+};
+
+}  // namespace vantor

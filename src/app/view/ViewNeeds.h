@@ -1,0 +1,39 @@
+#pragma once
+// What the views need besides the application's state; all of it outlives them. Main thread.
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "app/SystemPower.h"
+#include "browser/WebAddresses.h"
+#include "browser/view/WebView.h"
+#include "feedback/Appreciation.h"
+#include "platform/OverlayWindows.h"
+#include "platform/Scheduler.h"
+#include "platform/Screens.h"
+#include "platform/StatusItem.h"
+#include "translators/view/TranslatorView.h"
+
+namespace vantor {
+
+struct ViewNeeds {
+    OverlayWindows& overlayWindows;
+    const Screens& screens;
+    Scheduler& scheduler;
+    WebHosts webHosts;
+    std::string accountSite;       // of the game's maker: a host without a slash at the end
+    std::string feedbackEndpoint;  // an address
+    SupportData supportData;
+    // Asked when the main window is shown first: the page exists by then.
+    std::function<WebView::Source()> webPage;
+    // Asked when its tab is shown first.
+    std::function<TranslatorNeeds()> translator;
+    std::function<std::vector<SystemPower>()> examineSystem;
+    // In the default browser.
+    std::function<void(const std::string& address)> openLink;
+    // Of the status item, as it is at this moment.
+    std::function<std::vector<MenuEntry>()> menuEntries;
+};
+
+}  // namespace vantor

@@ -1,0 +1,59 @@
+#include "browser/view/WebView.h"
+
+#include <QtCore/QTimer>
+#include <QtGui/QPainter>
+#include <utility>
+
+#include "ui/Fonts.h"
+#include "ui/Palette.h"
+
+namespace vantor {
+
+WebView::WebView(Source source, QWidget* parent) : QWidget(parent), source_(std::move(source)) {
+    source_.page.onEngine([this] { follow(); });
+    follow();
+}
+
+void WebView::follow() {
+    const bool shown = source_.page.engine() == LazyWebPage::Engine::running;
+    if (shown && !page_) {
+        page_ = source_.engineWidget();
+        if (page_) page_->setParent(this);
+    }
+    if (page_) page_->setVisible(shown);
+    place();
+    update();
+}
+
+void WebView::place() {
+    if (page_) page_->setGeometry(rect().adjusted(1, 1, -1, -1));
+}
+
+void WebView::resizeEvent(QResizeEvent*) { place(); }
+
+// The engine may take a second to come; until then the ground is shown, and never a white page.
+void WebView::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.fillRect(rect(), palette::withAlpha(Qt::black, 0.22));
+    painter.setPen(QPen(palette::line, 1));
+    painter.drawRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5));
+    if (const QString trouble = source_.trouble(); !trouble.isEmpty()) {
+        painter.setFont(sansFont(15));
+        painter.setPen(palette::sand);
+        painter.drawText(rect().adjusted(24, 0, -24, 0), static_cast<int>(Qt::AlignCenter) | Qt::TextWordWrap, trouble);
+    }
+    painted_ = true;
+    if (afterPainting_) QTimer::singleShot(0, this, std::exchange(afterPainting_, {}));
+}
+
+void WebView::hideEvent(QHideEvent*) { painted_ = false; }
+
+void WebView::afterPainting(std::function<void()> action) {
+    afterPainting_ = std::move(action);
+    if (painted_ && isVisible())
+        QTimer::singleShot(0, this, std::exchange(afterPainting_, {}));
+    else
+        update();
+}
+
+}  // namespace vantor

@@ -1,0 +1,44 @@
+#pragma once
+// Places the store's one page in the window; while there is no page to show, one line stands in its place. The fades over
+// the page's edges are the engine's widget's own. Main thread.
+
+#include <QtCore/QPointer>
+#include <QtWidgets/QWidget>
+#include <functional>
+
+#include "browser/LazyWebPage.h"
+
+namespace vantor {
+
+class WebView : public QWidget {
+public:
+    struct Source {
+        LazyWebPage& page;
+        // The engine's widget; nothing before there is an engine. Adopted by this view.
+        std::function<QWidget*()> engineWidget;
+        // Why there is no engine, when there should be one.
+        std::function<QString()> trouble;
+    };
+
+    WebView(Source source, QWidget* parent);
+
+    // Runs it once this view has been painted on the screen, so that the player sees the window before the engine
+    // starts; soon, when it has been already. A later call replaces one that has not run.
+    void afterPainting(std::function<void()> action);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
+private:
+    void follow();
+    void place();
+
+    Source source_;
+    QPointer<QWidget> page_;
+    std::function<void()> afterPainting_;
+    bool painted_ = false;
+};
+
+}  // namespace vantor

@@ -1,0 +1,96 @@
+#include "ui/NineParts.h"
+
+#include <QtGui/QPainter>
+#include <QtGui/QPixmapCache>
+#include <QtSvg/QSvgRenderer>
+#include <algorithm>
+#include <cmath>
+
+namespace vantor {
+
+namespace {
+
+constexpr double step = 32;  // the torn lines come back to the same depth after this length
+
+// Tiles in device pixels: whole ones, the last one cut.
+struct Course {
+    Course(double lengthInPoints, double tileInPoints, double ratio) : length(std::lround(lengthInPoints * ratio)) {
+        const double steps = std::max(1.0, std::round(lengthInPoints / step));
+        tile = std::max(1L, std::lround(tileInPoints * (lengthInPoints / (step * steps)) * ratio));
+    }
+    long length;
+    long tile;
+};
+
+class NineParts {
+public:
+    NineParts(QSvgRenderer& renderer, QPainter& painter, QSize size, double ratio)
+        : renderer_(renderer), painter_(painter), size_(size), ratio_(ratio) {
+        corner_ = renderer_.boundsOnElement(QStringLiteral("top-left")).size();
+        middle_ = renderer_.boundsOnElement(QStringLiteral("centre")).size();
+    }
+
+    void draw() {
+        const long left = std::lround(corner_.width() * ratio_);
+        const long top = std::lround(corner_.height() * ratio_);
+        const long wide = std::lround(size_.width() * ratio_) - 2 * left;
+        const long high = std::lround(size_.height() * ratio_) - 2 * top;
+        const Course across(static_cast<double>(wide) / ratio_, middle_.width(), ratio_);
+        const Course down(static_cast<double>(high) / ratio_, middle_.height(), ratio_);
+        fill("centre", left, top, across, down);
+        fill("top", left, 0, across, {corner_.height(), corner_.height(), ratio_});
+        fill("bottom", left, top + high, across, {corner_.height(), corner_.height(), ratio_});
+        fill("left", 0, top, {corner_.width(), corner_.width(), ratio_}, down);
+        fill("right", left + wide, top, {corner_.width(), corner_.width(), ratio_}, down);
+        one("top-left", 0, 0, left, top);
+        one("top-right", left + wide, 0, left, top);
+        one("bottom-left", 0, top + high, left, top);
+        one("bottom-right", left + wide, top + high, left, top);
+    }
+
+private:
+    void fill(const char* id, long x, long y, const Course& across, const Course& down) {
+        if (across.length <= 0 || down.length <= 0) return;
+        painter_.save();
+        painter_.setClipRect(QRectF(static_cast<double>(x), static_cast<double>(y), static_cast<double>(across.length),
+                                    static_cast<double>(down.length)));
+        for (long row = 0; row < down.length; row += down.tile)
+            for (long column = 0; column < across.length; column += across.tile)
+                one(id, x + column, y + row, across.tile, down.tile);
+        painter_.restore();
+    }
+    void one(const char* id, long x, long y, long width, long height) {
+        renderer_.render(&painter_, QString::fromLatin1(id),
+                         QRectF(static_cast<double>(x), static_cast<double>(y), static_cast<double>(width),
+                                static_cast<double>(height)));
+    }
+
+    QSvgRenderer& renderer_;
+    QPainter& painter_;
+    QSizeF size_;
+    double ratio_;
+    QSizeF corner_;
+    QSizeF middle_;
+};
+
+}  // namespace
+
+void paintNineParts(QPainter& painter, const QString& name, const QRect& frame) {
+    const double ratio = painter.device()->devicePixelRatioF();
+    const QString key = QStringLiteral("nine %1 %2x%3@%4").arg(name).arg(frame.width()).arg(frame.height()).arg(ratio);
+    QPixmap picture;
+    if (!QPixmapCache::find(key, &picture)) {
+        picture = QPixmap(frame.size() * ratio);
+        picture.fill(Qt::transparent);
+        QSvgRenderer renderer(QStringLiteral(":/images/") + name + QStringLiteral(".svg"));
+        if (renderer.isValid()) {
+            QPainter drawing(&picture);
+            NineParts(renderer, drawing, frame.size(), ratio).draw();
+        }
+        picture.setDevicePixelRatio(ratio);
+        QPixmapCache::insert(key, picture);
+    }
+    painter.drawPixmap(frame.topLeft(), picture);
+}
+
+}  // namespace vantor
