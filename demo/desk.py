@@ -162,7 +162,8 @@ class Vantor(Program):
 
     def __init__(self, binary, host, folder, *, key=web_service.VALID_KEY, settings=None):
         self.binary = binary
-        self.environment = {"XDG_CONFIG_HOME": tempfile.mkdtemp(prefix="settings.", dir=folder), "VANTOR_API_HOST": host}
+        self.environment = {"XDG_CONFIG_HOME": tempfile.mkdtemp(prefix="settings.", dir=folder),
+                            **{f"VANTOR_{name}_HOST": host for name in ("API", "WIKI", "VIDEO", "SEARCH", "FEEDBACK")}}
         store(binary, self.environment, {**SETTINGS, **(settings or {})}, key)
         super().__init__(binary, environment=self.environment)
 
@@ -172,6 +173,15 @@ class Vantor(Program):
 
     def overlay_shown(self):
         return "main" in self.windows()
+
+    def overlay(self):
+        """Its place, once the window has settled: the first page makes the toolkit replace it once."""
+        return wait_until(lambda: self.windows().get("main"))
+
+    def setting(self, key):
+        command = [str(self.binary), "--get", key]
+        return subprocess.run(command, env={**os.environ, **self.environment}, capture_output=True, text=True,
+                              timeout=PATIENCE).stdout.strip()
 
     def unexpected_lines(self, *expected):
         return [line for line in self.lines if line and not any(re.search(pattern, line) for pattern in expected)]
@@ -191,6 +201,20 @@ def ask(*command):
     return subprocess.run(command, capture_output=True, text=True, timeout=PATIENCE).stdout.strip()
 
 
+@contextlib.contextmanager
+def held(key):
+    """The player's hand on a key."""
+    subprocess.run(["xdotool", "keydown", key], check=True, timeout=PATIENCE)
+    try:
+        yield
+    finally:
+        subprocess.run(["xdotool", "keyup", key], check=True, timeout=PATIENCE)
+
+
+def clipboard_text():
+    return subprocess.run(["xclip", "-o", "-selection", "clipboard"], capture_output=True, text=True, timeout=PATIENCE).stdout
+
+
 def press(*chord):
     """Holds all but the last key, presses the last, and lets go in the reverse order, as a hand does."""
     held = [word for key in chord[:-1] for word in ("keydown", key)]
@@ -198,8 +222,8 @@ def press(*chord):
     subprocess.run(["xdotool", *held, "key", chord[-1], *released], check=True, timeout=PATIENCE)
 
 
-def click(x, y):
-    subprocess.run(["xdotool", "mousemove", str(x), str(y), "click", "1"], check=True, timeout=PATIENCE)
+def click(x, y, button=1):
+    subprocess.run(["xdotool", "mousemove", str(x), str(y), "click", str(button)], check=True, timeout=PATIENCE)
 
 
 def park_pointer():

@@ -26,6 +26,7 @@
 #include "platform/linux/CoreFiles.h"
 #include "platform/linux/DesktopEntries.h"
 #include "platform/linux/Doctor.h"
+#include "platform/linux/MotionWish.h"
 #include "platform/linux/RawKeyMonitors.h"
 #include "platform/linux/SecretServiceKeychain.h"
 #include "platform/linux/XTestKeyPoster.h"
@@ -45,6 +46,8 @@
 #include "platform/qt/WebEngineModule.h"
 #include "timers/DataFault.h"
 #include "ui/Fonts.h"
+#include "ui/KitStyle.h"
+#include "ui/Motion.h"
 
 namespace vantor {
 
@@ -213,8 +216,6 @@ int start(int& argumentCount, char** arguments, const Surroundings& surroundings
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "xcb");
     QApplication::setDesktopFileName(QString::fromLatin1(ownIdentifier));
     QApplication::setQuitOnLastWindowClosed(false);
-    // The web engine, if it ever comes, draws in this process's windows.
-    QApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
     const QApplication application(argumentCount, arguments);
 
     AppDelegate* delegate = nullptr;
@@ -225,6 +226,8 @@ int start(int& argumentCount, char** arguments, const Surroundings& surroundings
 
     if (registerFonts() == FontsVerdict::fallback)
         complain("the embedded typefaces cannot be read; the system's stand in");
+    dressApplication();
+    askMotionWish([](bool reduced) { setReducedMotion(reduced); });
 
     QtMainThread mainThread;
     JsonDefaults defaults(settingsPath(surroundings), &mainThread);

@@ -4,6 +4,7 @@
 
 #include "Exhibits.h"
 #include "ui/Collapse.h"
+#include "ui/Fonts.h"
 #include "ui/GW2Button.h"
 #include "ui/GW2Picker.h"
 #include "ui/GW2Slider.h"
@@ -41,7 +42,8 @@ const std::array<State, 7>& states() {
 }
 
 QString words(const State& state) {
-    return state.longText ? QStringLiteral("Donaudampfschifffahrtsgesellschaft and more") : QStringLiteral("Try again");
+    return state.longText ? QStringLiteral("A text that is longer than its place, and goes on")
+                          : QStringLiteral("Try again");
 }
 
 using Make = std::function<QWidget*(const State&, QWidget*)>;
@@ -146,7 +148,7 @@ std::vector<Row> rows() {
         {"Text area",
          [](const State& s, QWidget* p) {
              auto* const made = new GW2TextArea(QStringLiteral("Your message"), p);
-             made->setFixedHeight(72);
+             made->setFixedHeight(withText(72));
              if (s.longText) made->setPlainText(words(s) + QStringLiteral(", over several lines, and then some more."));
              return made;
          }},
@@ -185,7 +187,7 @@ QWidget* makeStates(QWidget* parent) {
                 QWidget* const control = row.make(state, table);
                 force(control, state);
                 const bool fixed = control->minimumWidth() == control->maximumWidth();
-                if (!fixed) control->setMaximumWidth(170);
+                if (!fixed) control->setMaximumWidth(withText(170));
                 grid->addWidget(control, line, column, fixed ? Qt::AlignLeft : Qt::Alignment());
             }
             ++column;

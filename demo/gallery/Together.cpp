@@ -32,11 +32,12 @@ QWidget* makeRoles(QWidget* parent) {
         TextRole role;
         const char* text;
     };
-    for (const Line& line : {Line{TextRole::title, "A title of a page"}, Line{TextRole::heading, "A heading 0123456789"},
-                             Line{TextRole::body, "What is read. It wraps where its place ends and keeps its measure."},
-                             Line{TextRole::second, "What is second to that, such as a section's name."},
-                             Line{TextRole::hint, "A hint in small letters."}, Line{TextRole::value, "A value, 20:45"},
-                             Line{TextRole::error, "The key was not accepted."}, Line{TextRole::success, "Stored."}})
+    for (const Line& line :
+         {Line{TextRole::title, "A title of a page"}, Line{TextRole::heading, "A heading 0123456789"},
+          Line{TextRole::body, "What is read. It wraps where its place ends and keeps its measure."},
+          Line{TextRole::second, "What is second to that, such as a section's name."},
+          Line{TextRole::hint, "A hint in small letters."}, Line{TextRole::value, "A value, 20:45"},
+          Line{TextRole::error, "The key was not accepted."}, Line{TextRole::success, "Stored."}})
         column->addWidget(new TextBlock(line.role, QString::fromLatin1(line.text), whole));
     auto* const link = new TextBlock(TextRole::body, QString(), whole);
     link->setRich(QStringLiteral("With a <b>bold word</b> and <a href=\"place\">a link</a>."));
@@ -61,8 +62,8 @@ QWidget* makeForm(QWidget* parent) {
     picker->setOptions({{"en", QStringLiteral("English")}, {"de", QStringLiteral("Deutsch")}});
     picker->choose("en");
     column->addWidget(picker);
-    auto* const slider = new GW2Slider(QStringLiteral("Hours ahead"), 1, 12, 1, QStringLiteral("1 h"),
-                                       QStringLiteral("12 h"), whole);
+    auto* const slider =
+        new GW2Slider(QStringLiteral("Hours ahead"), 1, 12, 1, QStringLiteral("1 h"), QStringLiteral("12 h"), whole);
     slider->setValue(4);
     slider->setValueText([](double value) { return QStringLiteral("%1 h").arg(value); });
     column->addWidget(slider);
@@ -128,11 +129,14 @@ QWidget* makeTogether(QWidget* parent) {
     auto* const column2 = new VerticalTabber(whole);
     column2->addTab(QStringLiteral("A long list"), QString(), &makeLong);
     column2->addTab(QStringLiteral("Nothing"), QString(), &makeEmpty);
-    auto* const row = new QHBoxLayout;
+    auto* const sides = new QWidget(whole);
+    sides->setFixedHeight(340);
+    auto* const row = new QHBoxLayout(sides);
+    row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(28);
     row->addWidget(column2, 5);
-    row->addWidget(makeEmpty(whole), 4);
-    column->addLayout(row);
+    row->addWidget(makeEmpty(sides), 4);
+    column->addWidget(sides);
     return whole;
 }
 

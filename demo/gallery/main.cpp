@@ -10,23 +10,28 @@
 
 #include "Stage.h"
 #include "ui/Fonts.h"
+#include "ui/GW2Picker.h"
 #include "ui/KitStyle.h"
 
 namespace gallery {
 
 namespace {
 
-constexpr int stageWidth = 1320;
+int stageWidth() { return vantor::withText(1320); }
 
 bool writePicture(game::Scene scene, const QString& path) {
     Stage stage(scene, Extent::whole);
-    stage.resize(stageWidth, stage.sizeHint().height());
+    stage.resize(stageWidth(), stage.sizeHint().height());
     stage.show();
     // What wraps knows its height only at its width.
     for (int turn = 0; turn < 3; ++turn) {
         QApplication::processEvents();
-        stage.resize(stageWidth, stage.layout()->totalHeightForWidth(stageWidth));
+        stage.resize(stageWidth(), stage.layout()->totalHeightForWidth(stageWidth()));
     }
+    QApplication::processEvents();
+    // One list open, as it lies over what is below it.
+    for (vantor::GW2Picker* const picker : stage.findChildren<vantor::GW2Picker*>())
+        if (picker->accessibleName() == QStringLiteral("Language")) picker->open();
     QApplication::processEvents();
     if (stage.grab().save(path)) return true;
     std::fprintf(stderr, "vantor-gallery: cannot write %s\n", qPrintable(path));
@@ -88,7 +93,7 @@ int run(int count, char** arguments) {
     Stage bright(game::Scene::bright, Extent::scrolling);
     Stage dark(game::Scene::dark, Extent::scrolling);
     for (Stage* const stage : {&dark, &bright}) {
-        stage->resize(stageWidth, 860);
+        stage->resize(stageWidth(), 860);
         stage->show();
     }
     return QApplication::exec();

@@ -48,4 +48,13 @@ void AccessibleButton::doAction(const QString& name) {
     QAccessibleWidget::doAction(name);
 }
 
+QStringList AccessiblePressable::actionNames() const {
+    return QStringList(QAccessibleActionInterface::pressAction()) + QAccessibleWidget::actionNames();
+}
+
+void AccessiblePressable::doAction(const QString& name) {
+    if (name == QAccessibleActionInterface::pressAction()) return press_();
+    QAccessibleWidget::doAction(name);
+}
+
 }  // namespace vantor

@@ -3,8 +3,10 @@
 // toolkit, so it describes itself. Main thread.
 
 #include <QtGui/QAccessible>
-#include <QtWidgets/QAccessibleWidget>
 #include <QtWidgets/QAbstractButton>
+#include <QtWidgets/QAccessibleWidget>
+#include <functional>
+#include <utility>
 
 namespace vantor {
 
@@ -31,6 +33,19 @@ public:
 
 protected:
     [[nodiscard]] QAbstractButton& button() const { return *static_cast<QAbstractButton*>(widget()); }
+};
+
+// A widget that is no button of the toolkit's and can still be pressed.
+class AccessiblePressable : public QAccessibleWidget {
+public:
+    AccessiblePressable(QWidget* widget, std::function<void()> press)
+        : QAccessibleWidget(widget, QAccessible::Button), press_(std::move(press)) {}
+
+    [[nodiscard]] QStringList actionNames() const override;
+    void doAction(const QString& name) override;
+
+private:
+    std::function<void()> press_;
 };
 
 }  // namespace vantor

@@ -44,7 +44,6 @@ public:
     TitleRow(const QString& title, const Motion& opened, QWidget* parent) : QAbstractButton(parent), opened_(opened) {
         describeControls();
         setText(title);
-        setAccessibleName(title);
         setCheckable(true);
         setAttribute(Qt::WA_Hover);
         setFocusPolicy(Qt::TabFocus);
@@ -108,7 +107,6 @@ Collapse::Collapse(const QString& title, QWidget* parent)
 
 void Collapse::setTitle(const QString& title) {
     title_->setText(title);
-    title_->setAccessibleName(title);
     title_->update();
 }
 
@@ -131,6 +129,7 @@ void Collapse::setExpanded(bool expanded) {
         opened_.moveTo(expanded ? 1 : 0);
     else
         opened_.jumpTo(expanded ? 1 : 0);
+    arrange();
     if (toggled_) toggled_(expanded);
 }
 
@@ -145,7 +144,8 @@ int Collapse::contentHeight(int width) const {
 
 int Collapse::heightForWidth(int width) const {
     const double open = std::max(0.0, opened_.value());
-    return title_->sizeHint().height() + static_cast<int>(std::lround((contentHeight(width - indent()) + contentGap) * open));
+    return title_->sizeHint().height() +
+           static_cast<int>(std::lround((contentHeight(width - indent()) + contentGap) * open));
 }
 
 QSize Collapse::sizeHint() const {
@@ -161,7 +161,7 @@ void Collapse::arrange() {
     title_->setGeometry(0, 0, width(), top);
     const int shown = heightForWidth(width()) - top;
     // What is closed is not there for the keyboard either.
-    clip_->setVisible(shown > 0);
+    clip_->setVisible(expanded_ || shown > 0);
     clip_->setGeometry(indent(), top, std::max(0, width() - indent()), shown);
     if (content_) content_->setGeometry(0, contentGap, clip_->width(), contentHeight(clip_->width()));
     title_->update();

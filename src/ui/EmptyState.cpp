@@ -45,7 +45,6 @@ void EmptyState::setText(const QString& title, const QString& sentence) {
 void EmptyState::setAction(const QString& text, std::function<void()> action) {
     action_ = std::move(action);
     button_->setText(text);
-    button_->setAccessibleName(text);
     button_->setVisible(!text.isEmpty());
     button_->updateGeometry();
 }

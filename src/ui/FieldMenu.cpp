@@ -1,10 +1,13 @@
 #include "ui/FieldMenu.h"
 
+#include <QtCore/QPointer>
 #include <QtGui/QClipboard>
 #include <QtGui/QGuiApplication>
 #include <QtGui/QTextCursor>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QPlainTextEdit>
+#include <memory>
+#include <vector>
 
 #include "ui/ListPopup.h"
 
@@ -17,19 +20,23 @@ bool pasteboardHasText() { return !QGuiApplication::clipboard()->text().isEmpty(
 template <typename Field>
 void open(Field& field, QPoint place, bool selection, bool secret, bool anything) {
     const bool writable = field.isEnabled() && !field.isReadOnly();
-    auto actions = std::make_shared<std::vector<std::function<void()>>>(std::vector<std::function<void()>>{
-        [&field] { field.cut(); }, [&field] { field.copy(); }, [&field] { field.paste(); },
-        [&field] { field.selectAll(); }});
+    auto actions = std::make_shared<std::vector<std::function<void()>>>(
+        std::vector<std::function<void()>>{[&field] { field.cut(); }, [&field] { field.copy(); },
+                                           [&field] { field.paste(); }, [&field] { field.selectAll(); }});
+    const QPointer<Field> alive(&field);
     new ListPopup(field, QRect(place, QSize(1, 1)),
                   {.name = QStringLiteral("Edit"),
                    .lines = {{QStringLiteral("Cut"), {}, selection && writable && !secret},
                              {QStringLiteral("Copy"), {}, selection && !secret},
                              {QStringLiteral("Paste"), {}, writable && pasteboardHasText()},
                              {QStringLiteral("Select all"), {}, anything}},
-                   .take = [actions](std::size_t index) { actions->at(index)(); },
+                   .take =
+                       [actions, alive](std::size_t index) {
+                           if (alive) actions->at(index)();
+                       },
                    .closed =
-                       [&field](bool byKeyboard) {
-                           if (byKeyboard) field.setFocus(Qt::PopupFocusReason);
+                       [alive](bool byKeyboard) {
+                           if (alive && byKeyboard) alive->setFocus(Qt::PopupFocusReason);
                        }});
 }
 

@@ -5,7 +5,6 @@
 #include <QtCore/QVariant>
 #include <QtGui/QFontDatabase>
 #include <QtGui/QGuiApplication>
-#include <QtGui/QRawFont>
 #include <algorithm>
 #include <cmath>
 
@@ -20,26 +19,12 @@ const auto serifAlias = QStringLiteral("Vantor Serif");
 const auto sansAlias = QStringLiteral("Vantor Sans");
 constexpr const char* scaleProperty = "vantorTextScale";
 
-// A face that is also installed would else be taken from the system, with the figures that it has there. Names keep their
-// length, so that no table moves.
-QByteArray underOwnName(QByteArray face, const QString& own) {
-    const QString name = QRawFont(face, 16).familyName();
-    if (name.isEmpty()) return face;
-    const auto bytes = [](const QString& text) {
-        QByteArray wide;
-        for (const QChar letter : text)
-            wide.append(static_cast<char>(letter.unicode() >> 8)).append(static_cast<char>(letter.unicode() & 0xFF));
-        return wide;
-    };
-    const QString same = own.leftJustified(name.size(), QLatin1Char('.'), true);
-    face.replace(bytes(name), bytes(same));
-    return face.replace(name.toLatin1(), same.toLatin1());
-}
-
 QString familyOf(const QString& resource, const QString& own) {
     QFile file(resource);
     if (!file.open(QIODevice::ReadOnly)) return {};
-    const int id = QFontDatabase::addApplicationFontFromData(underOwnName(withLiningFigures(file.readAll()), own));
+    // A face that is also installed would else be taken from the system, with the figures that it has there.
+    const QByteArray face = withFamilyName(withLiningFigures(file.readAll()), own);
+    const int id = QFontDatabase::addApplicationFontFromData(face);
     const QStringList families = id < 0 ? QStringList() : QFontDatabase::applicationFontFamilies(id);
     return families.value(0);
 }

@@ -24,7 +24,6 @@ GW2Button::GW2Button(const QString& text, QString image, GW2ButtonStyle::Kind ki
     : QAbstractButton(parent), style_(kind), image_(std::move(image)) {
     describeControls();
     setText(text);
-    setAccessibleName(text);
     setAttribute(Qt::WA_Hover);
     setFocusPolicy(Qt::TabFocus);
     setCursor(Qt::PointingHandCursor);

@@ -63,6 +63,8 @@ GW2Picker::GW2Picker(const QString& name, QWidget* parent) : QWidget(parent) {
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
 }
 
+GW2Picker::~GW2Picker() { close(); }
+
 void GW2Picker::setOptions(std::vector<GW2PickerOption> options) {
     const auto before = chosen();
     options_ = std::move(options);
@@ -75,11 +77,12 @@ void GW2Picker::setOptions(std::vector<GW2PickerOption> options) {
 void GW2Picker::choose(const std::string& id) {
     const auto found =
         std::find_if(options_.begin(), options_.end(), [&](const auto& option) { return option.id == id; });
-    show(found == options_.end() ? std::nullopt
-                                 : std::optional(static_cast<std::size_t>(std::distance(options_.begin(), found))));
+    showChoice(found == options_.end()
+                   ? std::nullopt
+                   : std::optional(static_cast<std::size_t>(std::distance(options_.begin(), found))));
 }
 
-void GW2Picker::show(std::optional<std::size_t> index) {
+void GW2Picker::showChoice(std::optional<std::size_t> index) {
     if (std::exchange(chosen_, index) == index) return;
     update();
     QAccessibleValueChangeEvent changed(this, shownText());
@@ -124,7 +127,7 @@ void GW2Picker::close() {
 }
 
 void GW2Picker::take(std::size_t index) {
-    show(index);
+    showChoice(index);
     if (binding_) binding_->set(options_.at(index).id);
     if (handler_) handler_(options_.at(index));
 }
@@ -140,9 +143,7 @@ QSize GW2Picker::sizeHint() const {
     return {widest + 3 * side + withText(arrow) + 2 * ringRoom, metrics.height() + 14 + 2 * ringRoom};
 }
 
-QSize GW2Picker::minimumSizeHint() const {
-    return {std::min(sizeHint().width(), withText(160)), sizeHint().height()};
-}
+QSize GW2Picker::minimumSizeHint() const { return {std::min(sizeHint().width(), withText(160)), sizeHint().height()}; }
 
 void GW2Picker::paintEvent(QPaintEvent*) {
     QPainter painter(this);
@@ -195,8 +196,10 @@ void GW2Picker::keyPressEvent(QKeyEvent* event) {
             if (chosen_ && *chosen_ > 0) take(*chosen_ - 1);
             return;
         case Qt::Key_Down:
-            if (!chosen_ && !options_.empty()) take(0);
-            else if (chosen_ && *chosen_ + 1 < options_.size()) take(*chosen_ + 1);
+            if (!chosen_ && !options_.empty())
+                take(0);
+            else if (chosen_ && *chosen_ + 1 < options_.size())
+                take(*chosen_ + 1);
             return;
         default:
             QWidget::keyPressEvent(event);

@@ -18,6 +18,7 @@ class GW2Picker : public QWidget, public SelfDescribing {
 public:
     // `name` is what a screen reader says.
     GW2Picker(const QString& name, QWidget* parent);
+    ~GW2Picker() override;
 
     void setOptions(std::vector<GW2PickerOption> options);
     [[nodiscard]] const std::vector<GW2PickerOption>& options() const { return options_; }
@@ -53,7 +54,7 @@ protected:
 
 private:
     void take(std::size_t index);
-    void show(std::optional<std::size_t> index);
+    void showChoice(std::optional<std::size_t> index);
 
     std::vector<GW2PickerOption> options_;
     std::optional<std::size_t> chosen_;

@@ -28,8 +28,7 @@ double knob() { return withText(knobSize); }
 
 class AccessibleSlider final : public QAccessibleWidget, public QAccessibleValueInterface {
 public:
-    explicit AccessibleSlider(GW2Slider& slider)
-        : QAccessibleWidget(&slider, QAccessible::Slider), slider_(slider) {}
+    explicit AccessibleSlider(GW2Slider& slider) : QAccessibleWidget(&slider, QAccessible::Slider), slider_(slider) {}
 
     [[nodiscard]] void* interface_cast(QAccessible::InterfaceType type) override {
         if (type == QAccessible::ValueInterface) return static_cast<QAccessibleValueInterface*>(this);
@@ -41,9 +40,7 @@ public:
     [[nodiscard]] QVariant currentValue() const override { return slider_.shownValue(); }
     void setCurrentValue(const QVariant& value) override { slider_.setShownValue(value.toDouble()); }
     [[nodiscard]] QVariant minimumValue() const override { return slider_.from(); }
-    [[nodiscard]] QVariant maximumValue() const override {
-        return slider_.from() + slider_.maximum() * slider_.step();
-    }
+    [[nodiscard]] QVariant maximumValue() const override { return slider_.from() + slider_.maximum() * slider_.step(); }
     [[nodiscard]] QVariant minimumStepSize() const override { return slider_.step(); }
 
 private:
@@ -74,8 +71,8 @@ GW2Slider::GW2Slider(const QString& name, double from, double to, double step, Q
 
 void GW2Slider::bind(Defaults& defaults, std::string_view key, double byDefault) {
     binding_ = std::make_unique<SettingBinding<double>>(defaults, key, byDefault);
-    show(binding_->value());
-    binding_->observe([this](double value) { show(value); });
+    showStored(binding_->value());
+    binding_->observe([this](double value) { showStored(value); });
 }
 
 int GW2Slider::stepOf(double shown) const {
@@ -88,7 +85,7 @@ double GW2Slider::shownValue() const { return from_ + value() * step_; }
 
 void GW2Slider::setShownValue(double value) { setValue(stepOf(value)); }
 
-void GW2Slider::show(double stored) {
+void GW2Slider::showStored(double stored) {
     const bool before = std::exchange(showing_, true);
     setValue(stepOf(stored));
     showing_ = before;
@@ -143,7 +140,8 @@ void GW2Slider::paintEvent(QPaintEvent*) {
 
     const QRectF place(at - knob() / 2, line.center().y() - knob() / 2, knob(), knob());
     QRadialGradient light(place.center() - QPointF(0, 4), knob());
-    const QColor face = state.hovered || state.pressed || isSliderDown() ? palette::gold.lighter(106) : palette::gold.darker(108);
+    const QColor face =
+        state.hovered || state.pressed || isSliderDown() ? palette::gold.lighter(106) : palette::gold.darker(108);
     light.setColorAt(0, face);
     light.setColorAt(1, face.darker(160));
     painter.setPen(QPen(QColor(0x12, 0x0E, 0x0B), 1));

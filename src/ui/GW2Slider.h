@@ -44,7 +44,7 @@ protected:
 private:
     [[nodiscard]] QRectF groove() const;
     [[nodiscard]] int stepOf(double shown) const;
-    void show(double value);
+    void showStored(double stored);
     void moveTo(double x);
     void tell();
 

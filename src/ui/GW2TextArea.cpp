@@ -18,7 +18,9 @@ constexpr int ringRoom = 3;
 GW2TextArea::GW2TextArea(const QString& placeholder, QWidget* parent) : QPlainTextEdit(parent) {
     setPlaceholderText(placeholder);
     setAccessibleName(placeholder);
-    setFrameShape(QFrame::NoFrame);
+    // A frame that is never drawn, but keeps the scroll bar inside the ground.
+    setFrameShape(QFrame::Box);
+    setLineWidth(ringRoom + 1);
     setFont(sansFont(14));
     setPalette(GW2TextFieldStyle::colours());
     viewport()->setAutoFillBackground(false);
@@ -28,7 +30,7 @@ GW2TextArea::GW2TextArea(const QString& placeholder, QWidget* parent) : QPlainTe
     setAttribute(Qt::WA_Hover);
     // Tab goes to the next control, as everywhere.
     setTabChangesFocus(true);
-    setViewportMargins(ringRoom + 5, ringRoom + 4, ringRoom + 2, ringRoom + 4);
+    setViewportMargins(0, 3, 1, 3);
 }
 
 // The ground belongs to the frame around the text, which the toolkit paints in the widget and not in its viewport.

@@ -43,9 +43,11 @@ void GW2TextField::setClearable(bool clearable) {
     clear_->setImageSize(12);
     clear_->setQuiet(true);
     clear_->setFocusPolicy(Qt::NoFocus);
-    clear_->hide();
+    clear_->setVisible(!text().isEmpty());
     QObject::connect(clear_, &QAbstractButton::clicked, this, [this] {
-        clear();
+        // As the player would: what is only set from the program is not told as an edit.
+        selectAll();
+        del();
         setFocus();
     });
     QObject::connect(this, &QLineEdit::textChanged, clear_,

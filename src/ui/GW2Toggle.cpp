@@ -15,6 +15,7 @@ namespace {
 constexpr int ringRoom = 4;
 constexpr int gap = 10;
 constexpr int fontSize = 14;
+constexpr int wrapping = static_cast<int>(Qt::TextWordWrap);
 
 int textLeft() { return ringRoom + GW2ToggleStyle::size().width() + gap; }
 
@@ -24,7 +25,6 @@ GW2Toggle::GW2Toggle(const QString& text, QWidget* parent)
     : QAbstractButton(parent), position_(this, springs::quick, [this](double) { update(); }) {
     describeControls();
     setText(text);
-    setAccessibleName(text);
     setCheckable(true);
     setAttribute(Qt::WA_Hover);
     setFocusPolicy(Qt::TabFocus);
@@ -66,16 +66,17 @@ void GW2Toggle::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const ControlState state = ControlState::of(*this);
     if (!state.enabled) painter.setOpacity(disabledOpacity);
-    const QFontMetrics metrics(sansFont(fontSize));
-    const QSize track = GW2ToggleStyle::size();
-    // Beside the first line of the text.
-    const int top = std::min((height() - track.height()) / 2, ringRoom + (metrics.height() - track.height()) / 2 + 2);
-    style_.paint(painter, QRectF(ringRoom, std::max(top, ringRoom), track.width(), track.height()), state,
-                 position_.value());
     painter.setFont(sansFont(fontSize));
+    const QFontMetrics metrics(painter.font());
+    const QRect room = rect().adjusted(textLeft(), 0, -ringRoom, 0);
+    const int high = metrics.boundingRect(room, wrapping, text()).height();
+    const QRect lines(room.left(), (height() - high) / 2, room.width(), high);
+    // Beside the first line of the text.
+    const QSize track = GW2ToggleStyle::size();
+    const int top = lines.top() + (metrics.height() - track.height()) / 2;
+    style_.paint(painter, QRectF(ringRoom, top, track.width(), track.height()), state, position_.value());
     painter.setPen(state.hovered ? palette::gold : palette::warmWhite);
-    painter.drawText(rect().adjusted(textLeft(), ringRoom, -ringRoom, -ringRoom),
-                     static_cast<int>(Qt::AlignLeft | Qt::AlignVCenter) | Qt::TextWordWrap, text());
+    painter.drawText(lines, static_cast<int>(Qt::AlignLeft | Qt::AlignTop) | wrapping, text());
 }
 
 void GW2Toggle::focusInEvent(QFocusEvent* event) {

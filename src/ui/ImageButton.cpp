@@ -74,7 +74,8 @@ void ImageButton::paintEvent(QPaintEvent*) {
     bare.focused = false;
     GW2ButtonStyle(quiet_ ? GW2ButtonStyle::Kind::quiet : GW2ButtonStyle::Kind::standard)
         .paintGround(painter, ground, bare);
-    const QPixmap picture = image(state.hovered ? hoverImage_ : image_, {pictureSize(), pictureSize()}, devicePixelRatioF());
+    const QPixmap picture =
+        image(state.hovered ? hoverImage_ : image_, {pictureSize(), pictureSize()}, devicePixelRatioF());
     painter.drawPixmap(ground.center() - QPointF(pictureSize(), pictureSize()) / 2, picture);
     if (state.focused) paintFocusRing(painter, ground);
 }

@@ -102,6 +102,7 @@ ListPopup::ListPopup(QWidget& anchor, const QRect& part, Wants wants)
     go(current_);
     setFocus(Qt::PopupFocusReason);
     QCoreApplication::instance()->installEventFilter(this);
+    escape_.emplace(*window(), [this] { close(true); });
 }
 
 int ListPopup::lineHeight() { return QFontMetrics(sansFont(fontSize)).height() + 12; }
@@ -112,7 +113,8 @@ QSize ListPopup::sizeFor(const std::vector<Line>& lines) {
     for (const Line& line : lines)
         widest = std::max(widest,
                           metrics.horizontalAdvance(line.text) + (line.image.isEmpty() ? 0 : withText(imageSize) + 8));
-    return {widest + 2 * side + 2, static_cast<int>(lines.size()) * lineHeight() + 2 * edge};
+    // A few more: text is measured in fractions of a pixel.
+    return {widest + 2 * side + 6, static_cast<int>(lines.size()) * lineHeight() + 2 * edge};
 }
 
 void ListPopup::place(const QWidget& anchor, const QRect& part) {
@@ -219,6 +221,7 @@ void ListPopup::take(std::size_t index) {
 void ListPopup::close(bool byKeyboard) {
     if (std::exchange(closed_, true)) return;
     QCoreApplication::instance()->removeEventFilter(this);
+    escape_.reset();
     hide();
     deleteLater();
     if (wants_.closed) wants_.closed(byKeyboard);
@@ -266,8 +269,6 @@ void ListPopup::keyPressEvent(QKeyEvent* event) {
         case Qt::Key_Enter:
         case Qt::Key_Space:
             return take(current_);
-        case Qt::Key_Escape:
-            return close(true);
         default:
             if (!event->text().isEmpty() && event->text().front().isPrint()) typed(event->text());
             event->accept();
@@ -277,12 +278,12 @@ void ListPopup::keyPressEvent(QKeyEvent* event) {
 void ListPopup::focusOutEvent(QFocusEvent*) { close(false); }
 
 bool ListPopup::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::MouseButtonPress && watched->isWidgetType() && watched != this && watched != anchor_) {
-        // The press goes on to what lies there.
-        close(false);
-    } else if (watched == window() && (event->type() == QEvent::Resize || event->type() == QEvent::Hide)) {
-        close(false);
-    }
+    if (watched == this || !watched->isWidgetType()) return false;
+    const QEvent::Type type = event->type();
+    // A press, and a turn of the wheel that moves the page below, go on to what lies there.
+    const bool outside = type == QEvent::Wheel || (type == QEvent::MouseButtonPress && watched != anchor_);
+    const bool gone = (watched == window() || watched == anchor_) && (type == QEvent::Resize || type == QEvent::Hide);
+    if (outside || gone) close(false);
     return false;
 }
 

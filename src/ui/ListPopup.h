@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "ui/AccessibleControl.h"
+#include "ui/EscapeCatch.h"
 
 namespace vantor {
 
@@ -68,6 +69,7 @@ private:
     std::size_t current_ = 0;
     int scrolled_ = 0;
     bool closed_ = false;
+    std::optional<EscapeCatch> escape_;
 };
 
 }  // namespace vantor

@@ -1,16 +1,24 @@
 #include "ui/Motion.h"
 
 #include <QtCore/qglobal.h>
+#include <QtCore/QVariant>
 #include <QtWidgets/QApplication>
 #include <utility>
 
 namespace vantor {
 
+namespace {
+
+constexpr const char* wish = "vantorReducedMotion";
+
+}  // namespace
+
+void setReducedMotion(bool reduced) { qApp->setProperty(wish, reduced); }
+
 bool reducedMotion() {
     if (qEnvironmentVariableIsSet("VANTOR_REDUCED_MOTION"))
         return qEnvironmentVariableIntValue("VANTOR_REDUCED_MOTION") != 0;
-    // Desktops without animations turn the toolkit's general effect off.
-    return !QApplication::isEffectEnabled(Qt::UI_General);
+    return qApp && qApp->property(wish).toBool();
 }
 
 Motion::Motion(QObject* owner, Spring spring, std::function<void(double)> step)

@@ -9,7 +9,9 @@
 
 namespace vantor {
 
-// The desktop's wish for less motion: VANTOR_REDUCED_MOTION=1, or the toolkit's platform theme without effects.
+// The wish for less motion: VANTOR_REDUCED_MOTION=1 (or 0), else what was told last, else nothing is reduced. Told once
+// by whoever asks the desktop; a motion that runs ends as it began.
+void setReducedMotion(bool reduced);
 [[nodiscard]] bool reducedMotion();
 
 // One number that moves to where it is told along a spring. It belongs to its owner, whom it tells each step.

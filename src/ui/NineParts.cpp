@@ -12,15 +12,19 @@ namespace {
 
 constexpr double step = 32;  // the torn lines come back to the same depth after this length
 
-// Tiles in device pixels: whole ones, the last one cut.
+// How a length is filled, in device pixels: with whole tiles, the last one cut.
 struct Course {
-    Course(double lengthInPoints, double tileInPoints, double ratio) : length(std::lround(lengthInPoints * ratio)) {
-        const double steps = std::max(1.0, std::round(lengthInPoints / step));
-        tile = std::max(1L, std::lround(tileInPoints * (lengthInPoints / (step * steps)) * ratio));
-    }
     long length;
     long tile;
 };
+
+Course course(double length, double tile, double ratio) {
+    const long whole = std::lround(length * ratio);
+    // A piece shorter than a step holds straight lines only: one piece, drawn out.
+    if (tile < step) return {whole, whole};
+    const double steps = std::max(1.0, std::round(length / step));
+    return {whole, std::max(1L, std::lround(tile * (length / (step * steps)) * ratio))};
+}
 
 class NineParts {
 public:
@@ -35,13 +39,16 @@ public:
         const long top = std::lround(corner_.height() * ratio_);
         const long wide = std::lround(size_.width() * ratio_) - 2 * left;
         const long high = std::lround(size_.height() * ratio_) - 2 * top;
-        const Course across(static_cast<double>(wide) / ratio_, middle_.width(), ratio_);
-        const Course down(static_cast<double>(high) / ratio_, middle_.height(), ratio_);
+        const Course across = course(static_cast<double>(wide) / ratio_, middle_.width(), ratio_);
+        const Course down = course(static_cast<double>(high) / ratio_, middle_.height(), ratio_);
+        // Across an edge there is nothing to fill.
+        const Course thickness{left, left};
+        const Course depth{top, top};
         fill("centre", left, top, across, down);
-        fill("top", left, 0, across, {corner_.height(), corner_.height(), ratio_});
-        fill("bottom", left, top + high, across, {corner_.height(), corner_.height(), ratio_});
-        fill("left", 0, top, {corner_.width(), corner_.width(), ratio_}, down);
-        fill("right", left + wide, top, {corner_.width(), corner_.width(), ratio_}, down);
+        fill("top", left, 0, across, depth);
+        fill("bottom", left, top + high, across, depth);
+        fill("left", 0, top, thickness, down);
+        fill("right", left + wide, top, thickness, down);
         one("top-left", 0, 0, left, top);
         one("top-right", left + wide, 0, left, top);
         one("bottom-left", 0, top + high, left, top);

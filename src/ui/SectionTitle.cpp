@@ -16,20 +16,22 @@ constexpr int fontSize = 19;
 }  // namespace
 
 SectionTitle::SectionTitle(const QString& text, QWidget* parent) : QWidget(parent), text_(text) {
+    describeControls();
     setAccessibleName(text);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }
 
 QSize SectionTitle::sizeHint() const {
     const QFontMetrics metrics(serifFont(fontSize));
-    return {metrics.horizontalAdvance(text_) + 8, metrics.height() + 8};
+    return {metrics.horizontalAdvance(text_) + 8, metrics.height() + withText(10)};
 }
 
 void SectionTitle::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setFont(serifFont(fontSize));
     painter.setPen(palette::gold);
-    painter.drawText(rect().adjusted(0, 0, 0, -5), Qt::AlignLeft | Qt::AlignVCenter, text_);
+    painter.drawText(rect().adjusted(0, 0, 0, -withText(4)), Qt::AlignLeft | Qt::AlignVCenter,
+                     QFontMetrics(painter.font()).elidedText(text_, Qt::ElideRight, width()));
     QLinearGradient rule(0, 0, width(), 0);
     rule.setColorAt(0, palette::withAlpha(palette::line, 0.5));
     rule.setColorAt(1, palette::withAlpha(palette::line, 0));

@@ -3,12 +3,17 @@
 
 #include <QtWidgets/QWidget>
 
+#include "ui/AccessibleControl.h"
+
 namespace vantor {
 
-class SectionTitle : public QWidget {
+class SectionTitle : public QWidget, public SelfDescribing {
 public:
     SectionTitle(const QString& text, QWidget* parent);
     [[nodiscard]] const QString& text() const { return text_; }
+    [[nodiscard]] QAccessibleInterface* makeAccessible() override {
+        return new QAccessibleWidget(this, QAccessible::Heading);
+    }
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
 

@@ -24,7 +24,7 @@ int columnHeight() { return withText(38); }
 int imageSize() { return withText(20); }
 constexpr int imageGap = 7;
 constexpr int badgeGap = 6;
-constexpr int textMargin = 4;  // at the least, between the text and the tab's edges
+constexpr int textMargin = 5;  // at the least, between the text and the tab's edges
 constexpr int fontSize = 14;
 
 }  // namespace
@@ -33,7 +33,6 @@ TabElement::TabElement(const QString& text, QString image, QWidget* parent)
     : QAbstractButton(parent), image_(std::move(image)) {
     describeControls();
     setText(text);
-    setAccessibleName(text);
     setCheckable(true);
     setAutoExclusive(true);
     setAttribute(Qt::WA_Hover);
@@ -53,22 +52,29 @@ void TabElement::setColumn(bool column) {
     setSizePolicy(column ? QSizePolicy::Expanding : QSizePolicy::Preferred, QSizePolicy::Fixed);
 }
 
-int TabElement::contentWidth() const {
-    const int picture = image_.isEmpty() ? 0 : imageSize() + imageGap;
+void TabElement::setCompact(bool compact) {
+    if (std::exchange(compact_, compact && !image_.isEmpty()) == compact_) return;
+    setToolTip(compact_ ? text() : QString());
+    updateGeometry();
+    update();
+}
+
+int TabElement::contentWidth(const QString& shown) const {
+    const int picture = image_.isEmpty() ? 0 : imageSize() + (shown.isEmpty() ? 0 : imageGap);
     const int badge = badge_.isEmpty() ? 0 : NotificationBadge::sizeOf(badge_).width() + badgeGap;
-    return QFontMetrics(sansFont(fontSize)).horizontalAdvance(text()) + picture + badge;
+    return QFontMetrics(sansFont(fontSize)).horizontalAdvance(shown) + picture + badge;
 }
 
 QSize TabElement::sizeHint() const {
     const int height = std::max(column_ ? columnHeight() : rowHeight(), QFontMetrics(sansFont(fontSize)).height() + 18);
-    return {contentWidth() + 30, height};
+    return {contentWidth(shownText()) + 30, height};
 }
 
-// Where there is no room for the text, the image still says which tab it is.
-QSize TabElement::minimumSizeHint() const {
-    const int picture = image_.isEmpty() ? withText(48) : imageSize();
-    return {picture + 2 * textMargin, sizeHint().height()};
-}
+int TabElement::fullWidth() const { return contentWidth(text()) + 2 * textMargin; }
+
+int TabElement::leastWidth() const { return contentWidth(shownText()) + 2 * textMargin; }
+
+QSize TabElement::minimumSizeHint() const { return {leastWidth(), sizeHint().height()}; }
 
 void TabElement::paintMark(QPainter& painter) const {
     if (column_) {
@@ -92,21 +98,21 @@ void TabElement::paintEvent(QPaintEvent*) {
     const ControlState state = ControlState::of(*this);
     if (!state.enabled) painter.setOpacity(disabledOpacity);
     if (state.hovered && !state.checked) paintHover(painter, rect());
-    if (state.checked) paintMark(painter);
+    if (state.checked && ownMark_) paintMark(painter);
 
     const int down = state.pressed ? 1 : 0;
-    int left = column_ ? 16 : std::max(textMargin, (width() - contentWidth()) / 2);
+    int left = column_ ? 16 : std::max(textMargin, (width() - contentWidth(shownText())) / 2);
     if (!image_.isEmpty()) {
         const QString name = state.checked ? image_ + QStringLiteral(".selected") : image_;
         painter.drawPixmap(left, (height() - imageSize()) / 2 + down,
                            image(name, {imageSize(), imageSize()}, devicePixelRatioF()));
-        left += imageSize() + imageGap;
+        left += imageSize() + (compact_ ? 0 : imageGap);
     }
     painter.setFont(sansFont(fontSize));
     painter.setPen(state.checked ? palette::gold : state.hovered ? palette::warmWhite : palette::sand.lighter(112));
     const int badge = badge_.isEmpty() ? 0 : NotificationBadge::sizeOf(badge_).width() + badgeGap;
     const QString shown =
-        QFontMetrics(painter.font()).elidedText(text(), Qt::ElideRight, width() - left - badge - textMargin);
+        QFontMetrics(painter.font()).elidedText(shownText(), Qt::ElideRight, width() - left - badge - textMargin);
     painter.drawText(rect().adjusted(left, down, 0, down), Qt::AlignVCenter | Qt::AlignLeft, shown);
     if (!badge_.isEmpty()) {
         left += QFontMetrics(painter.font()).horizontalAdvance(shown) + badgeGap;

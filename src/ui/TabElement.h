@@ -18,10 +18,17 @@ public:
     [[nodiscard]] const QString& badge() const { return badge_; }
     // In a column the chosen tab is marked at its left edge, else below.
     void setColumn(bool column);
+    // Only its image and badge, with the text as a tool tip; not for a tab without an image.
+    void setCompact(bool compact);
+    // Not where the row itself marks the chosen tab.
+    void setOwnMark(bool own) { ownMark_ = own; }
 
     [[nodiscard]] QAccessibleInterface* makeAccessible() override {
         return new AccessibleButton(this, QAccessible::PageTab);
     }
+    // With its text, whether or not it is compact now.
+    [[nodiscard]] int fullWidth() const;
+    [[nodiscard]] int leastWidth() const;
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
 
@@ -32,12 +39,15 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    [[nodiscard]] int contentWidth() const;
+    [[nodiscard]] QString shownText() const { return compact_ ? QString() : text(); }
+    [[nodiscard]] int contentWidth(const QString& shown) const;
     void paintMark(QPainter& painter) const;
 
     QString image_;
     QString badge_;
     bool column_ = false;
+    bool compact_ = false;
+    bool ownMark_ = true;
 };
 
 }  // namespace vantor

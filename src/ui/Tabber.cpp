@@ -42,12 +42,14 @@ Tabber::Tabber(Qt::Orientation tabs, QWidget* parent)
     whole->setSpacing(tabs == Qt::Vertical ? 16 : 10);
     whole->addWidget(strip_);
     whole->addWidget(pages_, 1);
+    if (tabs == Qt::Horizontal) mark_ = new TabMark(strip_);
 }
 
 int Tabber::addTab(const QString& text, const QString& image, MakePage makePage) {
     const int position = count();
     auto* const element = new TabElement(text, image, strip_);
     element->setColumn(orientation_ == Qt::Vertical);
+    element->setOwnMark(mark_ == nullptr);
     stripLayout_->insertWidget(position, element);
     QObject::connect(element, &QAbstractButton::clicked, this, [this, position] { select(position); });
     tabs_.push_back({element, std::move(makePage)});
@@ -58,6 +60,7 @@ int Tabber::addTab(const QString& text, const QString& image, MakePage makePage)
 void Tabber::select(int position) {
     Tab& tab = tabs_.at(static_cast<std::size_t>(position));
     tab.element->setChecked(true);
+    if (mark_) mark_->moveBelow(tab.element);
     if (!tab.page) {
         tab.page = tab.makePage(pages_);
         pages_->addWidget(tab.page);
@@ -67,7 +70,8 @@ void Tabber::select(int position) {
 }
 
 void Tabber::keyPressEvent(QKeyEvent* event) {
-    const auto next = strip_->isAncestorOf(focusWidget()) ? nextTab(*event, orientation_, selected_, count()) : std::nullopt;
+    const auto next =
+        strip_->isAncestorOf(focusWidget()) ? nextTab(*event, orientation_, selected_, count()) : std::nullopt;
     if (!next) return QWidget::keyPressEvent(event);
     select(*next);
     tab(*next).setFocus(Qt::TabFocusReason);

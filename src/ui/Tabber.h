@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "ui/TabElement.h"
+#include "ui/TabMark.h"
 
 namespace vantor {
 
@@ -42,6 +43,7 @@ private:
     QWidget* strip_;
     QBoxLayout* stripLayout_;
     QStackedWidget* pages_;
+    TabMark* mark_ = nullptr;  // of a row
     std::vector<Tab> tabs_;
     int selected_ = -1;
     std::function<void(int)> handler_;

@@ -39,6 +39,7 @@ Look lookOf(TextRole role) {
 }  // namespace
 
 TextBlock::TextBlock(TextRole role, const QString& plainText, QWidget* parent) : QLabel(parent), role_(role) {
+    describeControls();
     setTextFormat(Qt::PlainText);
     setWordWrap(true);
     setText(plainText);
@@ -49,10 +50,27 @@ TextBlock::TextBlock(TextRole role, const QString& plainText, QWidget* parent) :
     setSizePolicy(policy);
 }
 
+QAccessibleInterface* TextBlock::makeAccessible() {
+    class Heading final : public QAccessibleWidget {
+    public:
+        explicit Heading(QLabel& label) : QAccessibleWidget(&label, QAccessible::Heading), label_(label) {}
+        [[nodiscard]] QString text(QAccessible::Text kind) const override {
+            return kind == QAccessible::Name ? label_.text() : QAccessibleWidget::text(kind);
+        }
+
+    private:
+        QLabel& label_;
+    };
+    return role_ == TextRole::title || role_ == TextRole::heading ? new Heading(*this) : nullptr;
+}
+
 void TextBlock::setRole(TextRole role) {
     role_ = role;
     const Look look = lookOf(role);
     setFont(look.font);
+    // Accents and descenders of the faces reach beyond the line's own height.
+    const int beyond = withText(2);
+    setContentsMargins(0, beyond, 0, beyond);
     QPalette colours = QLabel::palette();
     colours.setColor(QPalette::WindowText, look.colour);
     colours.setColor(QPalette::Link, palette::gold);

@@ -4,15 +4,19 @@
 #include <QtWidgets/QLabel>
 #include <functional>
 
+#include "ui/AccessibleControl.h"
+
 namespace vantor {
 
 enum class TextRole { title, heading, body, second, hint, value, error, success };
 
-class TextBlock : public QLabel {
+class TextBlock : public QLabel, public SelfDescribing {
 public:
     TextBlock(TextRole role, const QString& plainText, QWidget* parent);
 
     void setRole(TextRole role);
+    // Titles and headings are such for a screen reader too; the rest is what the toolkit says of a label.
+    [[nodiscard]] QAccessibleInterface* makeAccessible() override;
     // Marked-up text with <b> and <a href="…">; everything else in it must be escaped.
     void setRich(const QString& markup);
     // A link of it was pressed or chosen by the keyboard.

@@ -39,8 +39,11 @@ protected:
 private:
     // The panel runs from one ink to the other; a fade of another tone would show as a box.
     [[nodiscard]] QColor panelColourAt(int y) const {
-        const double at = std::clamp(double(mapTo(window(), QPoint(0, y)).y()) / std::max(1, window()->height()), 0.0, 1.0);
-        const auto mix = [at](int top, int bottom) { return static_cast<int>(top + (bottom - top) * at); };
+        const double at =
+            std::clamp(double(mapTo(window(), QPoint(0, y)).y()) / std::max(1, window()->height()), 0.0, 1.0);
+        // And the scene behind it lightens it by a breath.
+        constexpr int scene = 4;
+        const auto mix = [at](int top, int bottom) { return static_cast<int>(top + (bottom - top) * at) + scene; };
         return {mix(palette::inkTop.red(), palette::inkBottom.red()),
                 mix(palette::inkTop.green(), palette::inkBottom.green()),
                 mix(palette::inkTop.blue(), palette::inkBottom.blue())};

@@ -4,6 +4,8 @@ stand-in web service. Prints "N passed, M failed" as its last line."""
 
 import argparse
 import json
+import os
+import re
 import subprocess
 import sys
 import tempfile
@@ -125,6 +127,111 @@ def faults(report, arguments, folder):
                          vantor.lines)
 
 
+# Inside the main window, from its top left corner.
+TIMERS_TAB = (180, 87)
+FIRST_ROW = 205
+ROW = 58
+WAYPOINT, WATCH = 775, 850
+CHAT_LINK = r"\[&[A-Za-z0-9+/]+=*\]"
+
+
+def typed_since(game, start, ending):
+    desk.wait_until(lambda: game.typed(start).endswith(ending) and game.typed(start) != ending)
+    return game.typed(start)
+
+
+def chat_links_and_watching(report, arguments, folder):
+    settings = {"general.enableChatLinkReturnKey": "true", "timer.watchedWindowDuration": "10"}
+    with desk.WebService() as service, desk.Game(arguments.game, folder) as game, \
+            desk.Vantor(arguments.vantor, service.host, folder, settings=settings) as vantor:
+        started(vantor)
+        desk.press(*desk.HOTKEY)
+        report.check(service.line(r"^page /wiki/Game_updates"), "the first opening loads the game's updates", service.lines)
+        x, y, *_ = vantor.overlay()
+        desk.click(x + TIMERS_TAB[0], y + TIMERS_TAB[1])
+        desk.settled_pixels(x + 40, y + 170, 400, 200)
+        start = len(game.record())
+        with desk.held("Shift_L"):
+            desk.click(x + WAYPOINT, y + FIRST_ROW)
+            typed = typed_since(game, start, "\r")
+        report.check(re.fullmatch(rf"\r{CHAT_LINK}\r", typed), "a click with Shift held types the chat link", repr(typed))
+        report.check(desk.wait_until(game.has_focus) and desk.wait_until(game.keys_are_up), "the game has the keyboard again")
+        desk.click(x + WAYPOINT, y + FIRST_ROW)
+        copied = desk.wait_until(lambda: re.fullmatch(rf"\n{CHAT_LINK}\n", desk.clipboard_text()))
+        report.check(copied, "a plain click copies it", repr(desk.clipboard_text()))
+
+        # The watched list follows the settings file, so that no clock has to be waited for.
+        catalogue = json.loads((TOP / "resources/catalogue/events.json").read_text())
+        names = sorted({event["name"] for section in catalogue for event in section["events"] if event["name"]})
+        desk.press("Escape")
+        desk.wait_until(lambda: "watched" in vantor.windows())
+        empty = vantor.windows()["watched"]
+        desk.store(arguments.vantor, vantor.environment, {"events.watching": json.dumps(names)}, web_service.VALID_KEY)
+        grown = desk.wait_until(lambda: vantor.windows().get("watched", empty)[3] > empty[3] and vantor.windows()["watched"])
+        report.check(grown and grown[:2] == empty[:2], "the watched list grows from its corner", (empty, grown))
+        report.check(game.has_focus(), "the watched list takes no focus", desk.active_window())
+        report.check(not vantor.unexpected_lines(), "nothing unexpected is printed", vantor.lines)
+
+
+def emotes(report, arguments, folder):
+    with desk.WebService() as service, desk.Game(arguments.game, folder) as game, \
+            desk.Vantor(arguments.vantor, service.host, folder) as vantor:
+        started(vantor)
+        desk.store(arguments.vantor, vantor.environment, {"general.enableEmojiCommands": "true"}, web_service.VALID_KEY)
+        desk.wait_until(lambda: vantor.windows()["emoji"][2] > 1)
+        x, y, *_ = vantor.windows()["emoji"]
+
+        def use(place):
+            desk.click(x + 15, y + 15)
+            desk.wait_until(lambda: vantor.windows()["emoji"][2] > 100)
+            start = len(game.record())
+            desk.click(x + 15 + 32 * (place + 1), y + 15)
+            typed = typed_since(game, start, "\r")
+            return typed, desk.wait_until(lambda: vantor.windows()["emoji"][2] < 100) and game.has_focus()
+
+        report.check(use(26) == ("\r/wave @\r", True), "an emote is typed between two Returns, and the row closes")
+        report.check(use(0) == ("\r/wave @\r", True), "the emote used last is the first one")
+        report.check(use(20)[0] == "\r/sit\r" and use(1)[0] == "\r/wave @\r", "the order follows each use")
+        vantor.end()
+        with desk.Program(arguments.vantor, environment=vantor.environment) as again:
+            vantor.pid = again.pid
+            desk.wait_until(lambda: vantor.windows().get("emoji", (0, 0, 0))[2] > 1)
+            report.check(use(0)[0] == "\r/wave @\r", "the order is kept over a restart")
+
+
+def logins(report, arguments, folder):
+    """A login in the real keyring, filled by command; its password goes nowhere else."""
+    canary = "c4nary-Pa55 & <word>"
+    with desk.WebService() as service, desk.Game(arguments.game, folder) as game:
+        subprocess.run(["secret-tool", "store", "--label=Vantor", "class", "generic-password", "account",
+                        "orvendel.Vantor.accounts"], input=json.dumps({"player@example.org": canary}), text=True, check=True,
+                       timeout=desk.PATIENCE)
+        with desk.Vantor(arguments.vantor, service.host, folder) as vantor:
+            started(vantor)
+            environment = {**os.environ, **vantor.environment}
+
+            def ask(*words):
+                return subprocess.run([arguments.vantor, *words], env=environment, capture_output=True, text=True, timeout=30)
+
+            start = len(game.record())
+            filled = desk.wait_until(lambda: ask("--fill", "player@example.org").returncode == 0)
+            expected = f"player@example.org\t{canary}"
+            desk.wait_until(lambda: game.typed(start) == expected)
+            report.check(filled and game.typed(start) == expected, "--fill types name, tab and password", game.typed(start))
+            unknown = ask("--fill", "nobody")
+            report.check(unknown.returncode == 1 and unknown.stderr.count("\n") == 1, "--fill of an unknown name is one line",
+                         unknown.stderr)
+            files = [path for path in Path(vantor.environment["XDG_CONFIG_HOME"]).rglob("*") if path.is_file()]
+            process = Path(f"/proc/{vantor.pid}")
+            places = [path.read_bytes() for path in (*files, process / "cmdline", process / "environ")]
+            places += ["\n".join(vantor.lines).encode(), "\n".join(service.lines).encode()]
+            report.check(files and not any(canary.encode() in place for place in places), "the password is nowhere else")
+            report.check(ask("--toggle-app").returncode == 0 and desk.wait_until(lambda: not vantor.windows()),
+                         "--toggle-app takes Vantor off the application in front", vantor.windows())
+            report.check(ask("--quit").returncode == 0 and desk.wait_until(lambda: not vantor.alive()), "--quit ends it")
+            report.check(ask("--quit").returncode == 1, "--quit without a running one says so")
+
+
 def command_line(report, arguments, folder):
     doctor = subprocess.run([arguments.vantor, "--doctor"], capture_output=True, text=True, timeout=desk.PATIENCE)
     report.check(doctor.returncode == 0 and all(name in doctor.stdout for name in ("display", "raw keys", "keyring")),
@@ -148,7 +255,7 @@ def main():
     desk.enter_private_desktop()
     report = desk.Report()
     with tempfile.TemporaryDirectory(prefix="vantor-scenarios.") as folder:
-        for scenario in (player_keys, second_start, faults, command_line):
+        for scenario in (player_keys, second_start, chat_links_and_watching, emotes, logins, faults, command_line):
             try:
                 scenario(report, arguments, folder)
             except (OSError, RuntimeError, KeyError, subprocess.SubprocessError, json.JSONDecodeError) as fault:

@@ -21,7 +21,12 @@ void FloatWindow::setContent(QWidget* content) {
 
 void FloatWindow::fit(QSize size) {
     letClicksThrough(size.isEmpty());
-    if (!size.isEmpty()) resize(size);
+    if (!size.isEmpty()) setGeometry(QRect(place_.value_or(pos()), size));
+}
+
+void FloatWindow::standAt(QPoint place) {
+    place_ = place;
+    move(place);
 }
 
 void FloatWindow::resizeEvent(QResizeEvent* event) {

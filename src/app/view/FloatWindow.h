@@ -2,6 +2,8 @@
 // A floating window that never takes the focus. While it holds nothing it stays mapped, is transparent and lets every
 // click through to the game; what it holds decides its size, from the top left corner. Main thread.
 
+#include <optional>
+
 #include "ui/OverlayWindow.h"
 
 namespace vantor {
@@ -14,6 +16,9 @@ public:
     void setContent(QWidget* content);
     // What the content needs now. Empty: the window holds nothing and keeps its frame.
     void fit(QSize size);
+    // Where it belongs from now on. Without such a place it grows from where it stands, which the toolkit knows only
+    // once the window manager has told.
+    void standAt(QPoint place);
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -22,6 +27,7 @@ private:
     void letClicksThrough(bool through);
 
     QWidget* content_ = nullptr;
+    std::optional<QPoint> place_;
 };
 
 }  // namespace vantor

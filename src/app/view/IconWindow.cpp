@@ -12,6 +12,7 @@ IconWindow::IconWindow(std::function<void()> pressed, std::function<void(QPoint)
     : OverlayWindow({.focus = Focus::never}, std::move(prepare)),
       pressed_(std::move(pressed)),
       openMenu_(std::move(openMenu)) {
+    describeControls();
     setWindowTitle(QStringLiteral("Vantor icon"));
     setAccessibleName(QStringLiteral("Show or hide Vantor"));
     setCursor(Qt::PointingHandCursor);

@@ -3,14 +3,17 @@
 
 #include <functional>
 
+#include "ui/AccessibleControl.h"
 #include "ui/OverlayWindow.h"
 
 namespace vantor {
 
-class IconWindow : public OverlayWindow {
+class IconWindow : public OverlayWindow, public SelfDescribing {
 public:
     // openMenu: the right button was pressed at this place of the screen.
     IconWindow(std::function<void()> pressed, std::function<void(QPoint)> openMenu, Prepare prepare);
+
+    [[nodiscard]] QAccessibleInterface* makeAccessible() override { return new AccessiblePressable(this, pressed_); }
 
 protected:
     void paintEvent(QPaintEvent* event) override;

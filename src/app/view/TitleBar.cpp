@@ -55,7 +55,9 @@ void TitleBar::paintEvent(QPaintEvent*) {
     const int baseLine = (height() + withText(18)) / 2;
     int left = drawOnLine(painter, textLeft, baseLine, serifFont(27), palette::gold, QStringLiteral("Vantor"));
     left = drawOnLine(painter, left, baseLine, serifFont(20), palette::warmWhite, title_);
-    drawOnLine(painter, left - 2, baseLine - 1, sansFont(13), palette::withAlpha(palette::warmWhite, 0.75), hint_);
+    // Where there is no room for all, the hint is what can be missed.
+    if (left + QFontMetrics(sansFont(13)).horizontalAdvance(hint_) > close_->x()) return;
+    drawOnLine(painter, left - 2, baseLine - 1, sansFont(13), palette::withAlpha(palette::warmWhite, 0.85), hint_);
 }
 
 void TitleBar::resizeEvent(QResizeEvent*) {

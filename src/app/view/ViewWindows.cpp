@@ -95,11 +95,9 @@ std::unique_ptr<AppWindow> ViewWindows::make(AppWindowName name, AppObserver& ap
                 standAtRemembered(window, place, defaults, needs_.screens);
             });
     };
-    const auto atTopLeft = [this](int left) {
-        return [this, left](OverlayWindow& window) {
-            const Rect screen = needs_.screens.frames().front();
-            window.move(screen.x + left, screen.y);
-        };
+    const auto atTopLeft = [this](OverlayWindow& window) {
+        const Rect screen = needs_.screens.frames().front();
+        window.move(screen.x, screen.y);
     };
 
     switch (name) {
@@ -115,7 +113,7 @@ std::unique_ptr<AppWindow> ViewWindows::make(AppWindowName name, AppObserver& ap
                         [this](QPoint place) { IconMenu::open(needs_.menuEntries(), place); },
                         prepare(WindowNature::nonActivating));
                 },
-                atTopLeft(0));
+                atTopLeft);
         case AppWindowName::emoji:
             return std::make_unique<ViewWindow>(
                 [&appObserver, prepare] {
@@ -124,7 +122,10 @@ std::unique_ptr<AppWindow> ViewWindows::make(AppWindowName name, AppObserver& ap
                     holdEmotes(*window, appObserver);
                     return window;
                 },
-                atTopLeft(emojiLeft));
+                [this](OverlayWindow& window) {
+                    const Rect screen = needs_.screens.frames().front();
+                    static_cast<FloatWindow&>(window).standAt({screen.x + emojiLeft, screen.y});
+                });
         case AppWindowName::watchedEvents:
             return remembering({settings::frameWatchedEvents, 250, 60, true}, [this, prepare] {
                 auto window = std::make_unique<FloatWindow>(QStringLiteral("Vantor watched events"), QSize(250, 60),

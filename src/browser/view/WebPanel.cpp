@@ -59,9 +59,10 @@ QWidget* WebPanel::makeRow() {
 
 void WebPanel::show(Tab tab) {
     row_->setVisible(tab == Tab::internet);
-    const bool appears = std::exchange(shown_, tab) != tab;
-    // The first time, the window comes before the engine.
-    if (tab == Tab::gameUpdates && appears) web_->afterPainting([this] { store_.load(gameUpdatesAddress(hosts_)); });
+    if (std::exchange(shown_, tab) == tab) return;
+    // The first time, the window comes before the engine. A tab that has gone before it was seen loads nothing.
+    web_->afterPainting(tab == Tab::gameUpdates ? [this] { store_.load(gameUpdatesAddress(hosts_)); }
+                                                : std::function<void()>());
 }
 
 }  // namespace vantor

@@ -50,6 +50,7 @@ void WebView::hideEvent(QHideEvent*) { painted_ = false; }
 
 void WebView::afterPainting(std::function<void()> action) {
     afterPainting_ = std::move(action);
+    if (!afterPainting_) return;
     if (painted_ && isVisible())
         QTimer::singleShot(0, this, std::exchange(afterPainting_, {}));
     else

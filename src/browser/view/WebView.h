@@ -1,6 +1,6 @@
 #pragma once
-// Places the store's one page in the window; while there is no page to show, one line stands in its place. The fades over
-// the page's edges are the engine's widget's own. Main thread.
+// Places the store's one page in the window; while there is no page to show, one line stands in its place. The fades
+// over the page's edges are the engine's widget's own. Main thread.
 
 #include <QtCore/QPointer>
 #include <QtWidgets/QWidget>
@@ -23,7 +23,7 @@ public:
     WebView(Source source, QWidget* parent);
 
     // Runs it once this view has been painted on the screen, so that the player sees the window before the engine
-    // starts; soon, when it has been already. A later call replaces one that has not run.
+    // starts; soon, when it has been already. A later call replaces one that has not run; an empty one takes it back.
     void afterPainting(std::function<void()> action);
 
 protected:

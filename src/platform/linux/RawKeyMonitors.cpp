@@ -6,10 +6,13 @@
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QPointer>
 #include <QWindow>
 #include <algorithm>
 #include <utility>
+
+#include "platform/KeyClasses.h"
 
 namespace vantor {
 namespace {
@@ -96,7 +99,23 @@ std::optional<RawKeyMonitors::Seen> RawKeyMonitors::take(std::uint8_t xKeycode, 
     return taken;
 }
 
+// Keys that went down or up while another application had the keyboard were never delivered here: a click brings the
+// modifiers that are held with it.
+void RawKeyMonitors::tellModifiers(Qt::KeyboardModifiers held) {
+    ModifierFlags flags = 0;
+    if (held & Qt::ShiftModifier) flags |= modifier::shift;
+    if (held & Qt::ControlModifier) flags |= modifier::control;
+    if (held & Qt::AltModifier) flags |= modifier::option;
+    if (held & Qt::MetaModifier) flags |= modifier::command;
+    const auto monitors = local_;
+    for (const auto& [number, monitor] : monitors)
+        if (monitor.mask & maskOf(KeyEventType::flagsChanged))
+            (void)monitor.handler(KeyEvent{KeyEventType::flagsChanged, key_code::shift, flags, {}});
+}
+
 bool RawKeyMonitors::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::MouseButtonPress && watched->isWindowType())
+        tellModifiers(static_cast<QMouseEvent*>(event)->modifiers());
     const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
     // The toolkit hands a key to the window first and then to its widgets; once is enough.
     if (!isKey || !watched->isWindowType()) return QObject::eventFilter(watched, event);

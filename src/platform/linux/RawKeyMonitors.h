@@ -47,6 +47,7 @@ private:
     [[nodiscard]] bool ownWindowHasFocus() const;
     // Takes it out, with all that came before it: the toolkit delivers in the same order.
     [[nodiscard]] std::optional<Seen> take(std::uint8_t xKeycode, bool down, std::uint32_t time);
+    void tellModifiers(Qt::KeyboardModifiers held);
     [[nodiscard]] bool swallowedLocally(const QKeyEvent& event);
 
     const XConnection& connection_;

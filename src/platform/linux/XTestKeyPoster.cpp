@@ -1,5 +1,7 @@
 #include "platform/linux/XTestKeyPoster.h"
 
+#include <sys/prctl.h>
+
 #include <utility>
 
 #include "platform/linux/KeyCodes.h"
@@ -21,11 +23,18 @@ xcb_window_t makeWitness(const XConnection& connection) {
 
 class XTestKeyPoster::Span final : public Typing {
 public:
-    explicit Span(XTestKeyPoster& poster) : poster_(poster) {}
-    ~Span() override { poster_.endTyping(); }
+    explicit Span(XTestKeyPoster& poster) : poster_(poster), slack_(prctl(PR_GET_TIMERSLACK)) {
+        // The kernel may add its slack, 50 us, to each wait between two keys.
+        prctl(PR_SET_TIMERSLACK, 1UL);
+    }
+    ~Span() override {
+        prctl(PR_SET_TIMERSLACK, static_cast<unsigned long>(slack_));
+        poster_.endTyping();
+    }
 
 private:
     XTestKeyPoster& poster_;
+    const int slack_;  // nanoseconds, of this thread
 };
 
 XTestKeyPoster::XTestKeyPoster(const XConnection& connection, PostedKeyRecord& record, const XkbKeyboardLayout& learned,

@@ -15,6 +15,10 @@ QString webEngineModulePath() {
 
 std::unique_ptr<WidgetWebEngine> loadWebEngine(const WebEngineFolders& folders) {
     QLibrary library(webEngineModulePath());
+    // The engine complains, at length, that it is a late guest.
+    const QtMessageHandler usual = qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
+    library.load();
+    qInstallMessageHandler(usual);
     const auto make = reinterpret_cast<MakeWidgetWebEngine>(library.resolve("vantorMakeWebEngine"));
     if (!make) {
         std::fprintf(stderr, "vantor: no web engine: %s\n", qPrintable(library.errorString()));

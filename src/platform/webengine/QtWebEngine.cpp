@@ -2,18 +2,17 @@
 
 #include <unistd.h>
 
-#include <QtCore/QChildEvent>
 #include <QtWebEngineCore/qtwebenginecoreglobal.h>
+#include <QtWebEngineQuick/qtwebenginequickglobal.h>
+#include <QtCore/QLoggingCategory>
 #include <QtWebEngineCore/QWebEngineDownloadRequest>
 #include <QtWebEngineCore/QWebEngineHistory>
 #include <QtWebEngineCore/QWebEngineScript>
 #include <QtWebEngineCore/QWebEngineScriptCollection>
 #include <QtWebEngineCore/QWebEngineSettings>
 #include <utility>
-#include <QtQuickWidgets/QQuickWidget>
-#include <QtQuick/QQuickWindow>
 
-#include "platform/webengine/EdgeFades.h"
+#include "platform/webengine/PageDrawing.h"
 #include "platform/webengine/WikiPage.h"
 
 namespace vantor {
@@ -42,30 +41,56 @@ void configure(QWebEngineSettings& settings) {
     settings.setAttribute(PluginsEnabled, false);
     settings.setAttribute(FocusOnNavigationEnabled, false);
     settings.setAttribute(ErrorPageEnabled, false);
-    settings.setUnknownUrlSchemePolicy(QWebEngineSettings::DisallowUnknownUrlSchemes);
+    // Asks the page about other schemes, and only after a click.
+    settings.setUnknownUrlSchemePolicy(QWebEngineSettings::AllowUnknownUrlSchemesFromUserInteraction);
 }
 
-// The engine draws in child widgets of its own making, one after the other, each a texture that the toolkit lays under what
-// the window paints. Ours is a page without ground, so its texture belongs over that.
-class Drawings final : public QObject {
+// Nothing of a page is seen before the scripts at its end have dressed it, for three seconds at most: it would flash in
+// its own colours. Its own ground comes last, because the engine goes on laying the first that it saw, white as a rule,
+// under a page that has none any more.
+constexpr const char* veil =
+    "(() => {"
+    "    const veil = new CSSStyleSheet();"
+    "    veil.replaceSync('html, body { background: transparent !important } html { visibility: hidden !important }');"
+    "    document.adoptedStyleSheets = [...document.adoptedStyleSheets, veil];"
+    "    addEventListener('DOMContentLoaded', () => setTimeout(() => veil.replaceSync('')), { once: true });"
+    "    setTimeout(() => veil.cssRules.length > 1 && veil.deleteRule(1), 3000);"
+    // Nor does a page ask whether the player may leave it.
+    "    addEventListener('beforeunload', event => event.stopImmediatePropagation(), true);"
+    "})()";
+
+// The engine reads its flags from the environment when it starts, once.
+class EngineFlags {
 public:
-    using QObject::QObject;
-    bool eventFilter(QObject*, QEvent* event) override {
-        if (event->type() == QEvent::ChildAdded || event->type() == QEvent::ChildPolished)
-            if (QObject* const child = static_cast<QChildEvent*>(event)->child(); child->isWidgetType())
-                dress(*static_cast<QWidget*>(child));
-        return false;
+    explicit EngineFlags(bool root) : before_(qgetenv(name)), wasSet_(qEnvironmentVariableIsSet(name)) {
+        // Nothing of the engine's own log belongs on a player's terminal.
+        QByteArray flags = before_ + " --disable-logging --log-level=3";
+        // Its sandbox cannot be set up by root, whose programs it refuses to run without this word.
+        if (root) flags += " --no-sandbox";
+        qputenv(name, flags);
     }
+    ~EngineFlags() {
+        if (wasSet_)
+            qputenv(name, before_);
+        else
+            qunsetenv(name);
+    }
+    EngineFlags(const EngineFlags&) = delete;
+    EngineFlags& operator=(const EngineFlags&) = delete;
 
 private:
-    static void dress(QWidget& drawing) {
-        fprintf(stderr, "dress %s parent %s\n", drawing.metaObject()->className(), drawing.parent()->metaObject()->className());
-        if (drawing.testAttribute(Qt::WA_AlwaysStackOnTop)) return;
-        drawing.setAttribute(Qt::WA_AlwaysStackOnTop);
-        fadeEdges(drawing);
-        QTimer::singleShot(3000, &drawing, [d = static_cast<QQuickWidget*>(&drawing)] { const QImage i = d->grabFramebuffer(); fprintf(stderr, "grab %d %dx%d clear %s top %d\n", i.save(QStringLiteral("/tmp/hweb/grab.png")), i.width(), i.height(), qPrintable(d->quickWindow()->color().name(QColor::HexArgb)), d->testAttribute(Qt::WA_AlwaysStackOnTop)); for (int y : {20, 120, 125}) fprintf(stderr, "%08x ", i.pixel(620, y)); d->update(); });
-    }
+    static constexpr const char* name = "QTWEBENGINE_CHROMIUM_FLAGS";
+    QByteArray before_;
+    bool wasSet_;
 };
+
+QWebEngineScript veilScript() {
+    QWebEngineScript script;
+    script.setSourceCode(QString::fromLatin1(veil));
+    script.setInjectionPoint(QWebEngineScript::DocumentCreation);
+    script.setWorldId(QWebEngineScript::ApplicationWorld);
+    return script;
+}
 
 }  // namespace
 
@@ -76,7 +101,9 @@ QtWebEngine::QtWebEngine(const WebEngineFolders& folders)
     page_ = std::make_unique<WikiPage>(profile_.get(), nullptr);
     configure(*page_->settings());
     view_ = new QWebEngineView(page_.get(), nullptr);
-    view_->installEventFilter(new Drawings(view_));
+    new PageDrawings(*view_);
+    // A file that is dropped is no page.
+    view_->setAcceptDrops(false);
     view_->setContextMenuPolicy(Qt::NoContextMenu);
     view_->setAccessibleName(QStringLiteral("Web page"));
     patience_.setSingleShot(true);
@@ -94,8 +121,6 @@ void QtWebEngine::follow() {
     QObject::connect(page, &QWebEnginePage::titleChanged, page, [this] { report(); });
     QObject::connect(page, &QWebEnginePage::urlChanged, page, [this] { report(); });
     QObject::connect(page, &QWebEnginePage::loadStarted, page, [this] {
-        fprintf(stderr, "started bg %s\n", qPrintable(page_->backgroundColor().name(QColor::HexArgb)));
-        if (getenv("TOG")) { page_->setBackgroundColor(Qt::white); page_->setBackgroundColor(Qt::transparent); }
         state_.loading = true;
         state_.estimatedProgress = 0;
         report();
@@ -134,8 +159,8 @@ void QtWebEngine::report() {
 }
 
 void QtWebEngine::setDrawsBackground(bool draws) {
-    fprintf(stderr, "setDraws %d was %s\n", draws, qPrintable(page_->backgroundColor().name(QColor::HexArgb)));
     page_->setBackgroundColor(draws ? QColor(Qt::white) : QColor(Qt::transparent));
+    if (!draws) page_->scripts().insert(veilScript());
 }
 
 void QtWebEngine::load(const std::string& url, int timeoutSeconds) {
@@ -149,6 +174,8 @@ void QtWebEngine::goForward() { page_->triggerAction(QWebEnginePage::Forward); }
 
 void QtWebEngine::addUserScript(const std::string& source) {
     QWebEngineScript script;
+    // Frames that come later would get only one of several equal scripts; names tell them apart.
+    script.setName(QString::number(page_->scripts().count()));
     script.setSourceCode(QString::fromStdString(source));
     script.setInjectionPoint(QWebEngineScript::DocumentReady);
     script.setRunsOnSubFrames(true);
@@ -160,9 +187,14 @@ void QtWebEngine::addUserScript(const std::string& source) {
 }  // namespace vantor
 
 extern "C" Q_DECL_EXPORT vantor::WidgetWebEngine* vantorMakeWebEngine(const vantor::WebEngineFolders& folders) {
-    // The engine's sandbox cannot be set up by root, whose programs it refuses to run without this word.
-    if (geteuid() == 0 && !qEnvironmentVariableIsSet("QTWEBENGINE_DISABLE_SANDBOX"))
-        qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");
+    const vantor::EngineFlags flags(geteuid() == 0);
+    QLoggingCategory::setFilterRules(QStringLiteral("qt.webenginecontext*=false"));
+    // Here and not before the application object: sharing loads the graphics driver, which doubles the memory of a
+    // program that may never show a page. The toolkit says that this is unusual, and does it.
+    const QtMessageHandler handler =
+        qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
+    QtWebEngineQuick::initialize();
+    qInstallMessageHandler(handler);
     return new vantor::QtWebEngine(folders);
 }
 

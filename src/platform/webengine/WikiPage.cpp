@@ -1,7 +1,9 @@
 #include "platform/webengine/WikiPage.h"
 
+#include <QtCore/QTimer>
 #include <QtGui/QDesktopServices>
 #include <QtWebEngineCore/QWebEngineCertificateError>
+#include <chrono>
 
 namespace vantor {
 
@@ -15,7 +17,10 @@ bool isForDesktop(const QUrl& url) { return url.scheme() == QLatin1String("mailt
 // Collects the first address that a new window wants, and opens it in the page that asked.
 class NewWindow final : public QWebEnginePage {
 public:
-    explicit NewWindow(WikiPage* opener) : QWebEnginePage(opener->profile(), opener), opener_(opener) {}
+    explicit NewWindow(WikiPage* opener) : QWebEnginePage(opener->profile(), opener), opener_(opener) {
+        // A script may open a window without ever saying where to.
+        QTimer::singleShot(patience, this, &QObject::deleteLater);
+    }
 
 protected:
     bool acceptNavigationRequest(const QUrl& url, NavigationType, bool) override {
@@ -25,6 +30,8 @@ protected:
     }
 
 private:
+    static constexpr std::chrono::seconds patience{10};
+
     WikiPage* opener_;
 };
 

@@ -1,0 +1,84 @@
+#include "platform/webengine/PageDrawing.h"
+
+#include <QtCore/QChildEvent>
+#include <QtGui/QLinearGradient>
+#include <QtGui/QPainter>
+#include <QtGui/QResizeEvent>
+#include <QtQuick/QQuickPaintedItem>
+#include <QtQuick/QQuickWindow>
+#include <QtQuickWidgets/QQuickWidget>
+
+namespace vantor {
+
+namespace {
+
+constexpr qreal depth = 18;
+constexpr int darkest = 150;  // of 255, at the very edge
+constexpr qreal overThePage = 1;
+
+class EdgeFades final : public QQuickPaintedItem {
+public:
+    static constexpr QLatin1String name{"fades"};
+
+    explicit EdgeFades(QQuickItem* scene) : QQuickPaintedItem(scene) {
+        setObjectName(name);
+        setZ(overThePage);
+    }
+
+    void paint(QPainter* painter) override {
+        const auto fade = [painter](QPointF from, QPointF to, const QRectF& area) {
+            QLinearGradient gradient(from, to);
+            gradient.setColorAt(0, QColor(0, 0, 0, darkest));
+            gradient.setColorAt(0.4, QColor(0, 0, 0, darkest / 3));
+            gradient.setColorAt(1, QColor(0, 0, 0, 0));
+            painter->fillRect(area, gradient);
+        };
+        const qreal right = width();
+        const qreal bottom = height();
+        fade({0, 0}, {0, depth}, {0, 0, right, depth});
+        fade({0, bottom}, {0, bottom - depth}, {0, bottom - depth, right, depth});
+        fade({0, 0}, {depth, 0}, {0, 0, depth, bottom});
+        fade({right, 0}, {right - depth, 0}, {right - depth, 0, depth, bottom});
+    }
+};
+
+// A texture lies under what the window paints, where the window has a hole for it, unless it says otherwise. A page
+// without ground cannot lie there: the game would show through the hole. The engine says otherwise only while it
+// believes that the page has no ground, which it finds out late or never.
+void layOnTop(QQuickWidget& drawing) {
+    drawing.setAttribute(Qt::WA_AlwaysStackOnTop);
+    if (QWidget* const under = drawing.parentWidget()) under->update();
+}
+
+QQuickItem* fadesOf(const QQuickWidget& drawing) {
+    return drawing.quickWindow()->contentItem()->findChild<QQuickItem*>(EdgeFades::name, Qt::FindDirectChildrenOnly);
+}
+
+}  // namespace
+
+PageDrawings::PageDrawings(QWidget& view) : QObject(&view) { view.installEventFilter(this); }
+
+bool PageDrawings::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::ChildAdded && watched == parent()) {
+        // The engine's own class has no header; what it is made of has.
+        if (auto* const drawing = qobject_cast<QQuickWidget*>(static_cast<QChildEvent*>(event)->child()))
+            dress(*drawing);
+    } else if (event->type() == QEvent::Resize && watched != parent()) {
+        fadesOf(static_cast<QQuickWidget&>(*watched))->setSize(static_cast<QResizeEvent*>(event)->size());
+    }
+    return false;
+}
+
+void PageDrawings::dress(QQuickWidget& drawing) {
+    // A layout may take out a drawing and put it back.
+    if (fadesOf(drawing)) return;
+    (new EdgeFades(drawing.quickWindow()->contentItem()))->setSize(drawing.size());
+    drawing.installEventFilter(this);
+    layOnTop(drawing);
+    // The engine changes its mind when it changes the ground's colour, right after this signal.
+    QObject::connect(
+        drawing.quickWindow(), &QQuickWindow::colorChanged, &drawing, [&drawing] { layOnTop(drawing); },
+        Qt::QueuedConnection);
+}
+
+}  // namespace vantor

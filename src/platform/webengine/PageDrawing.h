@@ -1,0 +1,22 @@
+#pragma once
+// The widgets in which the engine draws its page: each lies over what the window paints, and has soft fades over its
+// four edges. Main thread.
+
+#include <QtCore/QObject>
+#include <QtWidgets/QWidget>
+
+class QQuickWidget;
+
+namespace vantor {
+
+// Watches the engine's view, which gets a new drawing for each process that draws pages. Belongs to the view.
+class PageDrawings final : public QObject {
+public:
+    explicit PageDrawings(QWidget& view);
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void dress(QQuickWidget& drawing);
+};
+
+}  // namespace vantor

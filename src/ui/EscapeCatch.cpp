@@ -1,0 +1,56 @@
+#include "ui/EscapeCatch.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtGui/QKeyEvent>
+#include <QtGui/QWindow>
+#include <utility>
+
+namespace vantor {
+
+// On the application, since the one who listens to the window's keys does so there too; the latest filter is asked
+// first.
+class EscapeCatch::Filter final : public QObject {
+public:
+    Filter(QWidget& window, std::function<void()> pressed) : window_(&window), pressed_(std::move(pressed)) {
+        QCoreApplication::instance()->installEventFilter(this);
+    }
+
+    void end() {
+        pressed_ = nullptr;
+        if (!held_) deleteLater();
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        const bool press = event->type() == QEvent::KeyPress;
+        if (!press && event->type() != QEvent::KeyRelease) return false;
+        if (!window_ || watched != window_->windowHandle()) return false;
+        const auto& key = *static_cast<QKeyEvent*>(event);
+        if (key.key() != Qt::Key_Escape) return false;
+        if (press && !held_) {
+            if (!pressed_) return false;
+            held_ = true;
+            // May end this catch.
+            std::exchange(pressed_, nullptr)();
+        } else if (!held_) {
+            return false;  // a release whose press was before
+        } else if (!press && !key.isAutoRepeat()) {
+            held_ = false;
+            deleteLater();
+        }
+        return true;
+    }
+
+private:
+    QPointer<QWidget> window_;
+    std::function<void()> pressed_;
+    bool held_ = false;
+};
+
+EscapeCatch::EscapeCatch(QWidget& window, std::function<void()> pressed)
+    : filter_(new Filter(window, std::move(pressed))) {}
+
+EscapeCatch::~EscapeCatch() {
+    if (filter_) filter_->end();
+}
+
+}  // namespace vantor

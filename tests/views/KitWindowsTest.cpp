@@ -1,0 +1,185 @@
+// Every window as the program makes it, with doubles on the far side of the seam only: whoever cannot see it hears a
+// name for everything that can be acted on, and at any text size nothing leaves its place.
+
+#include <gmock/gmock.h>
+
+#include <QtWidgets/QApplication>
+
+#include "AccessibilityWalk.h"
+#include "KitPlayer.h"
+#include "app/AppDelegate.h"
+#include "app/view/MainWindow.h"
+#include "app/view/ViewWindows.h"
+#include "browser/LazyWebPage.h"
+#include "input/view/HotkeyPopup.h"
+#include "platform/fake/FakeClock.h"
+#include "platform/fake/FakeDefaults.h"
+#include "platform/fake/FakeKeyMonitors.h"
+#include "platform/fake/FakeKeyPoster.h"
+#include "platform/fake/FakeKeyboardLayout.h"
+#include "platform/fake/FakeKeychain.h"
+#include "platform/fake/FakeMainThread.h"
+#include "platform/fake/FakePasteboard.h"
+#include "platform/fake/FakePause.h"
+#include "platform/fake/FakeScheduler.h"
+#include "platform/fake/FakeScreens.h"
+#include "platform/fake/FakeStatusItem.h"
+#include "platform/fake/FakeTaskQueue.h"
+#include "platform/fake/FakeUrlSession.h"
+#include "platform/fake/FakeWorkspace.h"
+#include "ui/Collapse.h"
+#include "ui/Fonts.h"
+
+namespace vantor {
+namespace {
+
+struct NoNature final : OverlayWindows {
+    void prepare(NativeWindow, WindowNature) override {}
+};
+
+class KitWindows : public testing::Test {
+protected:
+    ~KitWindows() override { setTextScale(1); }
+
+    void launch() {
+        delegate = std::make_unique<AppDelegate>(
+            AppObserver::Needs{
+                {defaults,
+                 session,
+                 queue,
+                 mainThread,
+                 clock,
+                 {"https://api", "qrc:/catalogue"},
+                 [](const std::string&) {},
+                 [](const std::string&) {}},
+                monitors,
+                poster,
+                layout,
+                workspace,
+                statusItem,
+                pasteboard,
+                pause,
+                keychain,
+                [this] {
+                    auto made = std::make_unique<LazyWebPage>([] { return nullptr; });
+                    page = made.get();
+                    return made;
+                },
+                [] { return std::nullopt; },
+                [this](AppWindowName name, AppObserver& observer) { return windows.make(name, observer); }},
+            [] {});
+        workspace.bringToFront("net.arena.Guild-Wars-2");
+        observer().openOverlay();
+        KitWindow::settle();
+    }
+    AppObserver& observer() { return delegate->appObserver(); }
+    static std::vector<QWidget*> shown() {
+        std::vector<QWidget*> found;
+        for (QWidget* const each : QApplication::topLevelWidgets())
+            if (each->isVisible()) found.push_back(each);
+        return found;
+    }
+    static MainWindow& mainWindow() {
+        for (QWidget* const each : shown())
+            if (auto* const main = dynamic_cast<MainWindow*>(each)) return *main;
+        ADD_FAILURE() << "the main window is not shown";
+        std::abort();
+    }
+    // What is closed at first is a part of its window too.
+    static void openCollapses(QWidget& window) {
+        for (Collapse* const collapse : below<Collapse>(window)) collapse->setExpanded(true);
+        KitWindow::settle();
+    }
+
+    FakeDefaults defaults;
+    FakeTaskQueue queue;
+    FakeUrlSession session{queue};
+    FakeMainThread mainThread;
+    FakeClock clock{0, 0};
+    FakeKeyMonitors monitors;
+    FakeKeyPoster poster;
+    FakeKeyboardLayout layout;
+    FakeWorkspace workspace;
+    FakeStatusItem statusItem;
+    FakeKeychain keychain;
+    FakePasteboard pasteboard;
+    FakePause pause;
+    FakeScreens screens;
+    FakeScheduler scheduler;
+    NoNature natures;
+    LazyWebPage* page = nullptr;
+    ViewWindows windows{
+        {.overlayWindows = natures,
+         .screens = screens,
+         .scheduler = scheduler,
+         .webHosts = {"https://wiki", "https://videos", "https://search"},
+         .accountSite = "https://account",
+         .feedbackEndpoint = "https://feedback/api/message",
+         .supportData = {"Somebody.1234", {{"xmr", "Coin", "wallet", "memo"}}, "https://licence"},
+         .webPage =
+             [this] {
+                 return WebView::Source{*page, [] { return nullptr; }, [] { return QStringLiteral("No engine"); }};
+             },
+         .translator =
+             [] {
+                 return TranslatorNeeds{[](const Script&) { return true; }, {}};
+             },
+         .examineSystem = [] { return std::vector<SystemPower>{plainPower("keyring", false, "Install one")}; },
+         .openLink = [](const std::string&) {},
+         .menuEntries = [] { return std::vector<MenuEntry>(); }}};
+    std::unique_ptr<AppDelegate> delegate;
+};
+
+TEST_F(KitWindows, EveryTabOfTheMainWindowAndEveryFloatingWindowNamesWhatCanBeActedOn) {
+    launch();
+    int interactive = 0;
+    for (std::size_t tab = 0; tab < tabEntries.size(); ++tab) {
+        observer().tabs().select(tab);
+        KitWindow::settle();
+        openCollapses(mainWindow());
+        for (QWidget* const window : shown()) {
+            const AccessibilityWalk walk = walkAccessibility(*window);
+            interactive += walk.interactive;
+            for (const QString& path : walk.unnamed)
+                ADD_FAILURE() << tabEntries.at(tab).text << ": " << path.toStdString();
+        }
+    }
+    EXPECT_GT(interactive, 100);
+    EXPECT_GE(shown().size(), 3U) << "the main window, the icon and the emotes";
+}
+
+TEST_F(KitWindows, AtAnyTextSizeEveryTabStaysInsideItsWindow) {
+    for (const double scale : {1.0, 1.5, 2.0}) {
+        setTextScale(scale);
+        launch();
+        MainWindow& window = mainWindow();
+        for (const QSize size : {QSize(920, 600), QSize(720, 460)}) {
+            window.resize(size);
+            for (std::size_t tab = 0; tab < tabEntries.size(); ++tab) {
+                observer().tabs().select(tab);
+                KitWindow::settle();
+                EXPECT_EQ(window.size(), size) << "no content may widen its window";
+                if (const QByteArray folder = qgetenv("VANTOR_PICTURES"); !folder.isEmpty())
+                    window.grab().save(QStringLiteral("%1/%2-%3-%4.png")
+                                           .arg(QString::fromLocal8Bit(folder))
+                                           .arg(tab)
+                                           .arg(size.width())
+                                           .arg(scale));
+                for (QWidget* const each : window.findChildren<QWidget*>()) {
+                    if (!each->isVisible() || each->isWindow() || !qobject_cast<QAbstractButton*>(each)) continue;
+                    // A column that scrolls may be taller than its window, but never wider.
+                    const QRect place(each->mapTo(&window, QPoint()), each->size());
+                    EXPECT_TRUE(place.left() >= 0 && place.right() < size.width())
+                        << tabEntries.at(tab).text << " at " << scale << " and " << size.width() << ": "
+                        << qobject_cast<QAbstractButton*>(each)->text().toStdString() << " "
+                        << each->accessibleName().toStdString();
+                }
+            }
+        }
+        delegate.reset();
+        KitWindow::settle();
+    }
+}
+
+}  // namespace
+}  // namespace vantor
