@@ -5,6 +5,8 @@ namespace vantor {
 namespace {
 
 QAccessibleInterface* describe(const QString&, QObject* object) {
+    // The web engine's own objects carry no type information that could be asked; none of them is a widget.
+    if (!object->isWidgetType()) return nullptr;
     // A widget in the middle of its destruction is no control any more, and this says so.
     auto* const control = dynamic_cast<SelfDescribing*>(object);
     return control ? control->makeAccessible() : nullptr;

@@ -148,7 +148,7 @@ QSize GW2Picker::minimumSizeHint() const { return {std::min(sizeHint().width(), 
 void GW2Picker::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     ControlState state = ControlState::of(*this);
-    state.pressed = isOpen();
+    state.pressed = state.pressed || isOpen();
     if (!state.enabled) painter.setOpacity(disabledOpacity);
     const QRect frame = rect().adjusted(ringRoom, ringRoom, -ringRoom, -ringRoom);
     const GW2ButtonStyle style;

@@ -1,6 +1,7 @@
 #include "ui/GW2TextArea.h"
 
 #include <QtGui/QContextMenuEvent>
+#include <QtGui/QFontMetrics>
 
 #include "ui/FieldMenu.h"
 #include "ui/Fonts.h"
@@ -31,6 +32,10 @@ GW2TextArea::GW2TextArea(const QString& placeholder, QWidget* parent) : QPlainTe
     // Tab goes to the next control, as everywhere.
     setTabChangesFocus(true);
     setViewportMargins(0, 3, 1, 3);
+}
+
+QSize GW2TextArea::minimumSizeHint() const {
+    return {withText(100), 3 * QFontMetrics(font()).lineSpacing() + 2 * (ringRoom + 8)};
 }
 
 // The ground belongs to the frame around the text, which the toolkit paints in the widget and not in its viewport.

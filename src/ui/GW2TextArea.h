@@ -11,6 +11,9 @@ class GW2TextArea : public QPlainTextEdit {
 public:
     GW2TextArea(const QString& placeholder, QWidget* parent);
 
+    // Three lines.
+    [[nodiscard]] QSize minimumSizeHint() const override;
+
 protected:
     bool event(QEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;

@@ -3,6 +3,7 @@
 #include <QtGui/QFontMetrics>
 #include <QtGui/QLinearGradient>
 #include <QtGui/QPainter>
+#include <algorithm>
 
 #include "ui/Fonts.h"
 #include "ui/Palette.h"
@@ -24,6 +25,10 @@ SectionTitle::SectionTitle(const QString& text, QWidget* parent) : QWidget(paren
 QSize SectionTitle::sizeHint() const {
     const QFontMetrics metrics(serifFont(fontSize));
     return {metrics.horizontalAdvance(text_) + 8, metrics.height() + withText(10)};
+}
+
+QSize SectionTitle::minimumSizeHint() const {
+    return {std::min(sizeHint().width(), withText(120)), sizeHint().height()};
 }
 
 void SectionTitle::paintEvent(QPaintEvent*) {

@@ -15,7 +15,8 @@ public:
         return new QAccessibleWidget(this, QAccessible::Heading);
     }
     [[nodiscard]] QSize sizeHint() const override;
-    [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
+    // Where there is less room, it is cut with an ellipsis.
+    [[nodiscard]] QSize minimumSizeHint() const override;
 
 protected:
     void paintEvent(QPaintEvent* event) override;

@@ -162,7 +162,7 @@ def chat_links_and_watching(report, arguments, folder):
 
         # The watched list follows the settings file, so that no clock has to be waited for.
         catalogue = json.loads((TOP / "resources/catalogue/events.json").read_text())
-        names = sorted({event["name"] for section in catalogue for event in section["events"] if event["name"]})
+        names = sorted({event["name"] for section in catalogue for event in section["segments"] if event["name"]})
         desk.press("Escape")
         desk.wait_until(lambda: "watched" in vantor.windows())
         empty = vantor.windows()["watched"]
@@ -189,7 +189,8 @@ def emotes(report, arguments, folder):
             typed = typed_since(game, start, "\r")
             return typed, desk.wait_until(lambda: vantor.windows()["emoji"][2] < 100) and game.has_focus()
 
-        report.check(use(26) == ("\r/wave @\r", True), "an emote is typed between two Returns, and the row closes")
+        used = use(26)
+        report.check(used == ("\r/wave @\r", True), "an emote is typed between two Returns, and the row closes", used)
         report.check(use(0) == ("\r/wave @\r", True), "the emote used last is the first one")
         report.check(use(20)[0] == "\r/sit\r" and use(1)[0] == "\r/wave @\r", "the order follows each use")
         vantor.end()

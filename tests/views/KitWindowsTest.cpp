@@ -29,6 +29,7 @@
 #include "platform/fake/FakeWorkspace.h"
 #include "ui/Collapse.h"
 #include "ui/Fonts.h"
+#include "ui/Tabber.h"
 
 namespace vantor {
 namespace {
@@ -62,7 +63,7 @@ protected:
                 keychain,
                 [this] {
                     auto made = std::make_unique<LazyWebPage>([] { return nullptr; });
-                    page = made.get();
+                    webPage = made.get();
                     return made;
                 },
                 [] { return std::nullopt; },
@@ -107,7 +108,7 @@ protected:
     FakeScreens screens;
     FakeScheduler scheduler;
     NoNature natures;
-    LazyWebPage* page = nullptr;
+    LazyWebPage* webPage = nullptr;
     ViewWindows windows{
         {.overlayWindows = natures,
          .screens = screens,
@@ -118,7 +119,7 @@ protected:
          .supportData = {"Somebody.1234", {{"xmr", "Coin", "wallet", "memo"}}, "https://licence"},
          .webPage =
              [this] {
-                 return WebView::Source{*page, [] { return nullptr; }, [] { return QStringLiteral("No engine"); }};
+                 return WebView::Source{*webPage, [] { return nullptr; }, [] { return QStringLiteral("No engine"); }};
              },
          .translator =
              [] {
@@ -130,56 +131,60 @@ protected:
     std::unique_ptr<AppDelegate> delegate;
 };
 
-TEST_F(KitWindows, EveryTabOfTheMainWindowAndEveryFloatingWindowNamesWhatCanBeActedOn) {
+TEST_F(KitWindows, EveryPageOfEveryWindowNamesWhatCanBeActedOn) {
     launch();
     int interactive = 0;
-    for (std::size_t tab = 0; tab < tabEntries.size(); ++tab) {
-        observer().tabs().select(tab);
+    const auto walkAll = [&](const std::string& place) {
         KitWindow::settle();
         openCollapses(mainWindow());
         for (QWidget* const window : shown()) {
             const AccessibilityWalk walk = walkAccessibility(*window);
             interactive += walk.interactive;
-            for (const QString& path : walk.unnamed)
-                ADD_FAILURE() << tabEntries.at(tab).text << ": " << path.toStdString();
+            for (const QString& path : walk.unnamed) ADD_FAILURE() << place << ": " << path.toStdString();
         }
+    };
+    int pages = 0;
+    for (std::size_t tab = 0; tab < tabEntries.size(); ++tab) {
+        const std::string name(tabEntries.at(tab).text);
+        observer().tabs().select(tab);
+        walkAll(name);
+        for (Tabber* const tabber : below<Tabber>(mainWindow()))
+            for (int page = 0; tabber->isVisible() && page < tabber->count(); ++page, ++pages) {
+                tabber->select(page);
+                walkAll(name + ", " + tabber->tab(page).text().toStdString());
+            }
     }
-    EXPECT_GT(interactive, 100);
+    EXPECT_GE(pages, 9) << "of the translators, the support and the settings";
+    EXPECT_GT(interactive, 200);
     EXPECT_GE(shown().size(), 3U) << "the main window, the icon and the emotes";
 }
 
-TEST_F(KitWindows, AtAnyTextSizeEveryTabStaysInsideItsWindow) {
-    for (const double scale : {1.0, 1.5, 2.0}) {
-        setTextScale(scale);
-        launch();
-        MainWindow& window = mainWindow();
-        for (const QSize size : {QSize(920, 600), QSize(720, 460)}) {
-            window.resize(size);
-            for (std::size_t tab = 0; tab < tabEntries.size(); ++tab) {
-                observer().tabs().select(tab);
-                KitWindow::settle();
-                EXPECT_EQ(window.size(), size) << "no content may widen its window";
-                if (const QByteArray folder = qgetenv("VANTOR_PICTURES"); !folder.isEmpty())
-                    window.grab().save(QStringLiteral("%1/%2-%3-%4.png")
-                                           .arg(QString::fromLocal8Bit(folder))
-                                           .arg(tab)
-                                           .arg(size.width())
-                                           .arg(scale));
-                for (QWidget* const each : window.findChildren<QWidget*>()) {
-                    if (!each->isVisible() || each->isWindow() || !qobject_cast<QAbstractButton*>(each)) continue;
-                    // A column that scrolls may be taller than its window, but never wider.
-                    const QRect place(each->mapTo(&window, QPoint()), each->size());
-                    EXPECT_TRUE(place.left() >= 0 && place.right() < size.width())
-                        << tabEntries.at(tab).text << " at " << scale << " and " << size.width() << ": "
-                        << qobject_cast<QAbstractButton*>(each)->text().toStdString() << " "
-                        << each->accessibleName().toStdString();
-                }
+class KitWindowsAtTextScale : public KitWindows, public testing::WithParamInterface<double> {};
+
+TEST_P(KitWindowsAtTextScale, EveryTabKeepsItsControlsBetweenTheWindowsSides) {
+    setTextScale(GetParam());
+    launch();
+    MainWindow& window = mainWindow();
+    for (const QSize wanted : {QSize(920, 600), QSize(720, 460)}) {
+        const QSize size = wanted.expandedTo(window.minimumSize());
+        window.resize(size);
+        for (std::size_t tab = 0; tab < tabEntries.size(); ++tab) {
+            observer().tabs().select(tab);
+            KitWindow::settle();
+            EXPECT_EQ(window.size(), size) << "no content may widen its window";
+            for (const QAbstractButton* const each : below<QAbstractButton>(window)) {
+                if (!each->isVisible()) continue;
+                // A column that scrolls may be taller than its window, but never wider.
+                const QRect place(each->mapTo(&window, QPoint()), each->size());
+                EXPECT_TRUE(place.left() >= 0 && place.right() < size.width())
+                    << tabEntries.at(tab).text << ": " << each->text().toStdString() << " "
+                    << each->accessibleName().toStdString();
             }
         }
-        delegate.reset();
-        KitWindow::settle();
     }
 }
+
+INSTANTIATE_TEST_SUITE_P(Scales, KitWindowsAtTextScale, testing::Values(1.0, 1.5, 2.0));
 
 }  // namespace
 }  // namespace vantor

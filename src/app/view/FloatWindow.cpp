@@ -20,8 +20,11 @@ void FloatWindow::setContent(QWidget* content) {
 }
 
 void FloatWindow::fit(QSize size) {
-    letClicksThrough(size.isEmpty());
     if (!size.isEmpty()) setGeometry(QRect(place_.value_or(pos()), size));
+    // The toolkit gives the window an input shape of the size that it has when the flag goes: so once more for each
+    // size.
+    letClicksThrough(true);
+    letClicksThrough(size.isEmpty());
 }
 
 void FloatWindow::standAt(QPoint place) {
