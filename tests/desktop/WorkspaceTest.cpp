@@ -255,7 +255,8 @@ TEST(DoctorTest, FindsThePowersOfThePrivateDesktopAndNamesTheMissing) {
     qputenv("DISPLAY", display);
     absent.clear();
     for (const auto& each : without)
-        if (!each.present) absent.push_back(each.name);
+        if (!each.present && each.name != "web sandbox")  // whose answer is the user's
+            absent.push_back(each.name);
     EXPECT_EQ(absent,
               (std::vector<std::string>{"display", "raw keys", "posting", "layout", "frontmost application", "tray"}));
     EXPECT_NE(powersAsText(without).find("display                no   no X server"), std::string::npos)
