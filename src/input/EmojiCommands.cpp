@@ -50,11 +50,13 @@ bool EmojiCommands::enabled() const { return defaults_.get<bool>(settings::enabl
 
 std::vector<EmojiCommand> EmojiCommands::ordered() const {
     std::vector<std::pair<double, EmojiCommand>> used;
+    used.reserve(std::size(table));
     for (const EmojiCommand& each : table)
         used.emplace_back(defaults_.get<double>(emojiUsageKey(each)).value_or(0), each);
     std::stable_sort(used.begin(), used.end(),
                      [](const auto& one, const auto& other) { return one.first > other.first; });
     std::vector<EmojiCommand> commands;
+    commands.reserve(used.size());
     for (const auto& [time, each] : used) commands.push_back(each);
     return commands;
 }

@@ -119,8 +119,8 @@ AchievementBlock achievementBlock(const Event& event, const ProgressById& progre
     });
     if (missed > 0)
         block.note = counted(static_cast<std::size_t>(missed), "name could not be loaded", "names could not be loaded");
-    std::ranges::stable_partition(block.achievements,
-                                  [](const AchievementLine& line) { return line.state != AchievementState::done; });
+    std::stable_partition(block.achievements.begin(), block.achievements.end(),
+                          [](const AchievementLine& line) { return line.state != AchievementState::done; });
     if (!event.rewards) return block;
     const EventRewards& rewards = *event.rewards;
     if (rewards.items && !rewards.items->empty())

@@ -59,7 +59,9 @@ QByteArray withLiningFigures(QByteArray face) {
     const auto each = [&](const auto& visit) {
         for (quint32 i = 0; i < count; ++i) visit(features + 2 + 6 * static_cast<qsizetype>(i));
     };
-    for (const auto& [from, to] : renamed) {
+    for (const auto& renaming : renamed) {
+        const char* const from = renaming.first;
+        const char* const to = renaming.second;
         // A face that uses the name already would have two features of it, and only the first counts.
         bool taken = false;
         each([&](qsizetype record) { taken = taken || tagIs(face, record, to); });

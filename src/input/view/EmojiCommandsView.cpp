@@ -132,7 +132,7 @@ void EmojiCommandsView::rebuild() {
         }
     }
     updateGeometry();
-    resized_(sizeHint());
+    resized_(EmojiCommandsView::sizeHint());
 }
 
 }  // namespace vantor

@@ -106,7 +106,7 @@ void OccurrenceListView::keyPressEvent(QKeyEvent* event) {
     const auto here = static_cast<std::ptrdiff_t>(placeFrom(focus_->id));
     const auto last = static_cast<std::ptrdiff_t>(rows_.count()) - 1;
     const std::ptrdiff_t page = std::max(1, viewport()->height() / RowLayout::height() - 1);
-    std::ptrdiff_t there = here;
+    std::ptrdiff_t there = 0;
     switch (event->key()) {
         case Qt::Key_Up:
             there = here - 1;
@@ -121,7 +121,6 @@ void OccurrenceListView::keyPressEvent(QKeyEvent* event) {
             there = here + page;
             break;
         case Qt::Key_Home:
-            there = 0;
             break;
         case Qt::Key_End:
             there = last;

@@ -23,7 +23,7 @@ constexpr int gap = 4;
 // The cells, nine to a row.
 class ScriptGridView final : public QWidget {
 public:
-    ScriptGridView(QFont script, QWidget* parent) : QWidget(parent), script_(std::move(script)) {
+    ScriptGridView(const QFont& script, QWidget* parent) : QWidget(parent), script_(script) {
         QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Fixed);
         setSizePolicy(policy);
         setText({});
