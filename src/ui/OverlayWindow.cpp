@@ -41,6 +41,7 @@ void OverlayWindow::orderFront() {
     prepareNative();
     if (isVisible()) return raise();
     frameTold_ = geometry();
+    settling_ = true;
     show();
 }
 
@@ -50,12 +51,14 @@ void OverlayWindow::prepareNative() {
 }
 
 bool OverlayWindow::event(QEvent* event) {
+    if (event->type() == QEvent::Paint) settle();
     if (event->type() == QEvent::WinIdChange && prepared_ && internalWinId()) prepareNative();
     return QWidget::event(event);
 }
 
 void OverlayWindow::orderOut() {
     dragging_ = false;
+    settle();
     // A window manager may have moved it by its own means.
     if (isVisible()) tellPlace();
     hide();
@@ -90,6 +93,12 @@ void OverlayWindow::mouseMoveEvent(QMouseEvent* event) {
 void OverlayWindow::mouseReleaseEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton || !std::exchange(dragging_, false)) return;
     tellPlace();
+}
+
+// While a window manager takes the window into its frame, the toolkit may hear of a place that the window only had in
+// between, and keep to it.
+void OverlayWindow::settle() {
+    if (std::exchange(settling_, false) && pos() != frameTold_.topLeft()) move(frameTold_.topLeft());
 }
 
 void OverlayWindow::tellPlace() {

@@ -38,6 +38,7 @@ protected:
 private:
     [[nodiscard]] Qt::Edges edgesAt(QPoint place) const;
     void drag(QPoint pointer);
+    void settle();
     void tellPlace();
     void prepareNative();
 
@@ -50,6 +51,7 @@ private:
     QPoint pointerAtStart_;
     QRect frameAtStart_;
     QRect frameTold_;
+    bool settling_ = false;  // shown, and not painted since
 };
 
 }  // namespace vantor

@@ -15,14 +15,20 @@ WebView::WebView(Source source, QWidget* parent) : QWidget(parent), source_(std:
 }
 
 void WebView::follow() {
-    const bool shown = source_.page.engine() == LazyWebPage::Engine::running;
-    if (shown && !page_) {
+    const bool running = source_.page.engine() == LazyWebPage::Engine::running;
+    if (running && !page_) {
         page_ = source_.engineWidget();
         if (page_) page_->setParent(this);
     }
-    if (page_) page_->setVisible(shown);
+    showPage();
     place();
     update();
+}
+
+// The page is drawn by processes of its own: shown with the window, it would delay the window's mapping. So it comes
+// after the window's first picture, and goes with the window.
+void WebView::showPage() {
+    if (page_) page_->setVisible(painted_ && source_.page.engine() == LazyWebPage::Engine::running);
 }
 
 void WebView::place() {
@@ -42,11 +48,14 @@ void WebView::paintEvent(QPaintEvent*) {
         painter.setPen(palette::sand);
         painter.drawText(rect().adjusted(24, 0, -24, 0), static_cast<int>(Qt::AlignCenter) | Qt::TextWordWrap, trouble);
     }
-    painted_ = true;
+    if (!std::exchange(painted_, true)) QTimer::singleShot(0, this, [this] { showPage(); });
     if (afterPainting_) QTimer::singleShot(0, this, std::exchange(afterPainting_, {}));
 }
 
-void WebView::hideEvent(QHideEvent*) { painted_ = false; }
+void WebView::hideEvent(QHideEvent*) {
+    painted_ = false;
+    showPage();
+}
 
 void WebView::afterPainting(std::function<void()> action) {
     afterPainting_ = std::move(action);

@@ -33,6 +33,7 @@ protected:
 
 private:
     void follow();
+    void showPage();
     void place();
 
     Source source_;
