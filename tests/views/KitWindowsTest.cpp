@@ -8,10 +8,11 @@
 #include "AccessibilityWalk.h"
 #include "KitPlayer.h"
 #include "app/AppDelegate.h"
+#include "app/view/IconMenu.h"
 #include "app/view/MainWindow.h"
 #include "app/view/ViewWindows.h"
 #include "browser/LazyWebPage.h"
-#include "input/view/HotkeyPopup.h"
+#include "input/view/HotkeyButton.h"
 #include "platform/fake/FakeClock.h"
 #include "platform/fake/FakeDefaults.h"
 #include "platform/fake/FakeKeyMonitors.h"
@@ -29,6 +30,7 @@
 #include "platform/fake/FakeWorkspace.h"
 #include "ui/Collapse.h"
 #include "ui/Fonts.h"
+#include "ui/GW2Picker.h"
 #include "ui/Tabber.h"
 
 namespace vantor {
@@ -154,6 +156,34 @@ TEST_F(KitWindows, EveryPageOfEveryWindowNamesWhatCanBeActedOn) {
                 walkAll(name + ", " + tabber->tab(page).text().toStdString());
             }
     }
+    // The windows that open for a moment: the capture of a hotkey, the icon's menu, and a picker's list.
+    observer().tabs().select(tabEntries.size() - 1);
+    KitWindow::settle();
+    int captures = 0;
+    for (HotkeyButton* const hotkey : below<HotkeyButton>(mainWindow())) {
+        for (QAbstractButton* const field : below<QAbstractButton>(*hotkey)) {
+            field->click();
+            walkAll("capture");
+            ASSERT_TRUE(hotkey->window());
+            const auto buttons = below<QAbstractButton>(*hotkey->window());
+            captures += static_cast<int>(walkAccessibility(*hotkey->window()).interactive);
+            ASSERT_FALSE(buttons.empty());
+            hotkey->window()->close();
+            KitWindow::settle();
+        }
+    }
+    EXPECT_GE(captures, 4) << "of two hotkeys and more, to accept and to cancel each";
+    const std::size_t before = shown().size();
+    MenuEntry menu{MenuEntry::Kind::action, "More", true, {}, {}};
+    menu.submenu.push_back({MenuEntry::Kind::action, "Below", true, {}, {}});
+    IconMenu::open({menu}, {});
+    EXPECT_EQ(shown().size(), before + 1);
+    walkAll("menu");
+    for (GW2Picker* const picker : below<GW2Picker>(mainWindow()))
+        if (picker->isVisible()) {
+            picker->open();
+            walkAll("picker");
+        }
     EXPECT_GE(pages, 9) << "of the translators, the support and the settings";
     EXPECT_GT(interactive, 200);
     EXPECT_GE(shown().size(), 3U) << "the main window, the icon and the emotes";
