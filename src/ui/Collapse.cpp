@@ -1,19 +1,17 @@
 #include "ui/Collapse.h"
 
 #include <QtGui/QFontMetrics>
-#include <QtGui/QKeyEvent>
 #include <QtGui/QPainter>
 #include <QtWidgets/QLayout>
 #include <algorithm>
 #include <cmath>
 #include <utility>
 
-#include "ui/AccessibleControl.h"
-#include "ui/ControlState.h"
 #include "ui/Fonts.h"
 #include "ui/GW2ButtonStyle.h"
 #include "ui/Images.h"
 #include "ui/Palette.h"
+#include "ui/Pressable.h"
 #include "ui/States.h"
 
 namespace vantor {
@@ -39,15 +37,11 @@ public:
     }
 };
 
-class TitleRow final : public QAbstractButton, public SelfDescribing {
+class TitleRow final : public Pressable {
 public:
-    TitleRow(const QString& title, const Motion& opened, QWidget* parent) : QAbstractButton(parent), opened_(opened) {
-        describeControls();
+    TitleRow(const QString& title, const Motion& opened, QWidget* parent) : Pressable(parent), opened_(opened) {
         setText(title);
         setCheckable(true);
-        setAttribute(Qt::WA_Hover);
-        setFocusPolicy(Qt::TabFocus);
-        setCursor(Qt::PointingHandCursor);
     }
     [[nodiscard]] QAccessibleInterface* makeAccessible() override { return new AccessibleTitle(this); }
     [[nodiscard]] QSize sizeHint() const override {
@@ -58,10 +52,10 @@ public:
 protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
-        const ControlState state = ControlState::of(*this);
+        const ControlState state = Pressable::state();
         const int arrow = arrowSize();
         if (!state.enabled) painter.setOpacity(disabledOpacity);
-        if (state.hovered) paintHover(painter, rect());
+        paintHover(painter, rect(), state.glow);
         painter.save();
         painter.setRenderHint(QPainter::SmoothPixmapTransform);
         painter.translate(6 + arrow / 2.0, height() / 2.0);
@@ -70,23 +64,11 @@ protected:
                            image(QStringLiteral("chevron.right"), {arrow, arrow}, devicePixelRatioF()));
         painter.restore();
         painter.setFont(sansFont(fontSize));
-        painter.setPen(state.hovered || isChecked() ? palette::gold : palette::warmWhite);
+        painter.setPen(palette::between(palette::warmWhite, palette::gold, isChecked() ? 1 : state.glow));
         painter.drawText(rect().adjusted(indent(), 0, -6, 0), Qt::AlignVCenter | Qt::AlignLeft,
                          QFontMetrics(painter.font()).elidedText(text(), Qt::ElideRight, width() - indent() - 6));
         painter.fillRect(QRect(0, height() - 1, width(), 1), palette::withAlpha(palette::line, 0.14));
         if (state.focused) paintFocusRing(painter, QRectF(rect()).adjusted(3, 3, -3, -3));
-    }
-    void focusInEvent(QFocusEvent* event) override {
-        noteFocus(*this, *event);
-        QAbstractButton::focusInEvent(event);
-    }
-    void focusOutEvent(QFocusEvent* event) override {
-        noteFocus(*this, *event);
-        QAbstractButton::focusOutEvent(event);
-    }
-    void keyPressEvent(QKeyEvent* event) override {
-        if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) return click();
-        QAbstractButton::keyPressEvent(event);
     }
 
 private:

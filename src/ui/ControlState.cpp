@@ -19,7 +19,9 @@ bool shows(const QWidget& control, const QString& state) {
 }  // namespace
 
 ControlState ControlState::of(const QWidget& control) {
-    return {.hovered = (control.isEnabled() && control.underMouse()) || shows(control, QStringLiteral("hovered")),
+    const bool hovered = (control.isEnabled() && control.underMouse()) || shows(control, QStringLiteral("hovered"));
+    return {.hovered = hovered,
+            .glow = hovered ? 1.0 : 0.0,
             .pressed = shows(control, QStringLiteral("pressed")),
             .focused = (control.hasFocus() && control.property(byKeyboard).toBool()) ||
                        shows(control, QStringLiteral("focused")),

@@ -7,6 +7,7 @@ namespace vantor {
 
 struct ControlState {
     bool hovered = false;
+    double glow = 0;  // how far the hover has come, 0 to 1
     bool pressed = false;
     bool focused = false;  // by the keyboard: a click shows no ring
     bool enabled = true;

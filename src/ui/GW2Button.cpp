@@ -21,12 +21,8 @@ GW2Button::GW2Button(const QString& text, QWidget* parent)
     : GW2Button(text, QString(), GW2ButtonStyle::Kind::standard, parent) {}
 
 GW2Button::GW2Button(const QString& text, QString image, GW2ButtonStyle::Kind kind, QWidget* parent)
-    : QAbstractButton(parent), style_(kind), image_(std::move(image)) {
-    describeControls();
+    : Pressable(parent), style_(kind), image_(std::move(image)) {
     setText(text);
-    setAttribute(Qt::WA_Hover);
-    setFocusPolicy(Qt::TabFocus);
-    setCursor(Qt::PointingHandCursor);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 
@@ -48,7 +44,7 @@ QSize GW2Button::sizeHint() const {
 
 void GW2Button::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    const ControlState state = ControlState::of(*this);
+    const ControlState state = Pressable::state();
     if (!state.enabled) painter.setOpacity(disabledOpacity);
     const QRect frame = rect().adjusted(ringRoom, ringRoom, -ringRoom, -ringRoom).translated(0, state.pressed ? 1 : 0);
     style_.paintGround(painter, frame, state);
@@ -67,22 +63,6 @@ void GW2Button::paintEvent(QPaintEvent*) {
     painter.setPen(style_.textColour(state));
     painter.drawText(QRect(left, frame.top(), frame.right() - left, frame.height()), Qt::AlignVCenter | Qt::AlignLeft,
                      shown);
-}
-
-void GW2Button::focusInEvent(QFocusEvent* event) {
-    noteFocus(*this, *event);
-    QAbstractButton::focusInEvent(event);
-}
-
-void GW2Button::focusOutEvent(QFocusEvent* event) {
-    noteFocus(*this, *event);
-    QAbstractButton::focusOutEvent(event);
-}
-
-// The toolkit's buttons know only Space.
-void GW2Button::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) return click();
-    QAbstractButton::keyPressEvent(event);
 }
 
 }  // namespace vantor

@@ -1,14 +1,12 @@
 #pragma once
 // A button with a text, and an image if it has one. Main thread.
 
-#include <QtWidgets/QAbstractButton>
-
-#include "ui/AccessibleControl.h"
 #include "ui/GW2ButtonStyle.h"
+#include "ui/Pressable.h"
 
 namespace vantor {
 
-class GW2Button : public QAbstractButton, public SelfDescribing {
+class GW2Button : public Pressable {
 public:
     GW2Button(const QString& text, QWidget* parent);
     GW2Button(const QString& text, QString image, GW2ButtonStyle::Kind kind, QWidget* parent);
@@ -16,17 +14,11 @@ public:
     // Smaller: for what stands beside something more important.
     void setFootnote(bool footnote);
 
-    [[nodiscard]] QAccessibleInterface* makeAccessible() override {
-        return new AccessibleButton(this, QAccessible::Button);
-    }
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
 
 protected:
     void paintEvent(QPaintEvent* event) override;
-    void focusInEvent(QFocusEvent* event) override;
-    void focusOutEvent(QFocusEvent* event) override;
-    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     [[nodiscard]] QFont textFont() const;

@@ -45,9 +45,9 @@ void GW2ButtonStyle::paintGround(QPainter& painter, const QRectF& frame, const C
     painter.setPen(QPen(ground.edge, 1));
     painter.setBrush(fill);
     painter.drawPath(outline);
-    if (state.hovered && !state.pressed) {
+    if (state.glow > 0 && !state.pressed) {
         painter.setPen(Qt::NoPen);
-        painter.setBrush(palette::withAlpha(palette::gold, kind_ == Kind::primary ? 0.12 : 0.07));
+        painter.setBrush(palette::withAlpha(palette::gold, (kind_ == Kind::primary ? 0.12 : 0.07) * state.glow));
         painter.drawPath(outline);
     }
     painter.restore();
@@ -56,7 +56,7 @@ void GW2ButtonStyle::paintGround(QPainter& painter, const QRectF& frame, const C
 
 QColor GW2ButtonStyle::textColour(const ControlState& state) const {
     if (kind_ == Kind::primary) return palette::onRed;
-    return state.hovered || state.pressed ? palette::gold : palette::warmWhite;
+    return palette::between(palette::warmWhite, palette::gold, state.pressed ? 1 : state.glow);
 }
 
 }  // namespace vantor

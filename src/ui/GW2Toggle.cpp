@@ -22,13 +22,9 @@ int textLeft() { return ringRoom + GW2ToggleStyle::size().width() + gap; }
 }  // namespace
 
 GW2Toggle::GW2Toggle(const QString& text, QWidget* parent)
-    : QAbstractButton(parent), position_(this, springs::quick, [this](double) { update(); }) {
-    describeControls();
+    : Pressable(parent, QAccessible::CheckBox), position_(this, springs::quick, [this](double) { update(); }) {
     setText(text);
     setCheckable(true);
-    setAttribute(Qt::WA_Hover);
-    setFocusPolicy(Qt::TabFocus);
-    setCursor(Qt::PointingHandCursor);
     // It grows by the lines of its text; a fixed height would cut them.
     QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Minimum);
     policy.setHeightForWidth(true);
@@ -64,7 +60,7 @@ int GW2Toggle::heightForWidth(int width) const {
 
 void GW2Toggle::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    const ControlState state = ControlState::of(*this);
+    const ControlState state = Pressable::state();
     if (!state.enabled) painter.setOpacity(disabledOpacity);
     painter.setFont(sansFont(fontSize));
     const QFontMetrics metrics(painter.font());
@@ -75,23 +71,8 @@ void GW2Toggle::paintEvent(QPaintEvent*) {
     const QSize track = GW2ToggleStyle::size();
     const int top = lines.top() + (metrics.height() - track.height()) / 2;
     style_.paint(painter, QRectF(ringRoom, top, track.width(), track.height()), state, position_.value());
-    painter.setPen(state.hovered ? palette::gold : palette::warmWhite);
+    painter.setPen(palette::between(palette::warmWhite, palette::gold, state.glow));
     painter.drawText(lines, static_cast<int>(Qt::AlignLeft | Qt::AlignTop) | wrapping, text());
-}
-
-void GW2Toggle::focusInEvent(QFocusEvent* event) {
-    noteFocus(*this, *event);
-    QAbstractButton::focusInEvent(event);
-}
-
-void GW2Toggle::focusOutEvent(QFocusEvent* event) {
-    noteFocus(*this, *event);
-    QAbstractButton::focusOutEvent(event);
-}
-
-void GW2Toggle::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) return click();
-    QAbstractButton::keyPressEvent(event);
 }
 
 }  // namespace vantor

@@ -1,26 +1,22 @@
 #pragma once
 // A switch with its text, which wraps where it must. Main thread.
 
-#include <QtWidgets/QAbstractButton>
 #include <memory>
 
-#include "ui/AccessibleControl.h"
 #include "ui/GW2ToggleStyle.h"
 #include "ui/Motion.h"
+#include "ui/Pressable.h"
 #include "ui/SettingBinding.h"
 
 namespace vantor {
 
-class GW2Toggle : public QAbstractButton, public SelfDescribing {
+class GW2Toggle : public Pressable {
 public:
     GW2Toggle(const QString& text, QWidget* parent);
 
     // Shows the setting, follows it, and stores each change at once.
     void bind(Defaults& defaults, std::string_view key, bool byDefault);
 
-    [[nodiscard]] QAccessibleInterface* makeAccessible() override {
-        return new AccessibleButton(this, QAccessible::CheckBox);
-    }
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
     [[nodiscard]] bool hasHeightForWidth() const override { return true; }
@@ -28,9 +24,6 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
-    void focusInEvent(QFocusEvent* event) override;
-    void focusOutEvent(QFocusEvent* event) override;
-    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     GW2ToggleStyle style_;

@@ -19,13 +19,9 @@ constexpr int side = 5;  // between the image and the control's edge
 }  // namespace
 
 ImageButton::ImageButton(QString imageName, QString hoverImage, const QString& name, QWidget* parent)
-    : QAbstractButton(parent), image_(std::move(imageName)), hoverImage_(std::move(hoverImage)) {
-    describeControls();
+    : Pressable(parent), image_(std::move(imageName)), hoverImage_(std::move(hoverImage)) {
     setAccessibleName(name);
     setToolTip(name);
-    setAttribute(Qt::WA_Hover);
-    setFocusPolicy(Qt::TabFocus);
-    setCursor(Qt::PointingHandCursor);
     setFixedSize(ImageButton::sizeHint());
 }
 
@@ -59,7 +55,7 @@ QSize ImageButton::sizeHint() const {
 
 void ImageButton::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    const ControlState state = ControlState::of(*this);
+    const ControlState state = Pressable::state();
     if (!state.enabled) painter.setOpacity(disabledOpacity);
     const QRectF ground =
         QRectF(rect()).adjusted(ringRoom, ringRoom, -ringRoom, -ringRoom).translated(0, state.pressed ? 1 : 0);
@@ -78,21 +74,6 @@ void ImageButton::paintEvent(QPaintEvent*) {
         image(state.hovered ? hoverImage_ : image_, {pictureSize(), pictureSize()}, devicePixelRatioF());
     painter.drawPixmap(ground.center() - QPointF(pictureSize(), pictureSize()) / 2, picture);
     if (state.focused) paintFocusRing(painter, ground);
-}
-
-void ImageButton::focusInEvent(QFocusEvent* event) {
-    noteFocus(*this, *event);
-    QAbstractButton::focusInEvent(event);
-}
-
-void ImageButton::focusOutEvent(QFocusEvent* event) {
-    noteFocus(*this, *event);
-    QAbstractButton::focusOutEvent(event);
-}
-
-void ImageButton::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) return click();
-    QAbstractButton::keyPressEvent(event);
 }
 
 }  // namespace vantor

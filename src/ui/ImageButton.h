@@ -2,13 +2,12 @@
 // A button that is one image: hover lightens, pressing moves it down by 1 px, focus is a ring. Main thread.
 
 #include <QtCore/QString>
-#include <QtWidgets/QAbstractButton>
 
-#include "ui/AccessibleControl.h"
+#include "ui/Pressable.h"
 
 namespace vantor {
 
-class ImageButton : public QAbstractButton, public SelfDescribing {
+class ImageButton : public Pressable {
 public:
     // `hoverImage` is shown while the pointer is over it. `name` is what a screen reader says, and the tool tip.
     ImageButton(QString imageName, QString hoverImage, const QString& name, QWidget* parent);
@@ -21,16 +20,10 @@ public:
     // On a drawn ground; the images then fill it.
     void setGround(QString image);
 
-    [[nodiscard]] QAccessibleInterface* makeAccessible() override {
-        return new AccessibleButton(this, QAccessible::Button);
-    }
     [[nodiscard]] QSize sizeHint() const override;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
-    void focusInEvent(QFocusEvent* event) override;
-    void focusOutEvent(QFocusEvent* event) override;
-    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     [[nodiscard]] int pictureSize() const;

@@ -2,6 +2,7 @@
 // The colours of the look. Any thread.
 
 #include <QtGui/QColor>
+#include <algorithm>
 
 namespace vantor::palette {
 
@@ -26,6 +27,13 @@ inline const QColor strokeLight{0x8C, 0x2A, 0x21};
 [[nodiscard]] inline QColor withAlpha(QColor colour, double alpha) {
     colour.setAlphaF(static_cast<float>(alpha));
     return colour;
+}
+
+// `way`: 0 is the first, 1 the second; a spring may go a little beyond either.
+[[nodiscard]] inline QColor between(const QColor& from, const QColor& to, double way) {
+    const double at = std::clamp(way, 0.0, 1.0);
+    const auto mixed = [at](int one, int other) { return static_cast<int>(one + (other - one) * at); };
+    return {mixed(from.red(), to.red()), mixed(from.green(), to.green()), mixed(from.blue(), to.blue())};
 }
 
 }  // namespace vantor::palette

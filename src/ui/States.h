@@ -7,8 +7,9 @@
 
 namespace vantor {
 
-inline void paintHover(QPainter& painter, const QRectF& frame) {
-    painter.fillRect(frame, palette::withAlpha(palette::gold, 0.07));
+// `glow`: how far the hover has come, 0 to 1.
+inline void paintHover(QPainter& painter, const QRectF& frame, double glow = 1) {
+    painter.fillRect(frame, palette::withAlpha(palette::gold, 0.07 * glow));
 }
 
 // 1 px of gold, drawn 2 px outside the control's own frame.

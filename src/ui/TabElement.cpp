@@ -30,14 +30,10 @@ constexpr int fontSize = 14;
 }  // namespace
 
 TabElement::TabElement(const QString& text, QString image, QWidget* parent)
-    : QAbstractButton(parent), image_(std::move(image)) {
-    describeControls();
+    : Pressable(parent, QAccessible::PageTab), image_(std::move(image)) {
     setText(text);
     setCheckable(true);
     setAutoExclusive(true);
-    setAttribute(Qt::WA_Hover);
-    setFocusPolicy(Qt::TabFocus);
-    setCursor(Qt::PointingHandCursor);
 }
 
 void TabElement::setBadge(const QString& text) {
@@ -95,9 +91,9 @@ void TabElement::paintMark(QPainter& painter) const {
 
 void TabElement::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    const ControlState state = ControlState::of(*this);
+    const ControlState state = Pressable::state();
     if (!state.enabled) painter.setOpacity(disabledOpacity);
-    if (state.hovered && !state.checked) paintHover(painter, rect());
+    if (!state.checked) paintHover(painter, rect(), state.glow);
     if (state.checked && ownMark_) paintMark(painter);
 
     const int down = state.pressed ? 1 : 0;
@@ -109,7 +105,8 @@ void TabElement::paintEvent(QPaintEvent*) {
         left += imageSize() + (compact_ ? 0 : imageGap);
     }
     painter.setFont(sansFont(fontSize));
-    painter.setPen(state.checked ? palette::gold : state.hovered ? palette::warmWhite : palette::sand.lighter(112));
+    painter.setPen(state.checked ? palette::gold
+                                 : palette::between(palette::sand.lighter(112), palette::warmWhite, state.glow));
     const int badge = badge_.isEmpty() ? 0 : NotificationBadge::sizeOf(badge_).width() + badgeGap;
     const QString shown =
         QFontMetrics(painter.font()).elidedText(shownText(), Qt::ElideRight, width() - left - badge - textMargin);
@@ -122,22 +119,9 @@ void TabElement::paintEvent(QPaintEvent*) {
     if (state.focused) paintFocusRing(painter, QRectF(rect()).adjusted(4, 6, -4, -7));
 }
 
-void TabElement::focusInEvent(QFocusEvent* event) {
-    noteFocus(*this, *event);
-    QAbstractButton::focusInEvent(event);
-}
-
-void TabElement::focusOutEvent(QFocusEvent* event) {
-    noteFocus(*this, *event);
-    QAbstractButton::focusOutEvent(event);
-}
-
 // The arrows belong to the row or column.
 void TabElement::keyPressEvent(QKeyEvent* event) {
     switch (event->key()) {
-        case Qt::Key_Return:
-        case Qt::Key_Enter:
-            return click();
         case Qt::Key_Left:
         case Qt::Key_Right:
         case Qt::Key_Up:
@@ -146,7 +130,7 @@ void TabElement::keyPressEvent(QKeyEvent* event) {
         case Qt::Key_End:
             return event->ignore();
         default:
-            QAbstractButton::keyPressEvent(event);
+            Pressable::keyPressEvent(event);
     }
 }
 

@@ -2,13 +2,12 @@
 // One tab of a row or column: an image if it has one, and a text. Main thread.
 
 #include <QtCore/QString>
-#include <QtWidgets/QAbstractButton>
 
-#include "ui/AccessibleControl.h"
+#include "ui/Pressable.h"
 
 namespace vantor {
 
-class TabElement : public QAbstractButton, public SelfDescribing {
+class TabElement : public Pressable {
 public:
     // The image's other state is named with ".selected".
     TabElement(const QString& text, QString image, QWidget* parent);
@@ -23,9 +22,6 @@ public:
     // Not where the row itself marks the chosen tab.
     void setOwnMark(bool own) { ownMark_ = own; }
 
-    [[nodiscard]] QAccessibleInterface* makeAccessible() override {
-        return new AccessibleButton(this, QAccessible::PageTab);
-    }
     // With its text, whether or not it is compact now.
     [[nodiscard]] int fullWidth() const;
     [[nodiscard]] int leastWidth() const;
@@ -34,8 +30,6 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
-    void focusInEvent(QFocusEvent* event) override;
-    void focusOutEvent(QFocusEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
