@@ -169,9 +169,9 @@ int runDoctor() {
 }
 
 // For the settings panel, which has the accounts at hand.
-std::vector<SystemPower> systemPowers(const AccountsCredentials& credentials) {
+std::vector<SystemPower> systemPowers(const std::vector<Power>& found, const AccountsCredentials& credentials) {
     std::vector<SystemPower> powers;
-    for (const Power& each : powersHere())
+    for (const Power& each : found)
         powers.push_back(each.name == "keyring" ? keyringPower(credentials)
                                                 : plainPower(each.name, each.present, each.advice));
     return powers;
@@ -258,7 +258,11 @@ int start(int& argumentCount, char** arguments, const Surroundings& surroundings
          .supportData = embeddedSupportData(),
          .webPage = [&pages] { return pages.source(); },
          .translator = [] { return scriptFonts(); },
-         .examineSystem = [&delegate] { return systemPowers(delegate->appObserver().credentials()); },
+         .examineSystem =
+             [&delegate, &keyboard] {
+                 return systemPowers(keyboard.connection.isLost() ? withoutKeys(powersHere()) : powersHere(),
+                                     delegate->appObserver().credentials());
+             },
          .openLink =
              [](const std::string& address) { QDesktopServices::openUrl(QUrl(QString::fromStdString(address))); },
          .menuEntries = [&delegate] { return delegate->menuEntries(); }});

@@ -198,6 +198,28 @@ TEST_F(GuardianTest, UndoesOnlyAfterTheServerHasReadTheLastOfADeadClient) {
     EXPECT_TRUE(nothingIsLeft());
 }
 
+TEST_F(GuardianTest, ALatchThatWasDownWaitsForNoKey) {
+    ASSERT_EQ(std::system("setxkbmap -layout de -variant T3"), 0);
+    player.letGo();
+    KeyboardDebt debt;
+    {
+        const XConnection dying;
+        PostedKeyRecord record;
+        PostedKeys keys(dying, record);
+        keys.noteIn(&debt);
+        // There it is one beside AltGr.
+        keys.send(xkey::altRight, true);
+        keys.send(xkey::shiftLeft, true);
+        KeyboardState state;
+        ASSERT_TRUE(readKeyboard(dying, state));
+        ASSERT_EQ(state.held, 0xa0);
+    }
+    const XConnection undoing;
+    EXPECT_EQ(undoKeyboard(undoing.get(), debt), UndoVerdict::undone);
+    EXPECT_TRUE(player.keysDown().none());
+    EXPECT_EQ(player.state(), KeyboardState());
+}
+
 TEST_F(GuardianTest, ALostConnectionIsNoticedAndLeavesNothingBehindWithAGuardianOrWithout) {
     for (int each = 0; each < killsAsked(); ++each) {
         disturb();

@@ -19,6 +19,7 @@
 #include <vector>
 
 #include "input/KeyStrokes.h"
+#include "platform/linux/Doctor.h"
 #include "platform/linux/KeyCodes.h"
 #include "platform/linux/RawKeyMonitors.h"
 #include "platform/linux/XTestKeyPoster.h"
@@ -75,6 +76,15 @@ public:
         press(code, true);
         press(code, false);
     }
+    void killClientOf(std::uint32_t resource) {
+        xcb_kill_client(server_.get(), resource);
+        roundTrip();
+    }
+    [[nodiscard]] bool anyKeyIsDown() {
+        const XReply<xcb_query_keymap_reply_t> down(
+            xcb_query_keymap_reply(server_.get(), xcb_query_keymap(server_.get()), nullptr));
+        return !down || std::any_of(std::begin(down->keys), std::end(down->keys), [](auto each) { return each != 0; });
+    }
     // The text of the keys so far, read with the modifiers and group that each event carries.
     std::string typedText() {
         roundTrip();
@@ -98,6 +108,27 @@ private:
     XConnection server_;
     xcb_window_t window_ = xcb_generate_id(server_.get());
 };
+
+// Ends a connection from outside, as any client may.
+void kill(const XConnection& connection, OtherClient& killer) {
+    const std::uint32_t resource = xcb_generate_id(connection.get());
+    xcb_create_pixmap(connection.get(), 1, resource, connection.root(), 1, 1);
+    const XReply<xcb_get_input_focus_reply_t> made(
+        xcb_get_input_focus_reply(connection.get(), xcb_get_input_focus(connection.get()), nullptr));
+    ASSERT_TRUE(made);
+    killer.killClientOf(resource);
+}
+
+// A connection's end shows by that of its window.
+bool hasWindow(const XConnection& connection) {
+    const XReply<xcb_query_tree_reply_t> tree(
+        xcb_query_tree_reply(connection.get(), xcb_query_tree(connection.get(), connection.root()), nullptr));
+    const auto* setup = xcb_get_setup(connection.get());
+    const auto* windows = xcb_query_tree_children(tree.get());
+    return std::any_of(windows, windows + tree->children_len, [&](xcb_window_t window) {
+        return (window & ~setup->resource_id_mask) == setup->resource_id_base;
+    });
+}
 
 class KeysTest : public testing::Test {
 protected:
@@ -322,10 +353,93 @@ TEST_F(KeysTest, ReleasesWhatItHoldsWhenItEnds) {
     EXPECT_EQ(other.typedText(), "a");
 }
 
+TEST_F(KeysTest, ALostConnectionIsRenewedAndEveryMonitorGoesOn) {
+    int renewals = 0;
+    const auto counting = connection.onRenewal([&] { ++renewals; });
+    for (int loss = 1; loss <= 3; ++loss) {
+        other.press(56, true);
+        ASSERT_TRUE(globalSettles());
+        kill(connection, other);
+        ASSERT_TRUE(comesTrue([&] { return renewals == loss; }));
+        global.clear();
+        // The hand has not moved.
+        other.tap(4);
+        other.press(56, false);
+        ASSERT_TRUE(globalSettles());
+        EXPECT_EQ(global,
+                  (std::vector<KeyEvent>{{keyDown, 4, shift, "h"}, {keyUp, 4, shift, "h"}, {flagsChanged, 56, 0, ""}}));
+        (void)other.typedText();
+        global.clear();
+        post(strokesOfText(KeyMap::learn(XkbKeyboardLayout(connection)), "Again."));
+        EXPECT_EQ(other.typedText(), "Again.");
+        ASSERT_TRUE(globalSettles());
+        EXPECT_EQ(global, std::vector<KeyEvent>()) << "Vantor heard itself";
+    }
+    const auto window = ownFocusedWindow();
+    local.clear();
+    other.tap(8);
+    ASSERT_TRUE(comesTrue([&] { return local.size() >= 2; }));
+    EXPECT_EQ(local, (std::vector<KeyEvent>{{keyDown, 8, 0, "c"}, {keyUp, 8, 0, "c"}}));
+    other.takeFocus();
+    ASSERT_TRUE(globalSettles());
+}
+
+TEST_F(KeysTest, ATextEndsWhereTheConnectionIsLostAndTheNextOneIsWhole) {
+    const auto map = KeyMap::learn(XkbKeyboardLayout(connection));
+    const auto strokes = strokesOfText(map, "Half Way.");
+    for (std::size_t point = 0; point < strokes.size(); ++point) {
+        SCOPED_TRACE(point);
+        {
+            const auto typing = poster.beginTyping();
+            for (std::size_t at = 0; at < point; ++at) ASSERT_EQ(poster.post(strokes[at]), PostVerdict::posted);
+            kill(connection, other);
+            EXPECT_EQ(poster.post(strokes[point]), PostVerdict::lost);
+            EXPECT_EQ(poster.post(strokes[point]), PostVerdict::lost) << "what is left of a text is not typed";
+        }
+        EXPECT_FALSE(other.anyKeyIsDown());
+        (void)other.typedText();
+        {
+            const auto typing = poster.beginTyping();
+            EXPECT_TRUE(hasWindow(connection)) << "a guardian would clear up too early";
+            post(strokes);
+        }
+        EXPECT_EQ(other.typedText(), "Half Way.");
+        EXPECT_FALSE(other.anyKeyIsDown());
+    }
+    ASSERT_TRUE(globalSettles());
+    other.tap(8);
+    ASSERT_TRUE(globalSettles());
+    EXPECT_EQ(global, (std::vector<KeyEvent>{{keyDown, 8, 0, "c"}, {keyUp, 8, 0, "c"}}));
+}
+
+TEST_F(KeysTest, WhileTheServerTakesNoConnectionTheLossShowsAndItIsTriedAgain) {
+    int renewals = 0;
+    const auto counting = connection.onRenewal([&] { ++renewals; });
+    const auto display = qgetenv("DISPLAY");
+    qputenv("DISPLAY", ":971");
+    kill(connection, other);
+    EXPECT_TRUE(comesTrue([&] { return !monitors.available(); }));
+    EXPECT_EQ(poster.beginTyping(), nullptr);
+    EXPECT_EQ(poster.post({0, 0, true}), PostVerdict::lost);
+    EXPECT_TRUE(connection.isLost());
+    const std::vector<Power> powers =
+        withoutKeys({{"display", true, ""}, {"raw keys", true, ""}, {"posting", true, ""}});
+    EXPECT_TRUE(powers[0].present && !powers[1].present && !powers[2].present);
+    qputenv("DISPLAY", display);
+    ASSERT_TRUE(comesTrue([&] { return renewals == 1; }));
+    EXPECT_TRUE(monitors.available());
+    EXPECT_FALSE(other.anyKeyIsDown());
+    global.clear();
+    other.tap(8);
+    ASSERT_TRUE(globalSettles());
+    EXPECT_EQ(global, (std::vector<KeyEvent>{{keyDown, 8, 0, "c"}, {keyUp, 8, 0, "c"}}));
+    EXPECT_EQ(other.typedText(), "c");
+}
+
 TEST(KeysWithoutADisplay, AreNamedAbsentAndHarmless) {
     const auto display = qgetenv("DISPLAY");
     qputenv("DISPLAY", ":971");
-    const XConnection connection;
+    XConnection connection;
     qputenv("DISPLAY", display);
     EXPECT_EQ(connection.verdict(), XConnection::Verdict::noDisplay);
     EXPECT_FALSE(connection.hasTest() || connection.hasRawKeys() || connection.hasKeyboard());

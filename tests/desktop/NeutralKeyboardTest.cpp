@@ -176,6 +176,58 @@ TEST_F(NeutralKeyboardTest, WhatThePlayerDoesInMidTextSpoilsNothingAndCountsAfte
     }
 }
 
+// On this layout Shift and AltGr are latches of a further level while the other one is held.
+TEST_F(NeutralKeyboardTest, ModifiersThatAreLatchesBesideOneAnotherSpoilNothing) {
+    setLayout("de -variant T3");
+    player.letGo();
+    Typist typist;
+    // The quarter note takes both, AltGr first.
+    const std::string typed = "aB%µ♪z♪«";
+    const auto strokes = strokesOfText(typist.map, typed);
+    ASSERT_EQ(strokes.size(), 2U + 4 + 4 + 4 + 6 + 2 + 6 + 4);
+    struct Row {
+        const char* name;
+        std::function<void(Player&)> meanwhile;
+    };
+    const Row rows[] = {
+        {"AltGr", [](Player& hand) { hand.press(xkey::altRight, true); }},
+        {"Shift", [](Player& hand) { hand.press(xkey::shiftRight, true); }},
+        // Which takes Vantor's own off as well.
+        {"AltGr, and Shift let go",
+         [](Player& hand) {
+             hand.press(xkey::altRight, true);
+             hand.press(xkey::shiftLeft, false);
+         }},
+        {"Shift, and AltGr let go",
+         [](Player& hand) {
+             hand.press(xkey::shiftRight, true);
+             hand.press(xkey::altRight, false);
+         }},
+        {"both, and off again",
+         [](Player& hand) {
+             hand.press(xkey::altRight, true);
+             hand.tap(xkey::shiftRight);
+             hand.press(xkey::altRight, false);
+         }},
+    };
+    for (const Row& row : rows) {
+        for (std::size_t at = 0; at < strokes.size(); ++at) {
+            SCOPED_TRACE(std::string(row.name) + " before post " + std::to_string(at));
+            player.letGo();
+            typist.type(typed, [&](std::size_t post) {
+                if (post != at) return;
+                typist.settle();
+                row.meanwhile(player);
+                player.settle();
+            });
+            EXPECT_EQ(player.typedText(), typed);
+            for (const auto key : {xkey::shiftLeft, xkey::shiftRight, xkey::altRight}) player.press(key, false);
+            EXPECT_TRUE(player.keysDown().none());
+            EXPECT_EQ(player.state(), KeyboardState());
+        }
+    }
+}
+
 TEST_F(NeutralKeyboardTest, TheMonitorsKnowThePlayersHandsAndNothingOfTheTyping) {
     Typist typist;
     RawKeyMonitors monitors(typist.connection, typist.record);

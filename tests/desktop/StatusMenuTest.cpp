@@ -49,7 +49,9 @@ protected:
             StatusMenuActions{[this] { done.emplace_back("toggle"); },
                               [this](const std::string& name) { done.push_back("fill " + name); },
                               [this] { done.emplace_back("quit"); }});
-        ASSERT_TRUE(comesTrue([this] { return !bar.items().isEmpty(); })) << "the item does not register";
+        // The toolkit registers the item before it shows the item's menu on the bus.
+        ASSERT_TRUE(comesTrue([this] { return !bar.items().isEmpty() && bar.menuOf(bar.items().constLast()); }))
+            << "the item does not register with a menu";
     }
     [[nodiscard]] std::vector<StatusBarEntry> read() {
         const auto entries = bar.menuOf(bar.items().constLast());

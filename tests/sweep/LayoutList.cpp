@@ -65,14 +65,12 @@ bool isInstalled(const LayoutName& name) {
     return std::filesystem::exists("/usr/share/X11/xkb/symbols/" + name.layout);
 }
 
-// Chosen for variety. Not de(T3): there AltGr pressed in the middle of a text still spoils the next character, as
-// --full shows.
+// Chosen for variety: de(T3) for the latches that Shift and AltGr are beside each other.
 std::vector<LayoutName> chosenLayouts() {
-    constexpr std::array<std::pair<const char*, const char*>, 20> chosen = {{
-        {"us", ""}, {"us", "dvorak"}, {"us", "intl"},   {"de", ""},       {"de", "neo"},
-        {"pl", ""}, {"fr", "azerty"}, {"fr", "bepo"},   {"ru", ""},       {"gr", ""},
-        {"jp", ""}, {"in", ""},       {"il", ""},       {"ara", ""},      {"ch", ""},
-        {"br", ""}, {"tr", ""},       {"lv", "modern"}, {"ca", "multix"}, {"th", ""},
+    constexpr std::array<std::pair<const char*, const char*>, 21> chosen = {{
+        {"us", ""},       {"us", "dvorak"}, {"us", "intl"}, {"de", ""}, {"de", "neo"},    {"de", "T3"},     {"pl", ""},
+        {"fr", "azerty"}, {"fr", "bepo"},   {"ru", ""},     {"gr", ""}, {"jp", ""},       {"in", ""},       {"il", ""},
+        {"ara", ""},      {"ch", ""},       {"br", ""},     {"tr", ""}, {"lv", "modern"}, {"ca", "multix"}, {"th", ""},
     }};
     std::vector<LayoutName> layouts;
     for (const auto& [layout, variant] : chosen) layouts.push_back({layout, variant, {}});

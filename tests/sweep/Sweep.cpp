@@ -9,9 +9,6 @@ namespace {
 
 using Kind = Verdict::Kind;
 
-// No multiple of what a character takes, so that it comes at any moment of one.
-constexpr unsigned waitsBetweenPresses = 11;
-
 std::string typeAndCompare(Typist& typist, Receiver& receiver, const Sample& sample) {
     (void)receiver.take();
     typist.type(sample.typed);
@@ -63,6 +60,13 @@ bool Sweep::load(const LayoutName& layout, Groups groups) {
 }
 
 Verdict Sweep::runState(Typist& typist, const State& state) {
+    Verdict verdict = runOnce(typist, state);
+    for (unsigned done = 1; state.midway && verdict.kind == Kind::exact && done < handMoments_; ++done)
+        verdict = runOnce(typist, state);
+    return verdict;
+}
+
+Verdict Sweep::runOnce(Typist& typist, const State& state) {
     if (state.groups == Groups::one) keyboard_.letGo();
     std::optional<std::uint8_t> key;
     if (state.holder) {
@@ -78,8 +82,8 @@ Verdict Sweep::runState(Typist& typist, const State& state) {
     std::string why;
     bool handIsDown = false;
     if (state.midway) {
-        pause_.act = [&](unsigned waits) {
-            if (waits % waitsBetweenPresses != 0 || !why.empty()) return;
+        pause_.act = [&, waits = moment_++]() mutable {
+            if (++waits % waitsBetweenPresses != 0 || !why.empty()) return;
             typist.settle();
             handIsDown = !handIsDown;
             if (!keyboard_.press(*state.holder, *key, handIsDown)) why = "the hand's key does not move";

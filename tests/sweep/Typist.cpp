@@ -11,7 +11,7 @@ constexpr unsigned waitsBetweenReads = 32;
 
 void DrainingPause::wait(std::chrono::microseconds duration) {
     if (pace_.count() > 0) std::this_thread::sleep_for(std::max(pace_, duration));
-    if (act) act(waits_);
+    if (act) act();
     if (++waits_ % waitsBetweenReads == 0) receiver_.drain();
 }
 

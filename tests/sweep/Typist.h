@@ -22,7 +22,7 @@ public:
     DrainingPause(Receiver& receiver, std::chrono::microseconds pace) : receiver_(receiver), pace_(pace) {}
     void wait(std::chrono::microseconds duration) override;
 
-    std::function<void(unsigned waits)> act;
+    std::function<void()> act;
 
 private:
     Receiver& receiver_;

@@ -1,9 +1,10 @@
 // Types what every layout of the machine can type, in every state of the keyboard, and compares what arrives:
 //   demo/private_desktop.sh key-sweep --full | --short | --options | --layout NAME[,NAME...] [--state NAME[,...]]
-//   [--pace MS]
+//   [--moments N] [--pace MS]
 // --options goes over the options of the machine's list instead, such as Caps Lock as Control. A layout is "de",
-// "de(neo)" or, with all its variants, "de(*)". The pauses between keys are left out unless a pace is given. The last
-// line is "N passed, M failed".
+// "de(neo)" or, with all its variants, "de(*)". --moments is how often a hand that acts in the middle of a text begins,
+// one key later each time: by default 11, which is at every one, in the short set, and once otherwise. The pauses
+// between keys are left out unless a pace is given. The last line is "N passed, M failed".
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -20,6 +21,7 @@ struct Options {
     std::vector<LayoutName> from;
     std::vector<std::string> layouts;
     std::vector<std::string> states;
+    unsigned moments = 1;
     std::chrono::milliseconds pace{0};
 };
 
@@ -39,6 +41,7 @@ std::optional<Options> parse(const QStringList& arguments) {
             options.from = name == QStringLiteral("--full")    ? machinesLayouts()
                            : name == QStringLiteral("--short") ? chosenLayouts()
                                                                : layoutsWithOptions();
+            if (name == QStringLiteral("--short")) options.moments = waitsBetweenPresses;
             continue;
         }
         if (at + 1 == arguments.size()) return std::nullopt;
@@ -48,6 +51,8 @@ std::optional<Options> parse(const QStringList& arguments) {
             options.layouts = itemsOf(value);
         } else if (name == QStringLiteral("--state")) {
             options.states = itemsOf(value);
+        } else if (name == QStringLiteral("--moments")) {
+            options.moments = value.toUInt(&isNumber);
         } else if (name == QStringLiteral("--pace")) {
             options.pace = std::chrono::milliseconds(value.toInt(&isNumber));
         } else {
@@ -81,7 +86,8 @@ int main(int argc, char** argv) {
     const auto options = parse(QCoreApplication::arguments());
     if (!options) {
         std::fprintf(stderr,
-                     "usage: key-sweep --full|--short|--options [--layout NAME,...] [--state NAME,...] [--pace MS]\n");
+                     "usage: key-sweep --full|--short|--options [--layout NAME,...] [--state NAME,...] [--moments N] "
+                     "[--pace MS]\n");
         return 2;
     }
     const auto layouts = layoutsOf(*options);
@@ -96,13 +102,14 @@ int main(int argc, char** argv) {
     qputenv("DISPLAY", nested.display().toLatin1());
     Receiver receiver;
     PlayersKeyboard keyboard(nested);
-    Sweep sweep(keyboard, receiver, options->pace, options->states);
+    Sweep sweep(keyboard, receiver, options->pace, options->states, options->moments);
     for (std::size_t at = 0; at < layouts.size(); ++at) {
         if (at % 50 == 0) std::fprintf(stderr, "key-sweep: %zu of %zu layouts\n", at, layouts.size());
         sweep.run(layouts[at]);
     }
-    std::printf("%zu layouts and variants in %.1f s, %lld ms between keys\n", layouts.size(),
-                static_cast<double>(timer.elapsed()) / 1000, static_cast<long long>(options->pace.count()));
+    std::printf("%zu layouts and variants in %.1f s, %u times with a hand in mid-text, %lld ms between keys\n",
+                layouts.size(), static_cast<double>(timer.elapsed()) / 1000, options->moments,
+                static_cast<long long>(options->pace.count()));
     sweep.results().print();
     return sweep.results().allExact() ? 0 : 1;
 }

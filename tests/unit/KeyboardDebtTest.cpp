@@ -34,20 +34,38 @@ TEST(KeyboardDebtTest, KeepsKeysAndLocksUntilItIsCleared) {
 
 TEST(KeyEffectsTest, NamesTheKeysThatChooseAndTheModifiersOfThoseThatArePosted) {
     const auto keyOf = [](KeyCode code) { return *xKeycodeOf(code); };
-    const auto german = keyEffects(namedKeymap("us,de", ",", "grp:menu_toggle"), 1);
-    EXPECT_EQ(german.groups, 2);
+    const KeyEffects german(namedKeymap("us,de", ",", "grp:menu_toggle"), 1);
+    EXPECT_EQ(german.groups(), 2);
     // Caps Lock, Shift, Option, Control, right Shift, right Option, right Control, both Commands, Number Lock, and the
     // menu key, which switches the group here.
     for (const int code : {57, 56, 58, 59, 60, 61, 62, 54, 55, 71, 110})
-        EXPECT_TRUE(german.choosers[keyOf(static_cast<KeyCode>(code))]) << code;
+        EXPECT_TRUE(german.choosers()[keyOf(static_cast<KeyCode>(code))]) << code;
     for (const int code : {0, 13, 36, 48, 49, 53, 76, 87, 122})
-        EXPECT_FALSE(german.choosers[keyOf(static_cast<KeyCode>(code))]) << code;
-    EXPECT_EQ(german.modifiers[keyOf(56)], 1);
-    EXPECT_EQ(german.modifiers[keyOf(59)], 4);
-    EXPECT_EQ(german.modifiers[keyOf(61)], 0x80);
-    EXPECT_EQ(german.modifiers[keyOf(0)], 0);
-    EXPECT_EQ(keyEffects(namedKeymap("us,de", ","), 0).modifiers[keyOf(61)], 8) << "Alt in the first group";
-    EXPECT_TRUE(keyEffects(nullptr, 0).choosers.none());
+        EXPECT_FALSE(german.choosers()[keyOf(static_cast<KeyCode>(code))]) << code;
+    EXPECT_TRUE(KeyEffects(nullptr, 0).choosers().none());
+}
+
+TEST(KeyEffectsTest, TellsTheStateOfHeldKeysInTheOrderOfTheirPresses) {
+    const std::uint8_t shift = *xKeycodeOf(56), control = *xKeycodeOf(59), option = *xKeycodeOf(61), a = *xKeycodeOf(0);
+    const KeyEffects german(namedKeymap("us,de", ","), 1);
+    EXPECT_EQ(german.holding({}), (KeyEffects::State{0, 1}));
+    EXPECT_EQ(german.holding({a}), (KeyEffects::State{0, 1}));
+    EXPECT_EQ(german.holding({a, option, control, shift}), (KeyEffects::State{0x85, 1}));
+    EXPECT_EQ(KeyEffects(namedKeymap("us,de", ","), 0).holding({option}), (KeyEffects::State{8, 0})) << "Alt there";
+    // Beside right Option, Shift is a latch of the fifth level, and beside Shift so is right Option.
+    const KeyEffects latching(namedKeymap("de", "T3"), 0);
+    EXPECT_EQ(latching.holding({option, shift}), (KeyEffects::State{0xa0, 0}));
+    EXPECT_EQ(latching.holding({shift, option}), (KeyEffects::State{0x21, 0}));
+    EXPECT_EQ(KeyEffects(nullptr, 0).holding({shift}), KeyEffects::State{});
+
+    EXPECT_TRUE(latching.differsBeside({option}, shift));
+    EXPECT_TRUE(latching.differsBeside({shift}, option));
+    EXPECT_FALSE(latching.differsBeside({control}, shift));
+    EXPECT_FALSE(german.differsBeside({option, control}, shift));
+    // The same modifier, but latched.
+    const std::uint8_t angle = 94;
+    EXPECT_TRUE(KeyEffects(namedKeymap("fr", "", "lv3:lsgt_switch_latch"), 0).differsBeside({option}, angle));
+    EXPECT_FALSE(KeyEffects(nullptr, 0).differsBeside({option}, shift));
 }
 
 }  // namespace

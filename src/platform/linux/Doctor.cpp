@@ -20,6 +20,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr const char* rawKeys = "raw keys";
+constexpr const char* posting = "posting";
+
 bool isSet(const char* variable) {
     const char* value = std::getenv(variable);
     return value && *value;
@@ -90,9 +93,9 @@ std::vector<Power> examinePowers(const OwnFiles& files) {
 
     std::vector<Power> powers;
     powers.push_back(power("display", desktop != nullptr, "an X server answers", displayAdvice));
-    powers.push_back(power("raw keys", onDisplay(rawKeysPresent), "XInput 2",
+    powers.push_back(power(rawKeys, onDisplay(rawKeysPresent), "XInput 2",
                            "hotkeys work in Vantor's own windows only: needs an X server with XInput 2.1"));
-    powers.push_back(power("posting", onDisplay([](const auto& it) { return extensionPresent(it, xcb_test_id); }),
+    powers.push_back(power(posting, onDisplay([](const auto& it) { return extensionPresent(it, xcb_test_id); }),
                            "XTEST", "nothing can be typed into the game: needs an X server with XTEST"));
     powers.push_back(power("layout", onDisplay(layoutPresent), "XKB",
                            "the keyboard's layout is unknown: needs an X server with XKB"));
@@ -122,6 +125,15 @@ std::vector<Power> examinePowers(const OwnFiles& files) {
     if (engine)
         powers.push_back(power("web sandbox", geteuid() != 0, "pages are drawn in a sandbox",
                                "off, since Vantor runs as root: start it as an ordinary user"));
+    return powers;
+}
+
+std::vector<Power> withoutKeys(std::vector<Power> powers) {
+    for (Power& each : powers)
+        if (each.name == rawKeys || each.name == posting)
+            each = {
+                each.name, false,
+                "the X server has ended the connection for keys and takes no other: Vantor tries again each second"};
     return powers;
 }
 

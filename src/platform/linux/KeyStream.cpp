@@ -16,6 +16,17 @@ KeyStream::KeyStream(const XConnection& connection, PostedKeyRecord& record)
     if (connection_.get()) select();
 }
 
+void KeyStream::restart() {
+    ahead_.reset();
+    keyboard_.reset();
+    ownKeys_.reset();
+    record_.clear();
+    if (!connection_.get()) return;
+    select();
+    // At once: what the player holds by now was pressed unseen.
+    takeKeyboard();
+}
+
 void KeyStream::select() {
     if (connection_.hasRawKeys()) {
         struct {

@@ -27,7 +27,9 @@ public:
     // The references outlive the stream. Without raw events it stays silent.
     KeyStream(const XConnection& connection, PostedKeyRecord& record);
 
-    [[nodiscard]] bool available() const { return connection_.hasRawKeys(); }
+    [[nodiscard]] bool available() const { return connection_.hasRawKeys() && !connection_.isLost(); }
+    // After a renewal of the connection: listens again, and knows no more of the keys than the server does.
+    void restart();
     // Handles what the server sent so far. Does not wait.
     void poll(const std::function<void(const StreamedKey&)>& handler);
     // Whether an event has been read from the socket and waits; nothing else tells. Asks nobody.

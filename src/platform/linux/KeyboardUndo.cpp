@@ -72,8 +72,9 @@ UndoVerdict undoKeyboard(xcb_connection_t* connection, const KeyboardDebt& debt)
             if (debt.mayBeDown(static_cast<std::uint8_t>(key)))
                 xcb_test_fake_input(connection, XCB_KEY_RELEASE, static_cast<std::uint8_t>(key), XCB_CURRENT_TIME,
                                     XCB_NONE, 0, 0, 0);
+    // Even where none is owed: a key that was let go here may have been a latch.
     const auto locks = debt.locks();
-    if (locks != KeyboardDebt::Locks{} && isPresent(connection, xcb_xkb_id)) {
+    if (isPresent(connection, xcb_xkb_id)) {
         std::free(xcb_xkb_use_extension_reply(connection, xcb_xkb_use_extension(connection, 1, 0), nullptr));
         lockModifiers(connection, locks.modifiers, locks.modifiers, locks.group);
     }

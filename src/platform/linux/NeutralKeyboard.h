@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <vector>
 
 #include "platform/linux/KeyEffects.h"
 #include "platform/linux/KeyboardDebt.h"
@@ -27,10 +28,21 @@ public:
     void prepare(std::uint8_t xKeycode);
 
 private:
-    [[nodiscard]] std::uint8_t ownModifiers() const;
+    // What could not be made neutral, and what Vantor held meanwhile.
+    struct Irreducible {
+        KeyboardState state;
+        std::vector<std::uint8_t> own;
+
+        bool operator==(const Irreducible&) const = default;
+    };
+
     [[nodiscard]] bool isNeutral(const KeyboardState& state) const;
+    // One round trip, for the state and for the player's keys.
+    [[nodiscard]] bool look(KeyboardState& state);
     void neutralise();
-    [[nodiscard]] bool pressLostAgain(const xcb_query_keymap_reply_t& down);
+    void pressOwnAgain();
+    [[nodiscard]] std::vector<std::uint8_t> choosersAmong(std::vector<std::uint8_t> keys) const;
+    void releaseMistaken(KeyboardState& state);
     void release(const std::bitset<256>& keys);
     void takeLocks(const KeyboardState& state);
     void countLocks(const KeyboardState& state);
@@ -41,9 +53,10 @@ private:
     const KeyEffects& effects_;
     const std::uint8_t group_;
     KeyboardWatch watch_;
-    KeyboardDebt::Locks locks_;                 // the player's
-    std::bitset<256> playersKeys_;              // held when it was last asked, and not released since
-    std::optional<KeyboardState> irreducible_;  // what could not be made neutral: not tried at every key
+    KeyboardDebt::Locks locks_;               // the player's
+    std::vector<std::uint8_t> lastOwn_;       // modifiers that Vantor held at its last press
+    std::bitset<256> playersKeys_;            // held when it was last asked, and not released since
+    std::optional<Irreducible> irreducible_;  // not tried at every key
 };
 
 }  // namespace vantor

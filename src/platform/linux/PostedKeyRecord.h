@@ -28,6 +28,8 @@ public:
     void expire(Clock::time_point now) {
         while (!waiting_.empty() && now - waiting_.front().at > lifetime) waiting_.pop_front();
     }
+    // For the end of the connection that would have shown it.
+    void clear() { waiting_.clear(); }
     [[nodiscard]] bool empty() const { return waiting_.empty(); }
 
 private:

@@ -10,7 +10,13 @@ void PostedKeys::send(std::uint8_t xKeycode, bool down) {
     xcb_test_fake_input(connection_.get(), down ? XCB_KEY_PRESS : XCB_KEY_RELEASE, xKeycode, XCB_CURRENT_TIME,
                         connection_.root(), 0, 0, 0);
     record_.posted(xKeycode, down, PostedKeyRecord::Clock::now());
+    if (down_[xKeycode] == down) return;
     down_[xKeycode] = down;
+    if (down) {
+        inOrder_.push_back(xKeycode);
+    } else {
+        std::erase(inOrder_, xKeycode);
+    }
 }
 
 void PostedKeys::releaseAll() {

@@ -4,6 +4,7 @@
 
 #include <bitset>
 #include <cstdint>
+#include <vector>
 
 #include "platform/linux/KeyboardDebt.h"
 #include "platform/linux/PostedKeyRecord.h"
@@ -22,12 +23,15 @@ public:
     void releaseAll();
 
     [[nodiscard]] const std::bitset<256>& down() const { return down_; }
+    // The same, in the order of their presses.
+    [[nodiscard]] const std::vector<std::uint8_t>& inOrder() const { return inOrder_; }
 
 private:
     const XConnection& connection_;
     PostedKeyRecord& record_;
     KeyboardDebt* debt_ = nullptr;
     std::bitset<256> down_;
+    std::vector<std::uint8_t> inOrder_;
 };
 
 }  // namespace vantor

@@ -10,6 +10,7 @@
 #include <QPointer>
 #include <QWindow>
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 #include "platform/KeyClasses.h"
@@ -20,17 +21,23 @@ namespace {
 // More than half a minute of typing into a window of ours; what is older never comes.
 constexpr std::size_t seenLimit = 4096;
 
+// A server that is full may have a place later; one that is gone is the toolkit's end, and so the program's.
+constexpr std::chrono::seconds betweenTries{1};
+
 }  // namespace
 
-RawKeyMonitors::RawKeyMonitors(const XConnection& connection, PostedKeyRecord& record)
+RawKeyMonitors::RawKeyMonitors(XConnection& connection, PostedKeyRecord& record)
     : connection_(connection), record_(record), stream_(connection, record) {
     if (connection.get()) {
-        notifier_ = std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(connection.get()), QSocketNotifier::Read);
-        QObject::connect(notifier_.get(), &QSocketNotifier::activated, this, [this] {
-            // A lost server is the toolkit's end as well; without this the notifier would fire for ever.
-            if (xcb_connection_has_error(connection_.get())) notifier_->setEnabled(false);
-            poll();
+        nextTry_.setSingleShot(true);
+        nextTry_.setInterval(betweenTries);
+        QObject::connect(&nextTry_, &QTimer::timeout, this, [this] { reconnect(); });
+        renewal_ = connection.onRenewal([this] {
+            nextTry_.stop();
+            stream_.restart();
+            listen();
         });
+        listen();
         // A reply that was waited for, or a post, may have read events from the socket: it then stays silent about
         // them.
         if (auto* dispatcher = QAbstractEventDispatcher::instance())
@@ -41,6 +48,26 @@ RawKeyMonitors::RawKeyMonitors(const XConnection& connection, PostedKeyRecord& r
             });
     }
     if (QCoreApplication::instance()) QCoreApplication::instance()->installEventFilter(this);
+}
+
+void RawKeyMonitors::listen() {
+    // It may be the old one that told of the loss, and is still at it.
+    if (notifier_) {
+        notifier_->setEnabled(false);
+        notifier_.release()->deleteLater();
+    }
+    notifier_ = std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(connection_.get()), QSocketNotifier::Read);
+    QObject::connect(notifier_.get(), &QSocketNotifier::activated, this, [this] {
+        poll();
+        if (connection_.isLost()) reconnect();
+    });
+}
+
+void RawKeyMonitors::reconnect() {
+    if (connection_.renew()) return;
+    // A closed descriptor is readable for ever.
+    notifier_->setEnabled(false);
+    nextTry_.start();
 }
 
 Subscription RawKeyMonitors::addGlobalMonitor(KeyEventMask mask, GlobalHandler handler) {

@@ -1,10 +1,12 @@
 #pragma once
 // The key monitors on X11. The global ones get the raw stream while another application has the focus; the local ones
 // get what the toolkit delivers to Vantor's own windows, where they may swallow it. No key reaches both, Vantor's own
-// posts reach none, and nothing is grabbed. Main thread.
+// posts reach none, and nothing is grabbed. A lost connection is renewed, if need be by trying each second. Main
+// thread.
 
-#include <QObject>
-#include <QSocketNotifier>
+#include <QtCore/QObject>
+#include <QtCore/QSocketNotifier>
+#include <QtCore/QTimer>
 #include <cstdint>
 #include <deque>
 #include <map>
@@ -20,10 +22,11 @@ namespace vantor {
 class RawKeyMonitors final : public QObject, public KeyMonitors {
 public:
     // Watches the application object's key events; the references outlive the monitors.
-    RawKeyMonitors(const XConnection& connection, PostedKeyRecord& record);
+    RawKeyMonitors(XConnection& connection, PostedKeyRecord& record);
 
     Subscription addGlobalMonitor(KeyEventMask mask, GlobalHandler handler) override;
     Subscription addLocalMonitor(KeyEventMask mask, LocalHandler handler) override;
+    // False without raw events, and while the connection is lost.
     [[nodiscard]] bool available() const { return stream_.available(); }
 
 protected:
@@ -41,6 +44,8 @@ private:
         bool dispatched = false;
     };
 
+    void listen();
+    void reconnect();
     void poll();
     void handleStreamed(const StreamedKey& key);
     void dispatchGlobally(const KeyEvent& event);
@@ -50,10 +55,12 @@ private:
     void tellModifiers(Qt::KeyboardModifiers held);
     [[nodiscard]] bool swallowedLocally(const QKeyEvent& event);
 
-    const XConnection& connection_;
+    XConnection& connection_;
     PostedKeyRecord& record_;
     KeyStream stream_;
     std::unique_ptr<QSocketNotifier> notifier_;
+    QTimer nextTry_;
+    Subscription renewal_;
     int next_ = 0;
     std::map<int, Monitor<GlobalHandler>> global_;
     std::map<int, Monitor<LocalHandler>> local_;

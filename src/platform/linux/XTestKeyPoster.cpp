@@ -37,13 +37,18 @@ private:
     const int slack_;  // nanoseconds, of this thread
 };
 
-XTestKeyPoster::XTestKeyPoster(const XConnection& connection, PostedKeyRecord& record, const XkbKeyboardLayout& learned,
+XTestKeyPoster::XTestKeyPoster(XConnection& connection, PostedKeyRecord& record, const XkbKeyboardLayout& learned,
                                std::filesystem::path guardian)
     : connection_(connection),
       keys_(connection, record),
-      effects_(keyEffects(learned.keymap(), learned.group())),
+      effects_(learned.keymap(), learned.group()),
       group_(static_cast<std::uint8_t>(learned.group())),
-      guardian_(std::move(guardian)) {}
+      guardian_(std::move(guardian)),
+      renewal_(connection.onRenewal([this] {
+          witness_ = XCB_NONE;
+          keys_.releaseAll();
+          xcb_flush(connection_.get());
+      })) {}
 
 XTestKeyPoster::~XTestKeyPoster() {
     // The server keeps a dead client's keys down.
@@ -53,7 +58,9 @@ XTestKeyPoster::~XTestKeyPoster() {
 }
 
 std::unique_ptr<KeyPoster::Typing> XTestKeyPoster::beginTyping() {
-    if (neutral_ || !connection_.hasTest() || !connection_.hasKeyboard() || isLost()) return nullptr;
+    if (neutral_) return nullptr;
+    static_cast<void>(connection_.renew());
+    if (!connection_.hasTest() || !connection_.hasKeyboard() || connection_.isLost()) return nullptr;
     guardian_.ensureRunning();
     if (witness_ == XCB_NONE) witness_ = makeWitness(connection_);
     guardian_.debt().setWitness(witness_);
@@ -63,9 +70,9 @@ std::unique_ptr<KeyPoster::Typing> XTestKeyPoster::beginTyping() {
 }
 
 void XTestKeyPoster::endTyping() {
-    if (isLost()) return settleAfterLoss();
+    if (connection_.isLost()) return settleAfterLoss();
     neutral_.reset();
-    if (isLost()) return settleAfterLoss();
+    if (connection_.isLost()) return settleAfterLoss();
     keys_.noteIn(nullptr);
 }
 
@@ -76,12 +83,10 @@ PostVerdict XTestKeyPoster::post(const PostedKey& key) {
     if (neutral_ && key.down) neutral_->prepare(*xKeycode);
     keys_.send(*xKeycode, key.down);
     xcb_flush(connection_.get());
-    if (!isLost()) return PostVerdict::posted;
+    if (!connection_.isLost()) return PostVerdict::posted;
     settleAfterLoss();
     return PostVerdict::lost;
 }
-
-bool XTestKeyPoster::isLost() const { return xcb_connection_has_error(connection_.get()) != 0; }
 
 void XTestKeyPoster::settleAfterLoss() {
     if (!neutral_) return;

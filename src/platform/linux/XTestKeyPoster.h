@@ -1,6 +1,7 @@
 #pragma once
 // Posts keys through the server's XTEST extension, and records them so that Vantor does not react to itself. While a
-// text is typed the keyboard is neutral, and guarded. Main thread.
+// text is typed the keyboard is neutral, and guarded. A text ends where the connection is lost; the next one renews it.
+// Main thread.
 
 #include <filesystem>
 #include <optional>
@@ -20,10 +21,10 @@ class XTestKeyPoster final : public KeyPoster {
 public:
     // The layout is the one that the key map was learned from; the guardian's program may be missing. Nothing is
     // started before something is typed.
-    XTestKeyPoster(const XConnection& connection, PostedKeyRecord& record, const XkbKeyboardLayout& learned,
+    XTestKeyPoster(XConnection& connection, PostedKeyRecord& record, const XkbKeyboardLayout& learned,
                    std::filesystem::path guardian);
     // With the layout in force now, and without a guardian.
-    XTestKeyPoster(const XConnection& connection, PostedKeyRecord& record)
+    XTestKeyPoster(XConnection& connection, PostedKeyRecord& record)
         : XTestKeyPoster(connection, record, XkbKeyboardLayout(connection), {}) {}
     XTestKeyPoster(const XTestKeyPoster&) = delete;
     XTestKeyPoster& operator=(const XTestKeyPoster&) = delete;
@@ -36,16 +37,16 @@ public:
 private:
     class Span;
     void endTyping();
-    [[nodiscard]] bool isLost() const;
     void settleAfterLoss();
 
-    const XConnection& connection_;
+    XConnection& connection_;
     PostedKeys keys_;
     const KeyEffects effects_;
     const std::uint8_t group_;
     KeyboardGuardian guardian_;
-    std::uint32_t witness_ = 0;               // once made, as long as the connection
+    std::uint32_t witness_ = XCB_NONE;        // once made, as long as the connection
     std::optional<NeutralKeyboard> neutral_;  // while something is typed
+    Subscription renewal_;
 };
 
 }  // namespace vantor
