@@ -1,7 +1,29 @@
 #!/usr/bin/env bash
-# Installs what a set of tasks needs, and only what is missing: setup.sh build [desktop] [checks] [bench] [fuzz]. Says on
-# standard error what it does. On systems without apt it names what is missing and ends with 1.
+# Installs what a set of tasks needs, and only what is missing: setup.sh build [desktop] [checks] [package] [bench] [fuzz]. Says
+# on standard error what it does. On systems with neither apt nor Homebrew it names what is missing and ends with 1.
 set -euo pipefail
+
+# The bash that macOS brings is 3.2, so this branch does without later inventions.
+if [[ $(uname) == Darwin ]]; then
+    xcode-select -p >/dev/null 2>&1 || { echo "setup: no compiler; please run: xcode-select --install" >&2; exit 1; }
+    command -v brew >/dev/null || { echo "setup: Homebrew is not there; please install it from https://brew.sh" >&2; exit 1; }
+    wanted=()
+    for set in "$@"; do
+        case $set in
+            build) wanted+=(cmake ninja ccache pkgconf python qt librsvg googletest font-eb-garamond font-lato) ;;
+            checks) wanted+=(bash clang-format llvm git) ;;
+            bench) wanted+=(google-benchmark) ;;
+            desktop | package | fuzz) echo "setup: '$set' needs Linux" >&2 && exit 1 ;;
+            *) echo "setup: unknown set '$set' (build, checks, bench)" >&2 && exit 2 ;;
+        esac
+    done
+    missing=()
+    for name in ${wanted[@]+"${wanted[@]}"}; do brew list --versions "$name" >/dev/null 2>&1 || missing+=("$name"); done
+    ((${#missing[@]})) || exit 0
+    echo "setup: installing ${missing[*]}" >&2
+    brew install --quiet "${missing[@]}" >&2 || { echo "setup: the installation failed" >&2; exit 1; }
+    exit 0
+fi
 
 build=(g++ cmake ninja-build ccache pkg-config python3 qt6-base-dev qt6-svg-dev qt6-webengine-dev qt6-qpa-plugins libgl-dev libegl-dev
     libxcb1-dev libxcb-xinput-dev libxcb-xtest0-dev libxcb-xkb-dev libxcb-randr0-dev libxkbcommon-dev libxkbcommon-x11-dev libsecret-1-dev
@@ -9,14 +31,15 @@ build=(g++ cmake ninja-build ccache pkg-config python3 qt6-base-dev qt6-svg-dev 
 desktop=(xvfb openbox picom dbus dbus-x11 xdotool xclip imagemagick x11-utils xauth gnome-keyring
     xserver-xephyr x11-xkb-utils libsecret-tools openssl procps)
 checks=(clang-format clang-tidy git tzdata)
+package=(dpkg-dev lintian desktop-file-utils appstream man-db groff fakeroot binutils file)
 bench=(libbenchmark-dev)
 fuzz=(clang)
 
 wanted=()
 for set in "$@"; do
     case $set in
-        build | desktop | checks | bench | fuzz) declare -n list=$set && wanted+=("${list[@]}") ;;
-        *) echo "setup: unknown set '$set' (build, desktop, checks, bench, fuzz)" >&2 && exit 2 ;;
+        build | desktop | checks | package | bench | fuzz) declare -n list=$set && wanted+=("${list[@]}") ;;
+        *) echo "setup: unknown set '$set' (build, desktop, checks, package, bench, fuzz)" >&2 && exit 2 ;;
     esac
 done
 

@@ -127,6 +127,10 @@ bool KeyboardGuardian::letGo() {
     return guarded;
 }
 
-std::filesystem::path guardianBeside(const std::filesystem::path& folder) { return folder / "vantor-guardian"; }
+std::filesystem::path guardianBeside(const std::filesystem::path& folder) {
+    constexpr auto name = "vantor-guardian";
+    std::error_code absent;
+    return std::filesystem::exists(folder / name, absent) ? folder / name : folder / "../lib/vantor" / name;
+}
 
 }  // namespace vantor

@@ -15,7 +15,7 @@ class KeyboardGuardian {
 public:
     enum class Verdict { running, absent };
 
-    // Its program is named `vantor-guardian` and lies beside Vantor's. An empty path: none.
+    // Its program is named `vantor-guardian`. An empty path: none.
     explicit KeyboardGuardian(std::filesystem::path program) : program_(std::move(program)) {}
     // Lets the guardian undo what is still noted, and go.
     ~KeyboardGuardian();
@@ -59,7 +59,7 @@ private:
     KeyboardDebt ownNotes_;  // without a guardian
 };
 
-// Beside the program that runs.
+// Where it lies for a program in this folder: beside it, or below the library folder of an installation.
 [[nodiscard]] std::filesystem::path guardianBeside(const std::filesystem::path& folder);
 
 }  // namespace vantor
