@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs what a set of tasks needs, and only what is missing: setup.sh build [desktop] [checks] [package] [bench] [fuzz]. Says
-# on standard error what it does. On systems with neither apt nor Homebrew it names what is missing and ends with 1.
+# Installs what a set of tasks needs, and only what is missing: setup.sh build [desktop] [checks] [macdouble] [package]
+# [bench] [fuzz]. Says on standard error what it does. On systems with neither apt nor Homebrew it names what is missing and ends with 1.
 set -euo pipefail
 
 # The bash that macOS brings is 3.2, so this branch does without later inventions.
@@ -13,7 +13,7 @@ if [[ $(uname) == Darwin ]]; then
             build) wanted+=(cmake ninja ccache pkgconf python qt librsvg googletest font-eb-garamond font-lato) ;;
             checks) wanted+=(bash clang-format llvm git) ;;
             bench) wanted+=(google-benchmark) ;;
-            desktop | package | fuzz) echo "setup: '$set' needs Linux" >&2 && exit 1 ;;
+            desktop | macdouble | package | fuzz) echo "setup: '$set' needs Linux" >&2 && exit 1 ;;
             *) echo "setup: unknown set '$set' (build, checks, bench)" >&2 && exit 2 ;;
         esac
     done
@@ -34,12 +34,13 @@ checks=(clang-format clang-tidy git tzdata)
 package=(dpkg-dev lintian desktop-file-utils appstream man-db groff fakeroot binutils file)
 bench=(libbenchmark-dev)
 fuzz=(clang)
+macdouble=(clang gobjc libgnustep-base-dev libblocksruntime-dev)
 
 wanted=()
 for set in "$@"; do
     case $set in
-        build | desktop | checks | package | bench | fuzz) declare -n list=$set && wanted+=("${list[@]}") ;;
-        *) echo "setup: unknown set '$set' (build, desktop, checks, package, bench, fuzz)" >&2 && exit 2 ;;
+        build | desktop | checks | macdouble | package | bench | fuzz) declare -n list=$set && wanted+=("${list[@]}") ;;
+        *) echo "setup: unknown set '$set' (build, desktop, checks, macdouble, package, bench, fuzz)" >&2 && exit 2 ;;
     esac
 done
 

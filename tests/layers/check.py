@@ -34,12 +34,13 @@ RULES = {
                  "input/view", "accounts/view", "feedback/view", "translators/view", "browser/view"},
     "platform/qt": set(),
     "platform/linux": set(),
+    "platform/macos": set(),
     "platform/webengine": {"platform/qt"},
     "platform/fake": set(),
 }
 # Rooms that draw, or speak to the system: what they link decides.
 OPEN_ROOMS = {"ui", "timers/view", "input/view", "accounts/view", "feedback/view", "translators/view", "browser/view",
-              "app/view", "platform/qt", "platform/linux", "platform/webengine",
+              "app/view", "platform/qt", "platform/linux", "platform/macos", "platform/webengine",
               "platform/fake"}
 TOOLKIT_FREE = {"platform"}
 X11_ROOMS = {"platform/linux"}
@@ -63,7 +64,7 @@ def main() -> int:
             where = f"{file.relative_to(SOURCE)}:{number}"
             if re.match(r"\s*#\s*if(n?def)?\b.*(__linux__|__APPLE__|_WIN32|Q_OS_)", line):
                 faults.append(f"{where}: the operating system is asked for outside main.cpp")
-            found = re.match(r'\s*#\s*include\s+([<"])([^>"]+)[>"]', line)
+            found = re.match(r'\s*#\s*(?:include|import)\s+([<"])([^>"]+)[>"]', line)
             if not found:
                 continue
             kind, name = found.groups()
@@ -81,6 +82,8 @@ def main() -> int:
                     faults.append(f"{where}: {here} includes {name}, which is no text, file or JSON class")
             elif re.match(r"(xcb|X11|xkbcommon)/", name) and here not in X11_ROOMS:
                 faults.append(f"{where}: X11 outside platform/linux")
+            elif re.match(r"(Foundation|AppKit|CoreGraphics|WebKit|Security)/", name) and here != "platform/macos":
+                faults.append(f"{where}: a framework of macOS outside platform/macos")
     print("\n".join(faults) if faults else "layers: every include points down")
     return 1 if faults else 0
 

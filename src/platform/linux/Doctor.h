@@ -6,15 +6,9 @@
 #include <string>
 #include <vector>
 
+#include "platform/Power.h"
+
 namespace vantor {
-
-struct Power {
-    std::string name;
-    bool present = false;
-    std::string advice;  // what is found, or what to do
-
-    bool operator==(const Power&) const = default;
-};
 
 // Files that belong to Vantor and stand beside its program.
 struct OwnFiles {

@@ -1,0 +1,11 @@
+#pragma once
+// What is used of the system's accessibility permission, as its public documentation declares it.
+
+#import <CoreFoundation/CoreFoundation.h>
+
+extern "C" {
+
+extern const CFStringRef kAXTrustedCheckOptionPrompt;
+
+Boolean AXIsProcessTrustedWithOptions(CFDictionaryRef options);
+}

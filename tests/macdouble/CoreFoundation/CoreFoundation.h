@@ -1,0 +1,25 @@
+#pragma once
+// What is used of the system's plain types, as their public documentation declares them. Each is the object of the same
+// name behind another type.
+
+#import <Foundation/Foundation.h>
+
+#include <cstdint>
+
+typedef unsigned char Boolean;
+typedef long CFIndex;
+typedef const void* CFTypeRef;
+typedef const struct __CFString* CFStringRef;
+typedef const struct __CFDictionary* CFDictionaryRef;
+typedef const struct __CFBoolean* CFBooleanRef;
+typedef const struct __CFURL* CFURLRef;
+typedef struct __CFError* CFErrorRef;
+
+extern "C" {
+
+// Constants for whoever uses them; the double fills them in when it is loaded.
+extern CFBooleanRef kCFBooleanTrue;
+extern CFBooleanRef kCFBooleanFalse;
+
+void CFRelease(CFTypeRef object);
+}

@@ -1,0 +1,32 @@
+#pragma once
+// What is used of the keychain's item calls, as their public documentation declares them.
+
+#import <CoreFoundation/CoreFoundation.h>
+
+typedef int OSStatus;
+
+enum : OSStatus {
+    errSecSuccess = 0,
+    errSecUserCanceled = -128,
+    errSecNotAvailable = -25291,
+    errSecAuthFailed = -25293,
+    errSecDuplicateItem = -25299,
+    errSecItemNotFound = -25300,
+    errSecInteractionNotAllowed = -25308,
+};
+
+extern "C" {
+
+extern const CFStringRef kSecClass;
+extern const CFStringRef kSecClassGenericPassword;
+extern const CFStringRef kSecAttrAccount;
+extern const CFStringRef kSecValueData;
+extern const CFStringRef kSecReturnData;
+extern const CFStringRef kSecMatchLimit;
+extern const CFStringRef kSecMatchLimitOne;
+
+// The caller releases the result.
+OSStatus SecItemCopyMatching(CFDictionaryRef query, CFTypeRef* result);
+OSStatus SecItemAdd(CFDictionaryRef attributes, CFTypeRef* result);
+OSStatus SecItemDelete(CFDictionaryRef query);
+}

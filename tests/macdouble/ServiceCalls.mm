@@ -1,0 +1,10 @@
+#include "ServiceCalls.h"
+
+namespace macdouble {
+
+ServiceCalls& serviceCalls() {
+    static ServiceCalls calls;
+    return calls;
+}
+
+}  // namespace macdouble
