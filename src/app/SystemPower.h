@@ -1,6 +1,7 @@
 #pragma once
 // What Vantor needs on this machine, as the settings panel shows it. A value.
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -12,8 +13,12 @@ struct SystemPower {
     std::string what;
     bool have = false;
     std::string sentence;  // what is found, or what to do
+    // Has the system put its own question to the player; nothing where there is none to put.
+    std::function<void()> ask = {};
 
-    bool operator==(const SystemPower&) const = default;
+    bool operator==(const SystemPower& other) const {
+        return what == other.what && have == other.have && sentence == other.sentence && !ask == !other.ask;
+    }
 };
 
 // In plain words, of what the examination of the machine calls by its name, such as "raw keys". An unknown name stands

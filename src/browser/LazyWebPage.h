@@ -17,7 +17,6 @@ class LazyWebPage final : public WebPage {
 public:
     // Nothing when the engine cannot be had; asked again at the next load.
     using MakeEngine = std::function<std::unique_ptr<WebEngine>()>;
-    enum class Engine { notWanted, running, missing, gone };
 
     explicit LazyWebPage(MakeEngine makeEngine) : makeEngine_(std::move(makeEngine)) {}
 
@@ -38,9 +37,8 @@ public:
 
     Subscription observePrior(Property property, std::function<void()> handler) override;
 
-    [[nodiscard]] Engine engine() const { return engineState_; }
-    // After the engine came, failed to come, or went.
-    void onEngine(std::function<void()> handler) { engineChanged_ = std::move(handler); }
+    [[nodiscard]] Engine engine() const override { return engineState_; }
+    void onEngine(std::function<void()> handler) override { engineChanged_ = std::move(handler); }
 
 private:
     struct Observers {

@@ -46,6 +46,12 @@ public:
 
     // Runs before each change of the value, and not after it.
     virtual Subscription observePrior(Property property, std::function<void()> handler) = 0;
+
+    // What stands behind the page. Gone: it has ended, and the next load starts another.
+    enum class Engine { notWanted, running, missing, gone };
+    [[nodiscard]] virtual Engine engine() const { return Engine::running; }
+    // After the engine came, failed to come, or went. A later handler replaces the one before.
+    virtual void onEngine(std::function<void()>) {}
 };
 
 }  // namespace vantor

@@ -191,7 +191,9 @@ std::variant<Timeline, TimelineFault> computeTimeline(std::span<const EventsSect
             if (auto fault = SectionWalk(section, include, utcOffsetSeconds / 60, stepsTaken, timeline.events).run())
                 return *std::move(fault);
 
-    std::ranges::stable_sort(timeline.events, {}, &TimelineEvent::id);
+    // One section comes in order already.
+    if (!std::ranges::is_sorted(timeline.events, {}, &TimelineEvent::id))
+        std::ranges::stable_sort(timeline.events, {}, &TimelineEvent::id);
     return timeline;
 }
 

@@ -14,6 +14,7 @@
 #include <QtWidgets/QWidget>
 #include <algorithm>
 
+#include "app/cli/DoctorCommand.h"
 #include "platform/linux/Doctor.h"
 #include "platform/linux/XcbOverlayWindows.h"
 #include "platform/linux/XcbWorkspace.h"

@@ -180,13 +180,13 @@ TEST_F(WebKitPageTest, FadesAtItsEdgesAndIsClickedThroughThem) {
 
 TEST_F(WebKitPageTest, TellsWhenItsProcessHasGone) {
     int changes = 0;
-    page->onGone([&] { ++changes; });
+    page->onEngine([&] { ++changes; });
     [[view navigationDelegate] webViewWebContentProcessDidTerminate:view];
     [[view navigationDelegate] webViewWebContentProcessDidTerminate:view];
-    EXPECT_TRUE(page->gone());
+    EXPECT_EQ(page->engine(), WebPage::Engine::gone);
     EXPECT_EQ(changes, 1);
     page->load("https://wiki.test/", 60);
-    EXPECT_FALSE(page->gone());
+    EXPECT_EQ(page->engine(), WebPage::Engine::running);
     EXPECT_EQ(changes, 2);
 }
 

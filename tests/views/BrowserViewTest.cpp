@@ -7,6 +7,7 @@
 #include <QtWidgets/QAbstractButton>
 #include <QtWidgets/QApplication>
 
+#include "browser/LazyWebPage.h"
 #include "browser/view/WebPanel.h"
 #include "ui/GW2TextField.h"
 

@@ -3,8 +3,10 @@
 #include <QtCore/QMetaObject>
 #include <QtWidgets/QGridLayout>
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
+#include "ui/GW2Button.h"
 #include "ui/TextBlock.h"
 
 namespace vantor {
@@ -12,6 +14,9 @@ namespace vantor {
 namespace {
 
 constexpr int nameWidth = 170;
+constexpr std::chrono::seconds betweenLooks{1};
+
+bool canBeAllowed(const SystemPower& power) { return !power.have && power.ask; }
 
 QString summaryOf(const std::vector<SystemPower>& powers) {
     const auto missing = std::count_if(powers.begin(), powers.end(), [](const auto& power) { return !power.have; });
@@ -25,6 +30,7 @@ QString summaryOf(const std::vector<SystemPower>& powers) {
 SystemPowersView::SystemPowersView(Examine examine, QWidget* parent)
     : QWidget(parent), examine_(std::move(examine)), column_(new QVBoxLayout(this)) {
     column_->setContentsMargins({});
+    QObject::connect(&again_, &QTimer::timeout, this, [this] { refresh(); });
 }
 
 void SystemPowersView::showEvent(QShowEvent* event) {
@@ -34,8 +40,17 @@ void SystemPowersView::showEvent(QShowEvent* event) {
         this, [this] { refresh(); }, Qt::QueuedConnection);
 }
 
+void SystemPowersView::hideEvent(QHideEvent* event) {
+    QWidget::hideEvent(event);
+    again_.stop();
+}
+
 void SystemPowersView::refresh() {
     auto powers = examine_();
+    if (isVisible() && std::ranges::any_of(powers, canBeAllowed))
+        again_.start(betweenLooks);
+    else
+        again_.stop();
     if (list_ && powers == shown_) return;
     shown_ = std::move(powers);
     // What is missing comes first.
@@ -58,6 +73,12 @@ void SystemPowersView::refresh() {
         auto* const found = new TextBlock(power.have ? TextRole::hint : TextRole::error, sentence, list_);
         grid->addWidget(what, row, 0, Qt::AlignTop);
         grid->addWidget(found, row, 1);
+        if (canBeAllowed(power)) {
+            auto* const allow = new GW2Button(QStringLiteral("Allow\u2026"), list_);
+            allow->setAccessibleName(QStringLiteral("Allow: ") + QString::fromStdString(power.what));
+            QObject::connect(allow, &QAbstractButton::clicked, this, [ask = power.ask] { ask(); });
+            grid->addWidget(allow, row, 2, Qt::AlignTop);
+        }
         ++row;
     }
     column_->addWidget(list_);

@@ -1,7 +1,8 @@
 #pragma once
 // What Vantor needs on this machine and whether it has it, one line each; what is missing stands out. Asked for anew
-// whenever the view is shown. Main thread.
+// whenever the view is shown, and each second while something is missing that the player may allow. Main thread.
 
+#include <QtCore/QTimer>
 #include <QtWidgets/QVBoxLayout>
 #include <QtWidgets/QWidget>
 #include <functional>
@@ -19,6 +20,7 @@ public:
 
 protected:
     void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
 private:
     void refresh();
@@ -27,6 +29,7 @@ private:
     std::vector<SystemPower> shown_;
     QVBoxLayout* column_;
     QWidget* list_ = nullptr;
+    QTimer again_;
 };
 
 }  // namespace vantor

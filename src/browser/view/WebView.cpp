@@ -15,7 +15,7 @@ WebView::WebView(Source source, QWidget* parent) : QWidget(parent), source_(std:
 }
 
 void WebView::follow() {
-    const bool running = source_.page.engine() == LazyWebPage::Engine::running;
+    const bool running = source_.page.engine() == WebPage::Engine::running;
     if (running && !page_) {
         page_ = source_.engineWidget();
         if (page_) page_->setParent(this);
@@ -28,7 +28,7 @@ void WebView::follow() {
 // The page is drawn by processes of its own: shown with the window, it would delay the window's mapping. So it comes
 // after the window's first picture, and goes with the window.
 void WebView::showPage() {
-    if (page_) page_->setVisible(painted_ && source_.page.engine() == LazyWebPage::Engine::running);
+    if (page_) page_->setVisible(painted_ && source_.page.engine() == WebPage::Engine::running);
 }
 
 void WebView::place() {

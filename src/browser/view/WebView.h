@@ -6,14 +6,14 @@
 #include <QtWidgets/QWidget>
 #include <functional>
 
-#include "browser/LazyWebPage.h"
+#include "platform/WebPage.h"
 
 namespace vantor {
 
 class WebView : public QWidget {
 public:
     struct Source {
-        LazyWebPage& page;
+        WebPage& page;
         // The engine's widget; nothing before there is an engine. Adopted by this view.
         std::function<QWidget*()> engineWidget;
         // Why there is no engine, when there should be one.

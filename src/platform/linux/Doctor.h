@@ -20,7 +20,5 @@ struct OwnFiles {
 [[nodiscard]] std::vector<Power> examinePowers(const OwnFiles& files);
 // The same for a program whose connection for keys is lost, which it alone can know.
 [[nodiscard]] std::vector<Power> withoutKeys(std::vector<Power> powers);
-// One line for each, with a line feed at its end.
-[[nodiscard]] std::string powersAsText(const std::vector<Power>& powers);
 
 }  // namespace vantor

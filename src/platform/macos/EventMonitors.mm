@@ -43,16 +43,16 @@ Subscription removing(id token) {
 Subscription EventMonitors::addGlobalMonitor(KeyEventMask mask, GlobalHandler handler) {
     return removing([NSEvent addGlobalMonitorForEventsMatchingMask:mask
                                                            handler:^(NSEvent* event) {
-                                                               if (const auto key = seamEvent(event)) handler(*key);
+                                                             if (const auto key = seamEvent(event)) handler(*key);
                                                            }]);
 }
 
 Subscription EventMonitors::addLocalMonitor(KeyEventMask mask, LocalHandler handler) {
     return removing([NSEvent addLocalMonitorForEventsMatchingMask:mask
                                                           handler:^NSEvent*(NSEvent* event) {
-                                                              const auto key = seamEvent(event);
-                                                              if (key && handler(*key) == Passing::swallow) return nil;
-                                                              return event;
+                                                            const auto key = seamEvent(event);
+                                                            if (key && handler(*key) == Passing::swallow) return nil;
+                                                            return event;
                                                           }]);
 }
 

@@ -1,6 +1,6 @@
 #pragma once
-// Posts key events where those of the hardware come in, so that the application in front receives them as if they had been
-// typed. They carry their own flags: what the player holds adds nothing. Main thread.
+// Posts key events where those of the hardware come in, so that the application in front receives them as if they had
+// been typed. They carry their own flags: what the player holds adds nothing. Main thread.
 
 #include "platform/KeyPoster.h"
 #include "platform/macos/KeyboardEvents.h"

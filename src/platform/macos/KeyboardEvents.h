@@ -1,6 +1,6 @@
 #pragma once
-// The synthetic key events: each is made once, at the start or when the layout is learned, and used again for every later
-// post. They bear a mark by which Vantor knows its own. Main thread.
+// The synthetic key events: each is made once, at the start or when the layout is learned, and used again for every
+// later post. They bear a mark by which Vantor knows its own. Main thread.
 
 #include <memory>
 
@@ -19,7 +19,8 @@ public:
     // A key-down event, as the system's CGEventRef; with flags of its own unless they are 0. Lives as long as this.
     [[nodiscard]] void* event(KeyCode keyCode, ModifierFlags flags);
 
-    // Whether an event, as the system's CGEventRef, is one of these, also after its way through the system. Null is not.
+    // Whether an event, as the system's CGEventRef, is one of these, also after its way through the system. Null is
+    // not.
     [[nodiscard]] static bool isOwn(void* event);
 
 private:

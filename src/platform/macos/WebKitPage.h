@@ -36,10 +36,9 @@ public:
 
     Subscription observePrior(Property property, std::function<void()> handler) override;
 
-    // The process that drew the page has ended; the next load starts another.
-    [[nodiscard]] bool gone() const;
-    // After that process went, and when the next load brings another.
-    void onGone(std::function<void()> handler);
+    // Running, or gone after the process that draws pages has ended.
+    [[nodiscard]] Engine engine() const override;
+    void onEngine(std::function<void()> handler) override;
     // The system's view, for the toolkit to place; it stays this page's own.
     [[nodiscard]] void* nativeView() const;
 

@@ -205,8 +205,8 @@ Subscription WebKitPage::observePrior(Property property, std::function<void()> h
     }
 }
 
-bool WebKitPage::gone() const { return view_->gone; }
-void WebKitPage::onGone(std::function<void()> handler) { view_->goneChanged = std::move(handler); }
+WebPage::Engine WebKitPage::engine() const { return view_->gone ? Engine::gone : Engine::running; }
+void WebKitPage::onEngine(std::function<void()> handler) { view_->goneChanged = std::move(handler); }
 void* WebKitPage::nativeView() const { return view_->view; }
 
 }  // namespace vantor

@@ -1,0 +1,84 @@
+#pragma once
+// What the program needs of the system that it runs on. CMake chooses the one file that makes it; nothing else knows
+// which system this is. Main thread.
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "browser/view/WebView.h"
+#include "platform/Clock.h"
+#include "platform/Defaults.h"
+#include "platform/KeyMonitors.h"
+#include "platform/KeyPoster.h"
+#include "platform/KeyboardLayout.h"
+#include "platform/Keychain.h"
+#include "platform/MainThread.h"
+#include "platform/OverlayWindows.h"
+#include "platform/Pasteboard.h"
+#include "platform/Power.h"
+#include "platform/Scheduler.h"
+#include "platform/Screens.h"
+#include "platform/StatusItem.h"
+#include "platform/WebPage.h"
+#include "platform/Workspace.h"
+
+namespace vantor::backend {
+
+// What typing into other applications takes.
+struct Keys {
+    KeyboardLayout& layout;
+    KeyPoster& poster;
+    KeyMonitors& monitors;
+    Workspace& workspace;
+};
+
+class TypingBackend {
+public:
+    virtual ~TypingBackend() = default;
+    [[nodiscard]] virtual Keys keys() = 0;
+};
+
+// Everything, for as long as the application object lives.
+class Backend {
+public:
+    virtual ~Backend() = default;
+    [[nodiscard]] virtual Keys keys() = 0;
+    [[nodiscard]] virtual OverlayWindows& overlayWindows() = 0;
+    [[nodiscard]] virtual const Screens& screens() = 0;
+    [[nodiscard]] virtual StatusItem& statusItem() = 0;
+    [[nodiscard]] virtual Pasteboard& pasteboard() = 0;
+    [[nodiscard]] virtual Keychain& keychain() = 0;
+    // The one embedded page, and where it is shown.
+    [[nodiscard]] virtual std::unique_ptr<WebPage> makeWebPage() = 0;
+    [[nodiscard]] virtual WebView::Source pageSource() = 0;
+    // As they are at this call.
+    [[nodiscard]] virtual std::vector<Power> powers() = 0;
+    // Has the system put its own question to the player about the power of this name; nothing where it has none.
+    [[nodiscard]] virtual std::function<void()> ask(const std::string& power) = 0;
+};
+
+// Each of these says in one line on standard error why it gives nothing.
+[[nodiscard]] std::unique_ptr<KeyboardLayout> makeKeyboardLayout();
+[[nodiscard]] std::unique_ptr<TypingBackend> makeTypingBackend();
+// To be called before there is an application object: whether the program can start here at all.
+[[nodiscard]] bool prepareToStart();
+[[nodiscard]] std::unique_ptr<Backend> makeBackend(MainThread& mainThread, Scheduler& scheduler);
+
+// The given file, else the system's own place.
+[[nodiscard]] std::unique_ptr<Defaults> makeDefaults(const std::optional<std::string>& settingsFile,
+                                                     MainThread* mainThread);
+[[nodiscard]] std::unique_ptr<Clock> makeClock();
+// Copies of the program that see the same desktop share it.
+[[nodiscard]] std::string desktopName();
+[[nodiscard]] std::vector<Power> examinePowers();
+// The version of what shows pages, where it is the program's own to name.
+[[nodiscard]] std::string webEngineVersion();
+// Tells of the desktop user's wish for less motion, once it is known.
+void askMotionWish(std::function<void(bool reduced)> answer);
+// Makes the player's own script fonts known.
+void registerScriptFonts();
+
+}  // namespace vantor::backend

@@ -1,0 +1,216 @@
+// Linux with an X server: X11 for keys and windows, the session bus for the keyring, the toolkit for the rest.
+
+#include <unistd.h>
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QStandardPaths>
+#include <cstdio>
+#include <utility>
+
+#include "Backend.h"
+#include "browser/LazyWebPage.h"
+#include "platform/linux/CoreFiles.h"
+#include "platform/linux/DesktopEntries.h"
+#include "platform/linux/Doctor.h"
+#include "platform/linux/MotionWish.h"
+#include "platform/linux/RawKeyMonitors.h"
+#include "platform/linux/SecretServiceKeychain.h"
+#include "platform/linux/XTestKeyPoster.h"
+#include "platform/linux/XcbOverlayWindows.h"
+#include "platform/linux/XcbWorkspace.h"
+#include "platform/linux/XkbKeyboardLayout.h"
+#include "platform/qt/JsonDefaults.h"
+#include "platform/qt/QtPasteboard.h"
+#include "platform/qt/QtScreens.h"
+#include "platform/qt/QtStatusItem.h"
+#include "platform/qt/ScriptFonts.h"
+#include "platform/qt/SystemClock.h"
+#include "platform/qt/WebEngineModule.h"
+
+namespace vantor::backend {
+
+namespace {
+
+constexpr const char* noDisplay = "no X display: set DISPLAY, or run a desktop session with X11 or XWayland";
+
+std::nullptr_t complain(const char* line) {
+    std::fprintf(stderr, "vantor: %s\n", line);
+    return nullptr;
+}
+
+std::filesystem::path guardian() { return guardianBeside(QCoreApplication::applicationDirPath().toStdString()); }
+
+std::vector<Power> powersHere() {
+    return vantor::examinePowers({.webModule = webEngineModulePath().toStdString(), .guardian = guardian()});
+}
+
+// The layout, with the connection that it is read from.
+class ConnectedLayout final : public KeyboardLayout {
+public:
+    [[nodiscard]] const XConnection& connection() const { return connection_; }
+    [[nodiscard]] const XkbKeyboardLayout& layout() const { return layout_; }
+    [[nodiscard]] std::optional<Translation> translate(KeyCode keyCode, ModifierFlags flags) const override {
+        return layout_.translate(keyCode, flags);
+    }
+
+private:
+    XConnection connection_;
+    XkbKeyboardLayout layout_{connection_};
+};
+
+// The keyboard of the X server, from the layout to the monitors.
+struct Keyboard {
+    XConnection connection;
+    XkbKeyboardLayout layout{connection};
+    PostedKeyRecord posted;
+    XTestKeyPoster poster{connection, posted, layout, guardian()};
+    RawKeyMonitors monitors{connection, posted};
+};
+
+struct Desktop {
+    explicit Desktop(std::unique_ptr<XcbDesktop> connection)
+        : workspace(
+              std::move(connection), [this](const std::string& name) { return entries.find(name); },
+              static_cast<std::uint32_t>(getpid())) {}
+
+    DesktopEntries entries{DesktopEntries::standardFolders()};
+    XcbWorkspace workspace;
+};
+
+class X11Typing final : public TypingBackend {
+public:
+    explicit X11Typing(std::unique_ptr<XcbDesktop> connection) : desktop_(std::move(connection)) {}
+
+    [[nodiscard]] bool canType() const { return keyboard_.connection.hasTest(); }
+    [[nodiscard]] Keys keys() override {
+        return {keyboard_.layout, keyboard_.poster, keyboard_.monitors, desktop_.workspace};
+    }
+
+private:
+    Keyboard keyboard_;
+    Desktop desktop_;
+};
+
+// The one embedded page, and the engine's widget for whoever shows it.
+class Pages {
+public:
+    [[nodiscard]] std::unique_ptr<WebPage> make() {
+        auto made = std::make_unique<LazyWebPage>([this] { return load(); });
+        page_ = made.get();
+        return made;
+    }
+    [[nodiscard]] WebView::Source source() {
+        return {*page_, [this] { return engine_ ? engine_->widget() : nullptr; }, [this] { return trouble(); }};
+    }
+
+private:
+    std::unique_ptr<WebEngine> load() {
+        using Place = QStandardPaths::StandardLocation;
+        const auto folder = [](Place place) {
+            return QStandardPaths::writableLocation(place) + QStringLiteral("/vantor/pages");
+        };
+        auto loaded = loadWebEngine({folder(Place::GenericDataLocation), folder(Place::GenericCacheLocation)});
+        engine_ = loaded.get();
+        return loaded;
+    }
+    [[nodiscard]] QString trouble() const {
+        if (page_->engine() == WebPage::Engine::missing)
+            return QStringLiteral("Pages need the web engine, which is not installed with Vantor.");
+        if (page_->engine() == WebPage::Engine::gone)
+            return QStringLiteral("The page has stopped. Open another, or select the tab again.");
+        return {};
+    }
+
+    LazyWebPage* page_ = nullptr;
+    WidgetWebEngine* engine_ = nullptr;
+};
+
+class X11Backend final : public Backend {
+public:
+    X11Backend(std::unique_ptr<XcbDesktop> workspace, std::unique_ptr<XcbDesktop> windows, MainThread& mainThread)
+        : desktop_(std::move(workspace)),
+          overlayWindows_(std::move(windows)),
+          owner_(desktop_.workspace.observeFrontmostWindow(
+              [this](NativeWindow window) { overlayWindows_.setOwnerWindow(window); })),
+          keychain_(mainThread) {}
+
+    [[nodiscard]] Keys keys() override {
+        return {keyboard_.layout, keyboard_.poster, keyboard_.monitors, desktop_.workspace};
+    }
+    [[nodiscard]] OverlayWindows& overlayWindows() override { return overlayWindows_; }
+    [[nodiscard]] const Screens& screens() override { return screens_; }
+    [[nodiscard]] StatusItem& statusItem() override { return statusItem_; }
+    [[nodiscard]] Pasteboard& pasteboard() override { return pasteboard_; }
+    [[nodiscard]] Keychain& keychain() override { return keychain_; }
+    [[nodiscard]] std::unique_ptr<WebPage> makeWebPage() override { return pages_.make(); }
+    [[nodiscard]] WebView::Source pageSource() override { return pages_.source(); }
+    [[nodiscard]] std::vector<Power> powers() override {
+        return keyboard_.connection.isLost() ? withoutKeys(powersHere()) : powersHere();
+    }
+    [[nodiscard]] std::function<void()> ask(const std::string&) override { return {}; }
+
+private:
+    Keyboard keyboard_;
+    Desktop desktop_;
+    XcbOverlayWindows overlayWindows_;
+    Subscription owner_;
+    QtStatusItem statusItem_;
+    QtPasteboard pasteboard_;
+    QtScreens screens_;
+    SecretServiceKeychain keychain_;
+    Pages pages_;
+};
+
+}  // namespace
+
+std::unique_ptr<KeyboardLayout> makeKeyboardLayout() {
+    auto made = std::make_unique<ConnectedLayout>();
+    if (!made->connection().get()) return complain(noDisplay);
+    if (!made->layout().available())
+        return complain("the X server has no XKB extension, so the keyboard layout is not known");
+    return made;
+}
+
+std::unique_ptr<TypingBackend> makeTypingBackend() {
+    auto connection = XcbDesktop::connect();
+    if (!connection) return complain(noDisplay);
+    auto made = std::make_unique<X11Typing>(std::move(connection));
+    if (!made->canType()) return complain("the X server has no XTEST extension, so nothing can be typed");
+    return made;
+}
+
+bool prepareToStart() {
+    // Passwords lie in this process's memory.
+    if (!refuseCoreFiles())
+        complain("a crash may leave a core file that holds passwords: the system refuses to forbid it");
+    if (!XcbDesktop::connect()) return complain(noDisplay) != nullptr;
+    // The overlay needs what only X11 gives: its place, its layer, and keys beside the focused application.
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "xcb");
+    return true;
+}
+
+std::unique_ptr<Backend> makeBackend(MainThread& mainThread, Scheduler&) {
+    auto workspace = XcbDesktop::connect();
+    auto windows = XcbDesktop::connect();
+    if (!workspace || !windows) return complain(noDisplay);
+    return std::make_unique<X11Backend>(std::move(workspace), std::move(windows), mainThread);
+}
+
+std::unique_ptr<Defaults> makeDefaults(const std::optional<std::string>& settingsFile, MainThread* mainThread) {
+    return std::make_unique<JsonDefaults>(
+        settingsFile ? QString::fromStdString(*settingsFile) : JsonDefaults::defaultPath(), mainThread);
+}
+
+std::unique_ptr<Clock> makeClock() { return std::make_unique<SystemClock>(); }
+
+std::string desktopName() { return qgetenv("DISPLAY").toStdString(); }
+
+std::vector<Power> examinePowers() { return powersHere(); }
+
+std::string webEngineVersion() { return vantor::webEngineVersion(); }
+
+void askMotionWish(std::function<void(bool reduced)> answer) { vantor::askMotionWish(std::move(answer)); }
+
+void registerScriptFonts() { vantor::registerScriptFonts(); }
+
+}  // namespace vantor::backend
