@@ -10,7 +10,7 @@ if [[ $(uname) == Darwin ]]; then
     wanted=()
     for set in "$@"; do
         case $set in
-            build) wanted+=(cmake ninja ccache pkgconf python qt librsvg googletest font-eb-garamond font-lato) ;;
+            build) wanted+=(cmake ninja ccache pkgconf python qt librsvg googletest font-eb-garamond font-lato librsvg) ;;
             checks) wanted+=(bash clang-format llvm git) ;;
             bench) wanted+=(google-benchmark) ;;
             desktop | macdouble | package | fuzz) echo "setup: '$set' needs Linux" >&2 && exit 1 ;;

@@ -10,6 +10,7 @@ using NativeWindow = std::uintptr_t;  // the toolkit's window id: an X window, a
 
 enum class WindowNature {
     overlay,        // maps without the focus, takes it on a click
+    floating,       // the same for a small window; takes none on a click where the system can keep the two apart
     nonActivating,  // never takes the focus
     popup,          // takes the focus when it is shown
     raisedPopup,    // the same, over every other floating window where the system has such levels (1000)

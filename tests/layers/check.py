@@ -54,16 +54,18 @@ def room_of(path: str) -> str:
 def main() -> int:
     faults = []
     for file in sorted(SOURCE.rglob("*")):
-        if file.suffix not in {".h", ".cpp", ".mm"} or file.parent == SOURCE:
+        if file.suffix not in {".h", ".cpp", ".mm"}:
             continue
         here = room_of(file.relative_to(SOURCE).as_posix())
-        if here not in RULES:
+        if here and here not in RULES:
             faults.append(f"{file}: no rules for the room {here}")
             continue
         for number, line in enumerate(file.read_text().splitlines(), 1):
             where = f"{file.relative_to(SOURCE)}:{number}"
             if re.match(r"\s*#\s*if(n?def)?\b.*(__linux__|__APPLE__|_WIN32|Q_OS_)", line):
-                faults.append(f"{where}: the operating system is asked for outside main.cpp")
+                faults.append(f"{where}: the operating system is asked for outside CMake")
+            if not here:  # the programs themselves wire every room
+                continue
             found = re.match(r'\s*#\s*(?:include|import)\s+([<"])([^>"]+)[>"]', line)
             if not found:
                 continue

@@ -181,6 +181,17 @@ TEST_F(KeysTest, MonitorsHearAndSwallow) {
     macdouble::pressElsewhere(kCGEventKeyUp, 0, plain);
     EXPECT_THAT(heard, ElementsAre("elsewhere A"));
 
+    // Once the player has allowed it, in their order; those of own windows were never deaf.
+    auto second = monitors.addGlobalMonitor(maskOf(KeyEventType::keyDown), [](const KeyEvent&) {});
+    (void)macdouble::serviceCalls().take();
+    monitors.renew();
+    EXPECT_THAT(macdouble::serviceCalls().take(), ElementsAre("remove monitor 2048", "global monitor 2048",
+                                                              "remove monitor 1024", "global monitor 1024"));
+    macdouble::pressElsewhere(kCGEventKeyUp, 0, plain);
+    EXPECT_THAT(heard, ElementsAre("elsewhere A", "elsewhere A"));
+    second.reset();
+    heard.pop_back();
+
     (void)macdouble::serviceCalls().take();
     here.reset();
     elsewhere.reset();

@@ -111,14 +111,14 @@ std::unique_ptr<AppWindow> ViewWindows::make(AppWindowName name, AppObserver& ap
                     return std::make_unique<IconWindow>(
                         [&appObserver] { appObserver.iconPressed(); },
                         [this](QPoint place) { IconMenu::open(needs_.menuEntries(), place); },
-                        prepare(WindowNature::nonActivating));
+                        prepare(WindowNature::floating));
                 },
                 atTopLeft);
         case AppWindowName::emoji:
             return std::make_unique<ViewWindow>(
                 [&appObserver, prepare] {
                     auto window = std::make_unique<FloatWindow>(QStringLiteral("Vantor emotes"), QSize(1, iconSize),
-                                                                false, prepare(WindowNature::nonActivating));
+                                                                false, prepare(WindowNature::floating));
                     holdEmotes(*window, appObserver);
                     return window;
                 },

@@ -17,11 +17,16 @@ constexpr std::uint32_t inputHint = 1;
 // Levels among windows that are all "above" are unknown here: the last one shown is over the others.
 bool takesFocus(WindowNature nature) { return nature == WindowNature::popup || nature == WindowNature::raisedPopup; }
 
+// The server keeps a click and the focus apart, so a small window needs no focus to be clicked.
+bool refusesFocus(WindowNature nature) {
+    return nature == WindowNature::nonActivating || nature == WindowNature::floating;
+}
+
 void tellToolkit(NativeWindow native, WindowNature nature) {
     for (auto* window : QGuiApplication::allWindows()) {
         if (!window->handle() || window->winId() != native) continue;
         auto flags = window->flags() | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint;
-        if (nature == WindowNature::nonActivating) flags |= Qt::WindowDoesNotAcceptFocus;
+        if (refusesFocus(nature)) flags |= Qt::WindowDoesNotAcceptFocus;
         if (flags != window->flags()) window->setFlags(flags);
         // The name that QWidget gives to Qt::WA_ShowWithoutActivating; it makes the user time 0 at each showing.
         window->setProperty("_q_showWithoutActivating", !takesFocus(nature));
@@ -92,7 +97,7 @@ void XcbOverlayWindows::writeHints(xcb_window_t window, WindowNature nature) con
     if (!takesFocus(nature)) desktop_->setNumbers(window, atoms.netWmUserTime, XCB_ATOM_CARDINAL, {0});
     std::vector<std::uint32_t> hints(hintFields, 0);
     hints[0] = inputHint;
-    hints[1] = nature == WindowNature::nonActivating ? 0 : 1;
+    hints[1] = refusesFocus(nature) ? 0 : 1;
     desktop_->setNumbers(window, XCB_ATOM_WM_HINTS, XCB_ATOM_WM_HINTS, hints);
 }
 

@@ -2,6 +2,9 @@
 // Keys by the system's event monitors. Those of other applications come only with the permission to hear them. Main
 // thread.
 
+#include <memory>
+#include <vector>
+
 #include "platform/KeyMonitors.h"
 
 namespace vantor {
@@ -10,6 +13,14 @@ class EventMonitors final : public KeyMonitors {
 public:
     Subscription addGlobalMonitor(KeyEventMask mask, GlobalHandler handler) override;
     Subscription addLocalMonitor(KeyEventMask mask, LocalHandler handler) override;
+
+    // Adds the global ones anew, in their order: one that was added without the permission to hear keys stays deaf.
+    void renew();
+
+private:
+    struct Global;
+
+    std::vector<std::shared_ptr<Global>> globals_;
 };
 
 }  // namespace vantor

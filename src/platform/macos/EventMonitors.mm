@@ -29,31 +29,52 @@ std::optional<KeyEvent> seamEvent(NSEvent* event) {
     return key;
 }
 
-// What the system has returned for a monitor, until it is removed.
-Subscription removing(id token) {
-    [token retain];
-    return Subscription([token] {
-        if (token) [NSEvent removeMonitor:token];
-        [token release];
-    });
+void remove(id token) {
+    if (token) [NSEvent removeMonitor:token];
+    [token release];
 }
 
 }  // namespace
 
+// A monitor of other applications' keys, as long as its subscription.
+struct EventMonitors::Global {
+    Global(KeyEventMask asked, GlobalHandler given) : mask(asked), handler(std::move(given)) { add(); }
+    ~Global() { remove(token); }
+    Global(const Global&) = delete;
+    Global& operator=(const Global&) = delete;
+
+    void add() {
+        token = [[NSEvent addGlobalMonitorForEventsMatchingMask:mask
+                                                        handler:^(NSEvent* event) {
+                                                          if (const auto key = seamEvent(event)) handler(*key);
+                                                        }] retain];
+    }
+
+    KeyEventMask mask;
+    GlobalHandler handler;
+    id token = nil;
+};
+
 Subscription EventMonitors::addGlobalMonitor(KeyEventMask mask, GlobalHandler handler) {
-    return removing([NSEvent addGlobalMonitorForEventsMatchingMask:mask
-                                                           handler:^(NSEvent* event) {
-                                                             if (const auto key = seamEvent(event)) handler(*key);
-                                                           }]);
+    globals_.push_back(std::make_shared<Global>(mask, std::move(handler)));
+    return Subscription([this, added = globals_.back()] { std::erase(globals_, added); });
 }
 
 Subscription EventMonitors::addLocalMonitor(KeyEventMask mask, LocalHandler handler) {
-    return removing([NSEvent addLocalMonitorForEventsMatchingMask:mask
-                                                          handler:^NSEvent*(NSEvent* event) {
-                                                            const auto key = seamEvent(event);
-                                                            if (key && handler(*key) == Passing::swallow) return nil;
-                                                            return event;
-                                                          }]);
+    const id token = [[NSEvent addLocalMonitorForEventsMatchingMask:mask
+                                                            handler:^NSEvent*(NSEvent* event) {
+                                                              const auto key = seamEvent(event);
+                                                              if (key && handler(*key) == Passing::swallow) return nil;
+                                                              return event;
+                                                            }] retain];
+    return Subscription([token] { remove(token); });
+}
+
+void EventMonitors::renew() {
+    for (const auto& each : globals_) {
+        remove(each->token);
+        each->add();
+    }
 }
 
 }  // namespace vantor

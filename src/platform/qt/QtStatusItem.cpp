@@ -1,5 +1,7 @@
 #include "platform/qt/QtStatusItem.h"
 
+#include <QtDBus/QDBusConnection>
+#include <QtDBus/QDBusConnectionInterface>
 #include <QtGui/QAction>
 #include <QtGui/QCursor>
 #include <QtGui/QIcon>
@@ -9,6 +11,8 @@
 namespace vantor {
 
 namespace {
+
+const QString barService = QStringLiteral("org.kde.StatusNotifierWatcher");
 
 // A title as the toolkit's own menu wants it: an ampersand is a letter, not the mark of a shortcut.
 QString widgetText(const QString& title) { return QString(title).replace(QLatin1Char('&'), QStringLiteral("&&")); }
@@ -71,21 +75,22 @@ void fill(QMenu& menu, std::vector<MenuEntry> entries) {
 
 }  // namespace
 
-QtStatusItem::QtStatusItem() {
-    icon_.setIcon(QIcon(QStringLiteral(":/images/vantor.svg")));
-    // A plain click opens the menu too, as the status bar's items do.
-    QObject::connect(&icon_, &QSystemTrayIcon::activated, &icon_, [this](QSystemTrayIcon::ActivationReason reason) {
-        if (reason == QSystemTrayIcon::Trigger && menu_) menu_->popup(QCursor::pos());
-    });
+QtStatusItem::QtStatusItem(DisplayTray displayTray)
+    : displayTray_(std::move(displayTray)),
+      bar_(barService, QDBusConnection::sessionBus(), QDBusServiceWatcher::WatchForRegistration) {
+    QObject::connect(&bar_, &QDBusServiceWatcher::serviceRegistered, &bar_, [this] { showWhereThereIsATray(); });
 }
 
 void QtStatusItem::setMenu(const std::string& title, std::vector<MenuEntry> entries) {
-    auto menu = std::make_unique<StatusBarMenu>(QString::fromStdString(title));
+    title_ = QString::fromStdString(title);
+    auto menu = std::make_unique<StatusBarMenu>(title_);
     fill(*menu, std::move(entries));
-    icon_.setToolTip(QString::fromStdString(title));
-    icon_.setContextMenu(menu.get());
-    icon_.show();
+    if (icon_) {
+        icon_->setToolTip(title_);
+        icon_->setContextMenu(menu.get());
+    }
     menu_ = std::move(menu);
+    showWhereThereIsATray();
 }
 
 void QtStatusItem::setTitle(std::size_t position, const std::string& title) {
@@ -93,8 +98,27 @@ void QtStatusItem::setTitle(std::size_t position, const std::string& title) {
     const auto actions = menu_->actions();
     if (position < static_cast<std::size_t>(actions.size()))
         setTitleOf(*actions[static_cast<qsizetype>(position)], title);
+    // The other application in front is an occasion to look for a tray that nothing announces.
+    showWhereThereIsATray();
 }
 
-bool QtStatusItem::available() const { return QSystemTrayIcon::isSystemTrayAvailable(); }
+// The toolkit looks for a status bar on the bus once, with its first icon, and keeps to the answer: so there is no icon
+// before there is a place for it.
+void QtStatusItem::showWhereThereIsATray() {
+    if (icon_ || !menu_ || !available()) return;
+    icon_.emplace(QIcon(QStringLiteral(":/images/vantor.svg")));
+    // A plain click opens the menu too, as the status bar's items do.
+    QObject::connect(&*icon_, &QSystemTrayIcon::activated, &*icon_, [this](QSystemTrayIcon::ActivationReason reason) {
+        if (reason == QSystemTrayIcon::Trigger && menu_) menu_->popup(QCursor::pos());
+    });
+    icon_->setToolTip(title_);
+    icon_->setContextMenu(menu_.get());
+    icon_->show();
+}
+
+bool QtStatusItem::available() const {
+    const auto bus = QDBusConnection::sessionBus();
+    return (bus.isConnected() && bus.interface()->isServiceRegistered(barService)) || displayTray_();
+}
 
 }  // namespace vantor

@@ -20,6 +20,7 @@ extern "C" {
 // Constants for whoever uses them; the double fills them in when it is loaded.
 extern CFBooleanRef kCFBooleanTrue;
 extern CFBooleanRef kCFBooleanFalse;
+extern const CFStringRef kCFBundleNameKey;
 
 void CFRelease(CFTypeRef object);
 }

@@ -1,0 +1,171 @@
+// macOS: the system's own services for keys, windows, settings, logins and pages; the toolkit for the network.
+
+#include <QtCore/QPointer>
+#include <QtCore/QUrl>
+#include <QtGui/QDesktopServices>
+#include <QtWidgets/QWidget>
+#include <functional>
+#include <utility>
+
+#include "Backend.h"
+#include "data/SessionQueue.h"
+#include "platform/macos/EventKeyboardLayout.h"
+#include "platform/macos/EventMonitors.h"
+#include "platform/macos/FontFiles.h"
+#include "platform/macos/GeneralPasteboard.h"
+#include "platform/macos/HidTapKeyPoster.h"
+#include "platform/macos/NativeOverlayWindows.h"
+#include "platform/macos/NativeView.h"
+#include "platform/macos/PrivacyPermissions.h"
+#include "platform/macos/SecItemKeychain.h"
+#include "platform/macos/SharedWorkspace.h"
+#include "platform/macos/StatusBarItem.h"
+#include "platform/macos/SystemPowers.h"
+#include "platform/macos/SystemScreens.h"
+#include "platform/macos/UserDefaults.h"
+#include "platform/macos/WebKitPage.h"
+#include "platform/macos/ZonedClock.h"
+#include "platform/qt/JsonDefaults.h"
+#include "platform/qt/QtScheduler.h"
+#include "platform/qt/ScriptFonts.h"
+
+namespace vantor::backend {
+
+namespace {
+
+// The synthetic events, the layout that they ask, and whoever posts and hears them.
+struct Keyboard {
+    KeyboardEvents events;
+    EventKeyboardLayout layout{events};
+    HidTapKeyPoster poster{events};
+    EventMonitors monitors;
+    SharedWorkspace workspace;
+};
+
+class MacTyping final : public TypingBackend {
+public:
+    [[nodiscard]] Keys keys() override {
+        return {keyboard_.layout, keyboard_.poster, keyboard_.monitors, keyboard_.workspace};
+    }
+
+private:
+    Keyboard keyboard_;
+};
+
+// The layout, with the events that it asks.
+class OwnLayout final : public KeyboardLayout {
+public:
+    [[nodiscard]] std::optional<Translation> translate(KeyCode keyCode, ModifierFlags flags) const override {
+        return layout_.translate(keyCode, flags);
+    }
+
+private:
+    KeyboardEvents events_;
+    EventKeyboardLayout layout_{events_};
+};
+
+class MacBackend final : public Backend {
+public:
+    MacBackend(MainThread& mainThread, Scheduler& scheduler)
+        : keychain_(keychainQueue_, mainThread), permissions_(scheduler) {
+        using Kind = Permissions::Kind;
+        const auto complete = [this] {
+            return permissions_.granted(Kind::hearKeys) && permissions_.granted(Kind::pressKeys);
+        };
+        if (complete()) return;
+        // Looked at until nothing is missing: the hotkeys work from that moment on, without a restart.
+        permitted_ = permissions_.observe([this, complete, &mainThread] {
+            keyboard_.monitors.renew();
+            if (complete()) mainThread.post([this] { permitted_.reset(); });
+        });
+    }
+
+    [[nodiscard]] Keys keys() override {
+        return {keyboard_.layout, keyboard_.poster, keyboard_.monitors, keyboard_.workspace};
+    }
+    [[nodiscard]] OverlayWindows& overlayWindows() override { return overlayWindows_; }
+    [[nodiscard]] const Screens& screens() override { return screens_; }
+    [[nodiscard]] StatusItem& statusItem() override { return statusItem_; }
+    [[nodiscard]] Pasteboard& pasteboard() override { return pasteboard_; }
+    [[nodiscard]] Keychain& keychain() override { return keychain_; }
+    [[nodiscard]] std::unique_ptr<WebPage> makeWebPage() override {
+        auto made = std::make_unique<WebKitPage>(
+            [](const std::string& address) { QDesktopServices::openUrl(QUrl(QString::fromStdString(address))); });
+        page_ = made.get();
+        return made;
+    }
+    [[nodiscard]] WebView::Source pageSource() override {
+        return {*page_,
+                [this] {
+                    if (!shownPage_) shownPage_ = widgetOfNativeView(page_->nativeView());
+                    return shownPage_.data();
+                },
+                [this] {
+                    return page_->engine() == WebPage::Engine::gone
+                               ? QStringLiteral("The page has stopped. Open another, or select the tab again.")
+                               : QString();
+                }};
+    }
+    [[nodiscard]] std::vector<Power> powers() override { return vantor::examinePowers(permissions_); }
+    [[nodiscard]] std::function<void()> ask(const std::string& power) override {
+        using Kind = Permissions::Kind;
+        if (power == "posting") return [this] { permissions_.ask(Kind::pressKeys); };
+        // Monitors of other applications' keys may want either permission.
+        if (power == "raw keys")
+            return
+                [this] { permissions_.ask(permissions_.granted(Kind::hearKeys) ? Kind::pressKeys : Kind::hearKeys); };
+        return {};
+    }
+
+private:
+    Keyboard keyboard_;
+    NativeOverlayWindows overlayWindows_;
+    SystemScreens screens_;
+    StatusBarItem statusItem_;
+    GeneralPasteboard pasteboard_;
+    SessionQueue keychainQueue_;
+    SecItemKeychain keychain_;
+    PrivacyPermissions permissions_;
+    Subscription permitted_;
+    WebKitPage* page_ = nullptr;
+    QPointer<QWidget> shownPage_;
+};
+
+}  // namespace
+
+std::unique_ptr<KeyboardLayout> makeKeyboardLayout() { return std::make_unique<OwnLayout>(); }
+
+std::unique_ptr<TypingBackend> makeTypingBackend() { return std::make_unique<MacTyping>(); }
+
+bool prepareToStart() { return true; }
+
+std::unique_ptr<Backend> makeBackend(MainThread& mainThread, Scheduler& scheduler) {
+    return std::make_unique<MacBackend>(mainThread, scheduler);
+}
+
+std::unique_ptr<Defaults> makeDefaults(const std::optional<std::string>& settingsFile, MainThread* mainThread) {
+    if (settingsFile) return std::make_unique<JsonDefaults>(QString::fromStdString(*settingsFile), mainThread);
+    return std::make_unique<UserDefaults>(mainThread);
+}
+
+std::unique_ptr<Clock> makeClock() { return std::make_unique<ZonedClock>(); }
+
+// One desktop for each user, which the name of the socket has already.
+std::string desktopName() { return {}; }
+
+std::vector<Power> examinePowers() {
+    QtScheduler scheduler;
+    return vantor::examinePowers(PrivacyPermissions(scheduler));
+}
+
+std::string webEngineVersion() { return {}; }
+
+// Not asked for yet: the motions stay as they are.
+void askMotionWish(std::function<void(bool reduced)>) {}
+
+void registerScriptFonts() {
+    registerFontFiles(fontFilesIn(scriptFontFolder().toStdString()));
+    vantor::registerScriptFonts();
+}
+
+}  // namespace vantor::backend

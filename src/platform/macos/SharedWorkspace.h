@@ -1,0 +1,20 @@
+#pragma once
+// The frontmost application by the system's workspace, names by the bundles, and the focus by hiding. Main thread,
+// after the application object.
+
+#include "platform/Workspace.h"
+
+namespace vantor {
+
+class SharedWorkspace final : public Workspace {
+public:
+    Subscription observeFrontmostApplication(FrontmostHandler handler) override;
+    [[nodiscard]] std::optional<std::string> displayName(const std::string& identifier) const override;
+    // The application that was active before is active again; Vantor's windows stay where they are.
+    void hideAndUnhideWithoutActivation() override;
+    // There is nothing to wait for: the system takes the order to hide and the keys that are posted after it in that
+    // order, and who is active it tells only in the event loop's next turn.
+    bool awaitFocusReturned(std::chrono::milliseconds) override { return true; }
+};
+
+}  // namespace vantor

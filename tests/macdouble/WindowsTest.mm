@@ -1,0 +1,82 @@
+// The windows: what makes the toolkit's windows float, and where they may stand.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "DesktopDouble.h"
+#include "ServiceCalls.h"
+#include "platform/macos/NativeOverlayWindows.h"
+#include "platform/macos/SystemScreens.h"
+
+namespace vantor {
+namespace {
+
+using macdouble::serviceCalls;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class WindowsTest : public testing::Test {
+protected:
+    WindowsTest() { (void)serviceCalls().take(); }
+
+    std::vector<std::string> callsFor(NSWindow* its, WindowNature nature) {
+        DoubleView* const view = [[[DoubleView alloc] initInWindow:its] autorelease];
+        windows.prepare(reinterpret_cast<NativeWindow>(view), nature);
+        return serviceCalls().take();
+    }
+
+    NativeOverlayWindows windows;
+    NSWindow* window = [[[DoubleWindow alloc] init] autorelease];
+};
+
+TEST_F(WindowsTest, EachNatureHasItsCallsInOrder) {
+    EXPECT_THAT(callsFor(window, WindowNature::overlay),
+                ElementsAre("title visibility 1", "transparent title bar 1", "opaque 0", "background of alpha 0", "button 0",
+                            "hidden 1", "button 2", "hidden 1", "button 1", "hidden 1", "shadow 0", "collection behaviour 2",
+                            "hides on deactivation 0"));
+    EXPECT_THAT(callsFor(window, WindowNature::nonActivating),
+                ElementsAre("background of alpha 0", "collection behaviour 2", "prevents activation 1",
+                            "hides on deactivation 0"));
+    EXPECT_THAT(callsFor(window, WindowNature::floating),
+                ElementsAre("background of alpha 0", "collection behaviour 2", "hides on deactivation 0"));
+    EXPECT_THAT(callsFor(window, WindowNature::popup),
+                ElementsAre("background of alpha 0", "collection behaviour 2", "hides on deactivation 0"))
+        << "the second key's popup keeps its level";
+    EXPECT_THAT(callsFor(window, WindowNature::raisedPopup),
+                ElementsAre("background of alpha 0", "collection behaviour 2", "level 1000", "hides on deactivation 0"));
+}
+
+TEST_F(WindowsTest, WithoutTheSystemsOwnWayAPanelIsNonActivatingAndStaysSo) {
+    NSPanel* const panel = [[[DoublePanel alloc] init] autorelease];
+    [panel setStyleMask:NSWindowStyleMaskUtilityWindow];
+    EXPECT_THAT(callsFor(panel, WindowNature::nonActivating),
+                ElementsAre("background of alpha 0", "collection behaviour 2", "hides on deactivation 0"));
+    EXPECT_EQ([panel styleMask], NSUInteger{NSWindowStyleMaskUtilityWindow | NSWindowStyleMaskNonactivatingPanel});
+    [panel setStyleMask:NSWindowStyleMaskUtilityWindow];  // as a toolkit does with its flags
+    EXPECT_EQ([panel styleMask], NSUInteger{NSWindowStyleMaskUtilityWindow | NSWindowStyleMaskNonactivatingPanel});
+
+    // What takes the focus, and what is no panel, keeps its style.
+    NSPanel* const popup = [[[DoublePanel alloc] init] autorelease];
+    (void)callsFor(popup, WindowNature::popup);
+    EXPECT_EQ([popup styleMask], NSUInteger{0});
+    NSWindow* const plain = [[[NSWindow alloc] init] autorelease];
+    (void)callsFor(plain, WindowNature::nonActivating);
+    EXPECT_EQ([plain styleMask], NSUInteger{0});
+    EXPECT_THAT(callsFor(nil, WindowNature::overlay), IsEmpty());
+}
+
+TEST_F(WindowsTest, ScreensCountDownFromTheFirstOnesTop) {
+    const SystemScreens screens;
+    // The second stands left of the first, 100 points higher.
+    macdouble::setScreens({NSMakeRect(0, 0, 1440, 900), NSMakeRect(-1920, -80, 1920, 1080)}, 0);
+    EXPECT_THAT(screens.frames(), ElementsAre(Rect{0, 0, 1440, 900}, Rect{-1920, -100, 1920, 1080}));
+    macdouble::setScreens({NSMakeRect(0, 0, 1440, 900), NSMakeRect(-1920, -80, 1920, 1080)}, 1);
+    EXPECT_THAT(screens.frames(), ElementsAre(Rect{-1920, -100, 1920, 1080}, Rect{0, 0, 1440, 900}));
+    macdouble::setScreens({NSMakeRect(0, 0, 1440, 900)}, std::nullopt);
+    EXPECT_THAT(screens.frames(), ElementsAre(Rect{0, 0, 1440, 900}));
+    macdouble::setScreens({}, std::nullopt);
+    EXPECT_EQ(screens.frames().size(), 1U) << "never none";
+}
+
+}  // namespace
+}  // namespace vantor
