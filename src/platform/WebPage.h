@@ -49,9 +49,9 @@ public:
 
     // What stands behind the page. Gone: it has ended, and the next load starts another.
     enum class Engine { notWanted, running, missing, gone };
-    [[nodiscard]] virtual Engine engine() const { return Engine::running; }
+    [[nodiscard]] virtual Engine engine() const = 0;
     // After the engine came, failed to come, or went. A later handler replaces the one before.
-    virtual void onEngine(std::function<void()>) {}
+    virtual void onEngine(std::function<void()> handler) = 0;
 };
 
 }  // namespace vantor

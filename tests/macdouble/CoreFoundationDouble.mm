@@ -2,7 +2,7 @@
 
 CFBooleanRef kCFBooleanTrue;
 CFBooleanRef kCFBooleanFalse;
-const CFStringRef kCFBundleNameKey = (CFStringRef)@"CFBundleName";
+const CFStringRef kCFBundleNameKey = (CFStringRef) @"CFBundleName";
 
 void CFRelease(CFTypeRef object) { [(id)object release]; }
 

@@ -36,7 +36,9 @@ Desktop& desktop() {
     return one;
 }
 
-void note(const std::string& call, NSInteger value) { macdouble::serviceCalls().add(call + " " + std::to_string(value)); }
+void note(const std::string& call, NSInteger value) {
+    macdouble::serviceCalls().add(call + " " + std::to_string(value));
+}
 
 }  // namespace
 

@@ -43,7 +43,9 @@ Keyboard& keyboard() {
 
 DoubleCGEvent* of(CGEventRef event) { return (DoubleCGEvent*)event; }
 
-const char* nameOf(CGEventType type) { return type == kCGEventKeyDown ? "down" : type == kCGEventKeyUp ? "up" : "flags"; }
+const char* nameOf(CGEventType type) {
+    return type == kCGEventKeyDown ? "down" : type == kCGEventKeyUp ? "up" : "flags";
+}
 
 std::string keyText(CGEventRef event) {
     return std::string(nameOf(of(event)->type)) + " " + std::to_string(of(event)->keyCode) +
@@ -64,12 +66,13 @@ bool deliver(CGEventRef event, bool global) {
     const auto monitors = keyboard().monitors;  // one may remove itself
     for (const Monitor& each : monitors) {
         if (each.global != global || (each.mask >> of(event)->type & 1) == 0) continue;
-        if (global) {
-            ((void (^)(NSEvent*))each.handler)(shown);
-        } else {
-            shown = ((NSEvent * (^)(NSEvent*)) each.handler)(shown);
-            if (!shown) return false;
-        }
+        void* const handler = Block_copy((void*)each.handler);
+        if (global)
+            ((void (^)(NSEvent*))(id)handler)(shown);
+        else
+            shown = ((NSEvent * (^)(NSEvent*))(id)handler)(shown);
+        Block_release(handler);
+        if (!shown) return false;
     }
     return true;
 }

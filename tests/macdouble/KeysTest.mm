@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <optional>
 
 #include "KeyDouble.h"
@@ -14,6 +15,7 @@
 #include "platform/macos/EventKeyboardLayout.h"
 #include "platform/macos/EventMonitors.h"
 #include "platform/macos/HidTapKeyPoster.h"
+#include "platform/macos/SharedWorkspace.h"
 
 namespace vantor {
 namespace {
@@ -24,13 +26,6 @@ using testing::IsEmpty;
 constexpr ModifierFlags plain = modifier::nonCoalesced;
 constexpr int keyCodes = 128;
 constexpr int modifierSets = 8;
-
-struct FocusHandedBack final : Workspace {
-    Subscription observeFrontmostApplication(FrontmostHandler) override { return {}; }
-    [[nodiscard]] std::optional<std::string> displayName(const std::string&) const override { return std::nullopt; }
-    void hideAndUnhideWithoutActivation() override { macdouble::serviceCalls().add("hand back"); }
-    bool awaitFocusReturned(std::chrono::milliseconds) override { return true; }
-};
 
 struct CountedPause final : Pause {
     void wait(std::chrono::microseconds duration) override {
@@ -43,7 +38,10 @@ std::string american(CGKeyCode keyCode, CGEventFlags flags) {
     const bool shift = (flags & modifier::shift) != 0;
     switch (keyCode) {
         case 0:
-            return (flags & modifier::control) != 0 ? "\x01" : (flags & modifier::option) != 0 ? "å" : shift ? "A" : "a";
+            return (flags & modifier::control) != 0  ? "\x01"
+                   : (flags & modifier::option) != 0 ? "å"
+                   : shift                           ? "A"
+                                                     : "a";
         case 24:
             return shift ? "+" : "=";
         case 81:
@@ -88,7 +86,7 @@ protected:
     EventKeyboardLayout layout{events};
     HidTapKeyPoster poster{events};
     EventMonitors monitors;
-    FocusHandedBack workspace;
+    SharedWorkspace workspace;
     CountedPause pause;
 };
 
@@ -120,11 +118,12 @@ TEST_F(KeysTest, TypesEventByEventWithEventsMadeOnce) {
         const int made = macdouble::madeEvents();
         EXPECT_EQ(typist.typeString("A\n\xF0\x9F\x98\x80"), "typed in app");
         const auto calls = macdouble::serviceCalls().take();
-        ASSERT_FALSE(calls.empty());
-        EXPECT_EQ(calls.front(), "hand back");
-        EXPECT_EQ(calls.size(), 13U) << "six posts with their pauses, after the focus";
+        ASSERT_EQ(calls.size(), 14U) << "six posts with their pauses, after the focus";
+        EXPECT_EQ(calls[0], "hide");
+        EXPECT_EQ(calls[1], "unhide without activation");
         (void)typist.typeString("A\n\xF0\x9F\x98\x80");
-        EXPECT_THAT(posts(), ElementsAre("down 56", "down 0 flags 131328", "up 0 flags 131328", "up 56", "down 76", "up 76"));
+        EXPECT_THAT(posts(),
+                    ElementsAre("down 56", "down 0 flags 131328", "up 0 flags 131328", "up 56", "down 76", "up 76"));
         typist.pressReadableKeys("⌃ + ⇧ + F1");
         EXPECT_THAT(posts(), ElementsAre("down 122", "down 56", "down 59", "up 59", "up 56", "up 122"));
         typist.pressReadableKeys("⌥");
@@ -136,19 +135,20 @@ TEST_F(KeysTest, TypesEventByEventWithEventsMadeOnce) {
 }
 
 TEST_F(KeysTest, AnEventThatCannotBeMadeEndsTheProgram) {
-    EXPECT_DEATH(
+    EXPECT_EXIT(
         {
             macdouble::refuseEvents(true);
             const KeyboardEvents none;
         },
-        "vantor: the system makes no event for the key 0");
+        testing::KilledBySignal(SIGABRT), "vantor: the system makes no event for the key 0");
 }
 
 TEST_F(KeysTest, MonitorsHearAndSwallow) {
     std::vector<std::string> heard;
     auto passing = KeyMonitors::Passing::passOn;
-    auto elsewhere = monitors.addGlobalMonitor(
-        maskOf(KeyEventType::keyUp), [&](const KeyEvent& event) { heard.push_back("elsewhere " + readableKeyText(event)); });
+    auto elsewhere = monitors.addGlobalMonitor(maskOf(KeyEventType::keyUp), [&](const KeyEvent& event) {
+        heard.push_back("elsewhere " + readableKeyText(event));
+    });
     auto here = monitors.addLocalMonitor(maskOf(KeyEventType::keyUp), [&](const KeyEvent& event) {
         heard.push_back("here " + readableKeyText(event));
         return passing;
@@ -198,6 +198,26 @@ TEST_F(KeysTest, MonitorsHearAndSwallow) {
     EXPECT_THAT(macdouble::serviceCalls().take(), ElementsAre("remove monitor 2048", "remove monitor 2048"));
     macdouble::pressElsewhere(kCGEventKeyUp, 0, 0);
     EXPECT_EQ(heard.size(), 1U);
+}
+
+TEST_F(KeysTest, AMonitorMayEndItself) {
+    std::vector<std::string> heard;
+    Subscription elsewhere;
+    Subscription here;
+    elsewhere = monitors.addGlobalMonitor(maskOf(KeyEventType::keyUp), [&](const KeyEvent& event) {
+        elsewhere.reset();
+        heard.push_back("elsewhere " + readableKeyText(event));
+    });
+    here = monitors.addLocalMonitor(maskOf(KeyEventType::keyUp), [&](const KeyEvent& event) {
+        here.reset();
+        heard.push_back("here " + readableKeyText(event));
+        return KeyMonitors::Passing::swallow;
+    });
+    for (int time = 0; time < 2; ++time) {
+        macdouble::pressElsewhere(kCGEventKeyUp, 0, 0);
+        EXPECT_EQ(macdouble::pressHere(kCGEventKeyUp, 0, 0), time == 1);
+    }
+    EXPECT_THAT(heard, ElementsAre("elsewhere A", "here A"));
 }
 
 TEST_F(KeysTest, ShiftAndHotkeysAreHeardInOwnWindows) {

@@ -31,9 +31,9 @@ protected:
 
 TEST_F(WindowsTest, EachNatureHasItsCallsInOrder) {
     EXPECT_THAT(callsFor(window, WindowNature::overlay),
-                ElementsAre("title visibility 1", "transparent title bar 1", "opaque 0", "background of alpha 0", "button 0",
-                            "hidden 1", "button 2", "hidden 1", "button 1", "hidden 1", "shadow 0", "collection behaviour 2",
-                            "hides on deactivation 0"));
+                ElementsAre("title visibility 1", "transparent title bar 1", "opaque 0", "background of alpha 0",
+                            "button 0", "hidden 1", "button 2", "hidden 1", "button 1", "hidden 1", "shadow 0",
+                            "collection behaviour 2", "hides on deactivation 0"));
     EXPECT_THAT(callsFor(window, WindowNature::nonActivating),
                 ElementsAre("background of alpha 0", "collection behaviour 2", "prevents activation 1",
                             "hides on deactivation 0"));
@@ -42,8 +42,9 @@ TEST_F(WindowsTest, EachNatureHasItsCallsInOrder) {
     EXPECT_THAT(callsFor(window, WindowNature::popup),
                 ElementsAre("background of alpha 0", "collection behaviour 2", "hides on deactivation 0"))
         << "the second key's popup keeps its level";
-    EXPECT_THAT(callsFor(window, WindowNature::raisedPopup),
-                ElementsAre("background of alpha 0", "collection behaviour 2", "level 1000", "hides on deactivation 0"));
+    EXPECT_THAT(
+        callsFor(window, WindowNature::raisedPopup),
+        ElementsAre("background of alpha 0", "collection behaviour 2", "level 1000", "hides on deactivation 0"));
 }
 
 TEST_F(WindowsTest, WithoutTheSystemsOwnWayAPanelIsNonActivatingAndStaysSo) {
@@ -51,17 +52,17 @@ TEST_F(WindowsTest, WithoutTheSystemsOwnWayAPanelIsNonActivatingAndStaysSo) {
     [panel setStyleMask:NSWindowStyleMaskUtilityWindow];
     EXPECT_THAT(callsFor(panel, WindowNature::nonActivating),
                 ElementsAre("background of alpha 0", "collection behaviour 2", "hides on deactivation 0"));
-    EXPECT_EQ([panel styleMask], NSUInteger{NSWindowStyleMaskUtilityWindow | NSWindowStyleMaskNonactivatingPanel});
+    EXPECT_EQ([panel styleMask], NSUInteger { NSWindowStyleMaskUtilityWindow | NSWindowStyleMaskNonactivatingPanel });
     [panel setStyleMask:NSWindowStyleMaskUtilityWindow];  // as a toolkit does with its flags
-    EXPECT_EQ([panel styleMask], NSUInteger{NSWindowStyleMaskUtilityWindow | NSWindowStyleMaskNonactivatingPanel});
+    EXPECT_EQ([panel styleMask], NSUInteger { NSWindowStyleMaskUtilityWindow | NSWindowStyleMaskNonactivatingPanel });
 
     // What takes the focus, and what is no panel, keeps its style.
     NSPanel* const popup = [[[DoublePanel alloc] init] autorelease];
     (void)callsFor(popup, WindowNature::popup);
-    EXPECT_EQ([popup styleMask], NSUInteger{0});
+    EXPECT_EQ([popup styleMask], NSUInteger { 0 });
     NSWindow* const plain = [[[NSWindow alloc] init] autorelease];
     (void)callsFor(plain, WindowNature::nonActivating);
-    EXPECT_EQ([plain styleMask], NSUInteger{0});
+    EXPECT_EQ([plain styleMask], NSUInteger { 0 });
     EXPECT_THAT(callsFor(nil, WindowNature::overlay), IsEmpty());
 }
 
@@ -75,7 +76,9 @@ TEST_F(WindowsTest, ScreensCountDownFromTheFirstOnesTop) {
     macdouble::setScreens({NSMakeRect(0, 0, 1440, 900)}, std::nullopt);
     EXPECT_THAT(screens.frames(), ElementsAre(Rect{0, 0, 1440, 900}));
     macdouble::setScreens({}, std::nullopt);
-    EXPECT_EQ(screens.frames().size(), 1U) << "never none";
+    const auto without = screens.frames();
+    ASSERT_EQ(without.size(), 1U) << "never none";
+    EXPECT_GT(without[0].width * without[0].height, 0) << "there is room on it";
 }
 
 }  // namespace

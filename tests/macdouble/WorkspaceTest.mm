@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <memory>
 #include <optional>
+#include <utility>
 
 #include "DesktopDouble.h"
 #include "ServiceCalls.h"
@@ -25,7 +27,8 @@ protected:
         (void)serviceCalls().take();
     }
     Subscription watch() {
-        return workspace.observeFrontmostApplication([this](const std::string& identifier) { seen.push_back(identifier); });
+        return workspace.observeFrontmostApplication(
+            [this](const std::string& identifier) { seen.push_back(identifier); });
     }
 
     SharedWorkspace workspace;
@@ -61,6 +64,18 @@ TEST_F(SharedWorkspaceTest, BeginsWithoutAnApplicationAndMayEndWhileItTells) {
     setFrontmost("last");
     setFrontmost("later");
     EXPECT_THAT(seen, testing::UnorderedElementsAre("ending last", "last", "later"));
+}
+
+TEST_F(SharedWorkspaceTest, LetsItsHandlerGoWhenItEnds) {
+    auto held = std::make_shared<int>(0);
+    const std::weak_ptr<int> alive = held;
+    @autoreleasepool {
+        auto watching = workspace.observeFrontmostApplication([held = std::move(held)](const std::string&) {});
+        setFrontmost("org.example.Game");
+        EXPECT_FALSE(alive.expired());
+        watching.reset();
+    }
+    EXPECT_TRUE(alive.expired());
 }
 
 TEST_F(SharedWorkspaceTest, NamesAnApplicationByItsBundle) {

@@ -40,6 +40,9 @@ public:
         return Subscription([handlers = handlers_, key] { handlers->erase(key); });
     }
 
+    [[nodiscard]] Engine engine() const override { return Engine::running; }
+    void onEngine(std::function<void()> handler) override { engineChanged = std::move(handler); }
+
     void announce(Property property) {
         const auto handlers = *handlers_;
         for (const auto& [key, handler] : handlers)
@@ -47,6 +50,7 @@ public:
     }
 
     WebState state;
+    std::function<void()> engineChanged;
     std::vector<std::string> asked;
     std::vector<std::string> scripts;
     std::vector<Property> registered;

@@ -44,9 +44,11 @@ struct EventMonitors::Global {
     Global& operator=(const Global&) = delete;
 
     void add() {
+        // The block's own: the handler may end the subscription that it belongs to.
+        const GlobalHandler kept = handler;
         token = [[NSEvent addGlobalMonitorForEventsMatchingMask:mask
                                                         handler:^(NSEvent* event) {
-                                                          if (const auto key = seamEvent(event)) handler(*key);
+                                                          if (const auto key = seamEvent(event)) kept(*key);
                                                         }] retain];
     }
 

@@ -12,8 +12,8 @@ public:
     [[nodiscard]] std::optional<std::string> displayName(const std::string& identifier) const override;
     // The application that was active before is active again; Vantor's windows stay where they are.
     void hideAndUnhideWithoutActivation() override;
-    // There is nothing to wait for: the system takes the order to hide and the keys that are posted after it in that
-    // order, and who is active it tells only in the event loop's next turn.
+    // Nothing can be waited for: who is active the system tells only in the event loop's next turn. What is posted goes
+    // out right behind the order to hide.
     bool awaitFocusReturned(std::chrono::milliseconds) override { return true; }
 };
 

@@ -5,7 +5,6 @@
 #import <AppKit/NSWorkspace.h>
 #import <CoreFoundation/CoreFoundation.h>
 
-#include <memory>
 #include <utility>
 
 #include "platform/macos/FoundationText.h"
@@ -35,9 +34,7 @@
     // In a change, no application is an object too.
     const id found = [change objectForKey:NSKeyValueChangeNewKey];
     NSRunningApplication* const application = [found isKindOfClass:[NSRunningApplication class]] ? found : nil;
-    // A copy: the handler may end this observation.
-    const auto handler = *handler_;
-    handler(vantor::plainText([application bundleIdentifier]));
+    (*handler_)(vantor::plainText([application bundleIdentifier]));
 }
 @end
 
@@ -57,7 +54,7 @@ Subscription SharedWorkspace::observeFrontmostApplication(FrontmostHandler handl
                                        context:nullptr];
     return Subscription([observer] {
         [[NSWorkspace sharedWorkspace] removeObserver:observer forKeyPath:frontmostKey()];
-        [observer autorelease];  // may be the one that is telling
+        [observer autorelease];  // its handler may be what ends this
     });
 }
 
