@@ -2,6 +2,7 @@
 
 #include <QtCore/QPointer>
 #include <QtCore/QUrl>
+#include <QtCore/QtGlobal>
 #include <QtGui/QDesktopServices>
 #include <QtWidgets/QWidget>
 #include <functional>
@@ -137,7 +138,13 @@ std::unique_ptr<KeyboardLayout> makeKeyboardLayout() { return std::make_unique<O
 
 std::unique_ptr<TypingBackend> makeTypingBackend() { return std::make_unique<MacTyping>(); }
 
-bool prepareToStart() { return true; }
+bool prepareToStart() {
+    // The toolkit would take the focus from the game when it starts, and whenever a window is raised. The bundle makes
+    // Vantor an application without a place in the Dock.
+    qputenv("QT_MAC_DISABLE_FOREGROUND_APPLICATION_TRANSFORM", "1");
+    qputenv("QT_MAC_SET_RAISE_PROCESS", "0");
+    return true;
+}
 
 std::unique_ptr<Backend> makeBackend(MainThread& mainThread, Scheduler& scheduler) {
     return std::make_unique<MacBackend>(mainThread, scheduler);

@@ -243,6 +243,47 @@ TEST_F(KitBehaviour, AClosedCollapseHoldsNothingForTheKeyboardAndAnOpenOneDoes) 
     EXPECT_EQ(QApplication::focusWidget(), inner);
 }
 
+// Keeps the regions of a window that are painted.
+class Painted final : public QObject {
+public:
+    explicit Painted(QWidget& window) { window.installEventFilter(this); }
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::Paint) region += static_cast<QPaintEvent*>(event)->region();
+        return false;
+    }
+
+    QRegion region;
+};
+
+TEST_F(KitBehaviour, AHoverPaintsItsControlSoftlyAndNothingElse) {
+    auto& button = window.add(new GW2Button(QStringLiteral("Play"), &window));
+    auto& toggle = window.add(new GW2Toggle(QStringLiteral("On"), &window));
+    window.open();
+    for (QWidget* const control : {static_cast<QWidget*>(&button), static_cast<QWidget*>(&toggle)}) {
+        Painted painted(window);
+        const auto pointer = [&](QEvent::Type type) {
+            QEnterEvent enter(QPointF(1, 1), QPointF(1, 1), QPointF(1, 1));
+            QEvent leave(type);
+            control->setAttribute(Qt::WA_UnderMouse, type == QEvent::Enter);
+            QApplication::sendEvent(control, type == QEvent::Enter ? static_cast<QEvent*>(&enter) : &leave);
+        };
+        const QImage before = control->grab().toImage();
+        pointer(QEvent::Enter);
+        Motion& glow = *below<Motion>(*control).front();
+        EXPECT_TRUE(glow.moving());
+        EXPECT_EQ(control->grab().toImage(), before) << "the hover begins where the control was";
+        while (glow.moving()) QApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        KitWindow::settle();
+        EXPECT_NE(control->grab().toImage(), before);
+        pointer(QEvent::Leave);
+        while (glow.moving()) QApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        KitWindow::settle();
+        EXPECT_EQ(control->grab().toImage(), before);
+        EXPECT_FALSE(painted.region.isEmpty());
+        EXPECT_TRUE((painted.region - control->geometry()).isEmpty()) << control->metaObject()->className();
+    }
+}
+
 TEST_F(KitBehaviour, NothingWakesTheProgramWhileNothingMoves) {
     auto& toggle = window.add(new GW2Toggle(QStringLiteral("On"), &window));
     addPicker();
