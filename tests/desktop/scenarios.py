@@ -3,12 +3,14 @@
 stand-in web service. Prints "N passed, M failed" as its last line."""
 
 import argparse
+import datetime
 import json
 import os
 import re
 import subprocess
 import sys
 import tempfile
+import time
 from pathlib import Path
 
 TOP = Path(__file__).resolve().parents[2]
@@ -19,6 +21,7 @@ import web_service  # noqa: E402
 
 NO_DATA = r"^No data for Array<AchievementCompletition>$"
 ERROR_FILLING = r"^Error filling Array<AchievementCompletition>: "
+FAKETIME = ":".join(map(str, Path("/usr/lib").glob("*/faketime")))
 DEAD_HOST = "http://127.0.0.1:9"  # the discard port: nobody listens
 PASTED = "The quick [&BFAEAAA=] fox: <jumps> over_the \"lazy\" dog; #1 @ 50%! " + "".join(map(chr, range(33, 127)))
 
@@ -173,6 +176,47 @@ def chat_links_and_watching(report, arguments, folder):
         report.check(not vantor.unexpected_lines(), "nothing unexpected is printed", vantor.lines)
 
 
+def moved_clock(report, arguments, folder):
+    """A watched event enters the floating list at its minute and leaves it at its minute, past local midnight in a zone with a
+    half hour. The program's clock is moved to some seconds before each of the two."""
+    clock = Path(folder) / "clock"
+    midnight = datetime.datetime(2026, 11, 23)
+
+    def moved(moment):
+        clock.write_text(f"@{moment:%Y-%m-%d %H:%M:%S}\n")
+        return {"LD_PRELOAD": "libfaketimeMT.so.1", "LD_LIBRARY_PATH": FAKETIME, "FAKETIME_TIMESTAMP_FILE": str(clock),
+                "FAKETIME_NO_CACHE": "1", "FAKETIME_DONT_FAKE_MONOTONIC": "1", "TZ": "Asia/Kolkata"}
+
+    timeline = json.loads(subprocess.run([arguments.vantor, "--timeline", "--json"], env={**os.environ, **moved(midnight)},
+                                         capture_output=True, text=True, timeout=30, check=True).stdout)
+    # In this zone the day's frame begins at 05:30, so that what comes after midnight has minutes of 1440 and more.
+    event = next(row for row in timeline if row["startMinute"] == 1470 and row["startMinute"] > row["gatheringMinute"])
+    settings = {"events.watching": json.dumps([event["name"]]), "timer.watchedWindowDuration": "10"}
+    with desk.WebService() as service, desk.Game(arguments.game, folder) as game:
+        desk.wait_until(game.has_focus)
+        for what, minute, entering in (("enters", event["gatheringMinute"] - 10, True), ("leaves", event["startMinute"] + 1, False)):
+            early = datetime.timedelta(seconds=10)
+            extra = moved(midnight + datetime.timedelta(minutes=minute % 1440) - early)
+            before = {name: os.environ.get(name) for name in extra}
+            os.environ.update(extra)
+            vantor = desk.Vantor(arguments.vantor, service.host, folder, settings=settings)
+            begin = time.monotonic()
+            for name, value in before.items():
+                os.environ.pop(name) if value is None else os.environ.update({name: value})
+            with vantor:
+                place = desk.wait_until(lambda: vantor.windows().get("watched"))
+                # The ground of a row, or the scene where there is none.
+                look = lambda: desk.pixels(place[0] + 16, place[1] + 30, 4, 4)
+                if entering:
+                    bare = look()
+                    changed = desk.wait_until(lambda: look() != bare, patience=20)
+                else:
+                    report.check(desk.wait_until(lambda: look() != bare), f"a watched event is there before it {what}")
+                    changed = desk.wait_until(lambda: look() == bare, patience=20)
+                seconds = time.monotonic() - begin
+                report.check(changed and 8.5 < seconds < 30, f"a watched event {what} at its minute", (event, seconds))
+
+
 def emotes(report, arguments, folder):
     with desk.WebService() as service, desk.Game(arguments.game, folder) as game, \
             desk.Vantor(arguments.vantor, service.host, folder) as vantor:
@@ -256,7 +300,7 @@ def main():
     desk.enter_private_desktop()
     report = desk.Report()
     with tempfile.TemporaryDirectory(prefix="vantor-scenarios.") as folder:
-        for scenario in (player_keys, second_start, chat_links_and_watching, emotes, logins, faults, command_line):
+        for scenario in (player_keys, second_start, chat_links_and_watching, moved_clock, emotes, logins, faults, command_line):
             try:
                 scenario(report, arguments, folder)
             except (OSError, RuntimeError, KeyError, subprocess.SubprocessError, json.JSONDecodeError) as fault:
