@@ -226,6 +226,15 @@ def click(x, y, button=1):
     subprocess.run(["xdotool", "mousemove", str(x), str(y), "click", str(button)], check=True, timeout=PATIENCE)
 
 
+def point_at(x, y):
+    subprocess.run(["xdotool", "mousemove", str(x), str(y)], check=True, timeout=PATIENCE)
+
+
+def screen_size():
+    width, height = ask("xdotool", "getdisplaygeometry").split()
+    return int(width), int(height)
+
+
 def park_pointer():
     subprocess.run(["xdotool", "mousemove", "1340", "800"], check=True, timeout=PATIENCE)
 

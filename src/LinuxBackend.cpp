@@ -5,6 +5,7 @@
 #include <QtCore/QCoreApplication>
 #include <QtCore/QStandardPaths>
 #include <cstdio>
+#include <string>
 #include <utility>
 
 #include "Backend.h"
@@ -15,6 +16,8 @@
 #include "platform/linux/MotionWish.h"
 #include "platform/linux/RawKeyMonitors.h"
 #include "platform/linux/SecretServiceKeychain.h"
+#include "platform/linux/TrayStatusItem.h"
+#include "platform/linux/XAtoms.h"
 #include "platform/linux/XTestKeyPoster.h"
 #include "platform/linux/XcbOverlayWindows.h"
 #include "platform/linux/XcbWorkspace.h"
@@ -22,7 +25,6 @@
 #include "platform/qt/JsonDefaults.h"
 #include "platform/qt/QtPasteboard.h"
 #include "platform/qt/QtScreens.h"
-#include "platform/qt/QtStatusItem.h"
 #include "platform/qt/ScriptFonts.h"
 #include "platform/qt/SystemClock.h"
 #include "platform/qt/WebEngineModule.h"
@@ -154,7 +156,13 @@ private:
     Desktop desktop_;
     XcbOverlayWindows overlayWindows_;
     Subscription owner_;
-    QtStatusItem statusItem_;
+    // Asked only whether there is a tray; without a connection there is none to see.
+    std::unique_ptr<XcbDesktop> tray_ = XcbDesktop::connect();
+    TrayStatusItem statusItem_{[this] {
+        if (!tray_) return false;
+        const auto selection = "_NET_SYSTEM_TRAY_S" + std::to_string(tray_->screen());
+        return tray_->selectionHasOwner(internAtom(tray_->connection(), selection));
+    }};
     QtPasteboard pasteboard_;
     QtScreens screens_;
     SecretServiceKeychain keychain_;

@@ -34,6 +34,8 @@ OverlayWindow::OverlayWindow(const Traits& traits, Prepare prepare)
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_ShowWithoutActivating);
     setAttribute(Qt::WA_QuitOnClose, false);
+    // The game keeps the focus while the player points here.
+    setAttribute(Qt::WA_AlwaysShowToolTips);
     setMouseTracking(traits.resizable);
 }
 
@@ -98,11 +100,14 @@ void OverlayWindow::mouseReleaseEvent(QMouseEvent* event) {
 // While a window manager takes the window into its frame, the toolkit may hear of a place that the window only had in
 // between, and keep to it.
 void OverlayWindow::settle() {
-    if (std::exchange(settling_, false) && pos() != frameTold_.topLeft()) move(frameTold_.topLeft());
+    if (!std::exchange(settling_, false)) return;
+    const QPoint belongs = frameTold_.topLeft() + pos() - placedFrame().topLeft();
+    if (pos() != belongs) move(belongs);
 }
 
 void OverlayWindow::tellPlace() {
-    if (geometry() != std::exchange(frameTold_, geometry()) && placed_) placed_(geometry());
+    const QRect frame = placedFrame();
+    if (frame != std::exchange(frameTold_, frame) && placed_) placed_(frame);
 }
 
 void OverlayWindow::drag(QPoint pointer) {

@@ -34,6 +34,9 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    // What to tell of its place: where the player put it.
+    [[nodiscard]] virtual QRect placedFrame() const { return geometry(); }
+    [[nodiscard]] bool isDragged() const { return dragging_; }
 
 private:
     [[nodiscard]] Qt::Edges edgesAt(QPoint place) const;

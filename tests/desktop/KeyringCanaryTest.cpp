@@ -23,9 +23,9 @@
 #include "data/SettingKeys.h"
 #include "platform/linux/CoreFiles.h"
 #include "platform/linux/SecretServiceKeychain.h"
+#include "platform/linux/TrayStatusItem.h"
 #include "platform/qt/JsonDefaults.h"
 #include "platform/qt/QtMainThread.h"
-#include "platform/qt/QtStatusItem.h"
 
 namespace vantor {
 namespace {
@@ -80,7 +80,7 @@ TEST(KeyringCanary, ThePasswordIsWrittenNowhereElse) {
         AccountsCredentials credentials(keychain, [&](const std::string& line) { printed += line; });
         JsonDefaults defaults(JsonDefaults::defaultPath(), &mainThread);
         const StandInStatusBar bar;
-        QtStatusItem statusItem;
+        TrayStatusItem statusItem;
         const StatusMenu menu(statusItem, credentials, [] { return "Quiet"; }, {[] {}, [](const auto&) {}, [] {}});
         credentials.set("canary's account", secret.toStdString());
         EXPECT_TRUE(credentials.save());

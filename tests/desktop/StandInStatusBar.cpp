@@ -121,7 +121,9 @@ private:
     QStringList items_;
 };
 
-StandInStatusBar::StandInStatusBar() { start(); }
+StandInStatusBar::StandInStatusBar(Start when) {
+    if (when == Start::now) start();
+}
 
 StandInStatusBar::~StandInStatusBar() { stop(); }
 
@@ -135,6 +137,7 @@ void StandInStatusBar::start() {
 }
 
 void StandInStatusBar::stop() {
+    if (!watcher_) return;
     QMetaObject::invokeMethod(
         watcher_.get(), [this] { watcher_->leave(); }, Qt::BlockingQueuedConnection);
     thread_->quit();
@@ -147,7 +150,7 @@ void StandInStatusBar::restart() {
     start();
 }
 
-QStringList StandInStatusBar::items() const { return watcher_->items(); }
+QStringList StandInStatusBar::items() const { return watcher_ ? watcher_->items() : QStringList(); }
 
 std::optional<std::vector<StatusBarEntry>> StandInStatusBar::menuOf(const QString& item) const {
     const QString path = menuPath(item);

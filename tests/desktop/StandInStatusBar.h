@@ -22,7 +22,8 @@ struct StatusBarEntry {
 
 class StandInStatusBar {
 public:
-    StandInStatusBar();
+    enum class Start { now, later };
+    explicit StandInStatusBar(Start when = Start::now);
     ~StandInStatusBar();
     StandInStatusBar(const StandInStatusBar&) = delete;
     StandInStatusBar& operator=(const StandInStatusBar&) = delete;
@@ -32,12 +33,13 @@ public:
     // Nothing while the item has no menu. Turns the event loop: the item may be this process's own.
     [[nodiscard]] std::optional<std::vector<StatusBarEntry>> menuOf(const QString& item) const;
     void click(const QString& item, int id) const;
+    // Comes to the bus, after Start::later.
+    void start();
     // Leaves the bus and comes back, as a desktop that crashed does.
     void restart();
 
 private:
     class Watcher;
-    void start();
     void stop();
 
     std::unique_ptr<QThread> thread_;

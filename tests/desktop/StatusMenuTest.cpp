@@ -14,8 +14,8 @@
 
 #include "StandInStatusBar.h"
 #include "platform/fake/FakeKeychain.h"
+#include "platform/linux/TrayStatusItem.h"
 #include "platform/linux/XcbWorkspace.h"
-#include "platform/qt/QtStatusItem.h"
 #include "platform/qt/SingleInstance.h"
 
 namespace vantor {
@@ -39,10 +39,40 @@ std::vector<std::string> titlesOf(const std::vector<StatusBarEntry>& entries) {
     return titles;
 }
 
+// The first test of this file: the toolkit asks for a status bar once in a process's life.
+TEST(StatusBarThatComesLate, FindsTheItemWithItsMenu) {
+    StandInStatusBar bar(StandInStatusBar::Start::later);
+    bool displayTray = false;
+    TrayStatusItem item([&] { return displayTray; });
+    std::vector<std::string> done;
+    const auto entry = [&](const std::string& name) {
+        return MenuEntry{.title = name, .action = [&done, name] { done.push_back(name); }, .submenu = {}};
+    };
+    item.setMenu("Vantor", {entry("Allow on application"), entry("Quit")});
+    item.setTitle(0, "Disable on Fish");
+    EXPECT_FALSE(item.available());
+
+    bar.start();
+    ASSERT_TRUE(comesTrue([&] { return !bar.items().isEmpty() && bar.menuOf(bar.items().constLast()); }));
+    EXPECT_TRUE(item.available());
+    const auto entries = bar.menuOf(bar.items().constLast()).value_or(std::vector<StatusBarEntry>());
+    ASSERT_THAT(titlesOf(entries), ElementsAre("Disable on Fish", "Quit"));
+    bar.click(bar.items().constLast(), entries[1].id);
+    ASSERT_TRUE(comesTrue([&] { return !done.empty(); }));
+    EXPECT_THAT(done, ElementsAre("Quit"));
+
+    // Later changes reach it as they reach one that was there from the start.
+    item.setMenu("Vantor", {entry("Another")});
+    EXPECT_TRUE(comesTrue([&] {
+        const auto now = bar.menuOf(bar.items().constLast());
+        return now && titlesOf(*now) == std::vector<std::string>{"Another"};
+    }));
+}
+
 class StatusMenuOnTheBus : public testing::Test {
 protected:
     void launch() {
-        item = std::make_unique<QtStatusItem>();
+        item = std::make_unique<TrayStatusItem>();
         credentials.emplace(keychain, [](const std::string&) {});
         menu.emplace(
             *item, *credentials, [this] { return title; },
@@ -64,11 +94,11 @@ protected:
         EXPECT_TRUE(comesTrue([&] { return done.size() > before; })) << entry.label;
     }
 
-    StandInStatusBar bar;  // before the item: the toolkit looks for a status bar once
+    StandInStatusBar bar;
     FakeKeychain keychain;
     std::string title = "Allow on application";
     std::vector<std::string> done;
-    std::unique_ptr<QtStatusItem> item;
+    std::unique_ptr<TrayStatusItem> item;
     std::optional<AccountsCredentials> credentials;
     std::optional<StatusMenu> menu;
 };

@@ -5,10 +5,13 @@
 #include <QtCore/QEvent>
 #include <QtCore/QRegularExpression>
 #include <QtGui/QKeyEvent>
+#include <QtGui/QWheelEvent>
 #include <QtWidgets/QAbstractButton>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
+#include <QtWidgets/QScrollArea>
+#include <QtWidgets/QScrollBar>
 #include <algorithm>
 
 #include "accounts/view/AccountsView.h"
@@ -19,6 +22,8 @@
 #include "platform/fake/FakeMainThread.h"
 #include "platform/fake/FakeTaskQueue.h"
 #include "platform/fake/FakeUrlSession.h"
+#include "timers/view/TimerSettingsView.h"
+#include "ui/GW2Slider.h"
 #include "ui/SectionTitle.h"
 
 namespace vantor {
@@ -230,6 +235,26 @@ TEST_F(SettingsViewTest, TakesAKeyOverOnceTheWebApiTakesIt) {
     EXPECT_EQ(session.waiting(), 0U);
 }
 
+TEST_F(SettingsViewTest, SaysWithinSightThatNoAnswerCame) {
+    open();
+    // The key's field is the last thing that shows.
+    const QWidget& edit = button(QStringLiteral("Edit"));
+    panel->resize(880, edit.mapTo(panel.get(), QPoint(0, edit.height())).y() + 4);
+    settle();
+    click(QStringLiteral("Edit"));
+    type(field(QStringLiteral("Insert API Key")), QStringLiteral("k"));
+    click(QStringLiteral("Confirm"));
+    answer(std::nullopt);
+    for (QLabel* const label : panel->findChildren<QLabel*>())
+        if (label->text().contains(QLatin1String("does not answer"))) {
+            const int bottom = label->mapTo(panel.get(), QPoint(0, label->height())).y();
+            EXPECT_TRUE(label->isVisible());
+            EXPECT_LE(bottom, panel->height());
+            return;
+        }
+    FAIL() << "no such line";
+}
+
 TEST_F(SettingsViewTest, NamesWhatTheMachineLacksFirst) {
     open();
     const auto all = texts();
@@ -248,6 +273,49 @@ TEST_F(SettingsViewTest, NamesWhatTheMachineLacksFirst) {
     EXPECT_EQ(plainPower("posting", true, "XTEST"), (SystemPower{"Typing into the game", true, "works"}));
     EXPECT_EQ(plainPower("posting", false, "do this"), (SystemPower{"Typing into the game", false, "do this"}));
     EXPECT_EQ(plainPower("flying", false, "cannot"), (SystemPower{"flying", false, "cannot"}));
+}
+
+TEST_F(SettingsViewTest, ScrollsNoFartherThanItsTexts) {
+    open();
+    const auto bar = [this] {
+        for (auto* const area : panel->findChildren<QScrollArea*>())
+            if (area->isVisible()) return area->verticalScrollBar();
+        throw std::runtime_error("no page scrolls");
+    };
+    settle();
+    const auto* const last = panel->findChildren<QLabel*>().constLast();
+    const QWidget* const place = bar()->parentWidget()->parentWidget();
+    bar()->setValue(bar()->maximum());
+    settle();
+    EXPECT_GT(bar()->maximum(), 0);
+    EXPECT_GT(last->mapTo(place, QPoint(0, last->height())).y(), place->height() - 60) << "nothing but room below";
+
+    panel->select(SettingsView::Page::accounts);
+    settle();
+    EXPECT_EQ(bar()->maximum(), 0) << "all of it is there";
+}
+
+TEST(TimerSettingsPage, KeepsItsControlsWholeAndItsValuesFromTheWheel) {
+    FakeDefaults defaults;
+    TimerSettingsView view(
+        defaults, [] {}, nullptr);
+    view.resize(760, 430);
+    view.show();
+    for (int turn = 0; turn < 4; ++turn) QApplication::processEvents();
+    int controls = 0;
+    QWidget* slider = nullptr;
+    for (QWidget* const each : view.findChildren<QWidget*>()) {
+        if (dynamic_cast<GW2Slider*>(each)) slider = each;
+        if (each != slider && !dynamic_cast<QAbstractButton*>(each)) continue;
+        ++controls;
+        EXPECT_GE(each->height(), each->sizeHint().height()) << each->accessibleName().toStdString();
+    }
+    EXPECT_EQ(controls, 10);
+    ASSERT_TRUE(slider);
+    QWheelEvent wheel(QPointF(5, 5), slider->mapToGlobal(QPointF(5, 5)), {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QApplication::sendEvent(slider, &wheel);
+    EXPECT_EQ(defaults.writes(), 0);
 }
 
 TEST_F(SettingsViewTest, AddsFillsAndDeletesAccounts) {

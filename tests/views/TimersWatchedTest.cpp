@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QtGui/QScreen>
 #include <QtGui/QWindow>
 #include <QtWidgets/QApplication>
 
@@ -187,6 +188,55 @@ TEST_F(WatchedFeedTest, TheWindowHoldsNothingOrGrowsFromItsCorner) {
     EXPECT_TRUE(window.isVisible());
     EXPECT_EQ(qAlpha(picture().pixel(30, 30)), 0);
     EXPECT_EQ(window.pos(), QPoint(300, 200));
+    view.setParent(nullptr);
+}
+
+TEST_F(WatchedFeedTest, TheWindowStaysOnTheScreenAndGoesBackToItsCorner) {
+    // All of them at noon, each in a section of its own.
+    std::vector<EventsSection> sections;
+    for (int id = 1; id <= 60; ++id) {
+        Event event;
+        event.id = id;
+        event.name = "Boss " + std::to_string(id);
+        event.chatlink = "[&x]";
+        EventsSection section;
+        section.id = id;
+        section.active = true;
+        section.segments = {event};
+        section.sequences.pattern = {{id, 120}};
+        sections.push_back(section);
+    }
+    timeline = std::make_shared<const Timeline>(std::get<Timeline>(computeTimeline(sections, {}, {}, 0)));
+
+    FloatWindow window(QStringLiteral("Watched"), {250, 60}, true, {});
+    std::vector<QRect> told;
+    window.onPlaced([&](const QRect& frame) { told.push_back(frame); });
+    WatchedEventsView view(
+        feed, [&](QSize size) { window.fit(size); }, nullptr);
+    window.setContent(&view);
+    const QRect screen = window.screen()->availableGeometry();
+    const QPoint corner(screen.right() - 100, screen.bottom() - 100);
+    window.setGeometry(QRect(corner, QSize(250, 60)));
+    const auto watch = [&](int count) {
+        for (int id = 1; id <= count; ++id)
+            ASSERT_EQ(toggleWatched(defaults, "Boss " + std::to_string(id)), Defaults::Verdict::stored);
+    };
+    watch(60);
+    at(11, 58);
+    window.orderFront();
+    QApplication::processEvents();
+    EXPECT_TRUE(screen.contains(window.geometry()));
+    EXPECT_GT(window.height(), screen.height() - 60);
+    EXPECT_EQ(view.accessibleDescription().count(QStringLiteral("Boss")), 60);
+
+    watch(57);
+    QApplication::processEvents();
+    EXPECT_LT(window.height(), 200);
+    EXPECT_TRUE(screen.contains(window.geometry()));
+    EXPECT_EQ(window.geometry().bottom(), screen.bottom());
+    window.orderOut();
+    ASSERT_FALSE(told.empty());
+    EXPECT_EQ(told.back().topLeft(), corner);
     view.setParent(nullptr);
 }
 

@@ -43,7 +43,7 @@ AccountsView::AccountsView(AccountsCredentials& credentials, Fill fill, QWidget*
     auto* const scroller = new VerticalScroller(this);
     auto* const page = new QWidget;
     auto* const column = new QVBoxLayout(page);
-    column->setContentsMargins(4, 4, 12, 12);
+    column->setContentsMargins(8, 4, 16, 16);
     column->setSpacing(8);
     column->addWidget(new SectionTitle(QStringLiteral("My accounts credentials"), page));
     rows_->setSpacing(0);
@@ -58,6 +58,8 @@ AccountsView::AccountsView(AccountsCredentials& credentials, Fill fill, QWidget*
     single->setFont(sansFont(footnotePixels));
     column->addWidget(single);
     column->addStretch(1);
+    // As tall as its texts are at the width that they have, not at their narrowest.
+    page->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Ignored);
     scroller->setContent(page);
 
     auto* const whole = new QVBoxLayout(this);

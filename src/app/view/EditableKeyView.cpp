@@ -1,9 +1,17 @@
 #include "app/view/EditableKeyView.h"
 
+#include <QtWidgets/QApplication>
 #include <QtWidgets/QHBoxLayout>
+#include <QtWidgets/QScrollArea>
 #include <QtWidgets/QVBoxLayout>
 
 namespace vantor {
+
+namespace {
+
+constexpr int messageMargin = 24;  // to the page's fading edge
+
+}  // namespace
 
 EditableKeyView::EditableKeyView(ApiKeyField& field, QWidget* parent)
     : QWidget(parent), field_(field), stack_(new QStackedLayout) {
@@ -91,6 +99,19 @@ void EditableKeyView::showMessage() {
     message_->setRole(role);
     message_->setText(text);
     message_->setVisible(!text.isEmpty());
+    // It stands below the field, which may be the last thing in sight. The page grows first.
+    if (!text.isEmpty())
+        QMetaObject::invokeMethod(
+            this, [this] { bringIntoSight(); }, Qt::QueuedConnection);
+}
+
+void EditableKeyView::bringIntoSight() {
+    for (QWidget* each = parentWidget(); each; each = each->parentWidget())
+        if (auto* const page = qobject_cast<QScrollArea*>(each)) {
+            if (QLayout* const column = page->widget()->layout()) column->activate();
+            QApplication::sendPostedEvents(page->widget(), QEvent::LayoutRequest);
+            return page->ensureWidgetVisible(message_, 0, messageMargin);
+        }
 }
 
 }  // namespace vantor

@@ -20,6 +20,7 @@ private:
     QWidget* makeEditor();
     void follow();
     void showMessage();
+    void bringIntoSight();
 
     ApiKeyField& field_;
     QStackedLayout* stack_;

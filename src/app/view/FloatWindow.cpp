@@ -1,9 +1,21 @@
 #include "app/view/FloatWindow.h"
 
+#include <QtGui/QMouseEvent>
+#include <QtGui/QScreen>
 #include <QtGui/QWindow>
+#include <algorithm>
 #include <utility>
 
 namespace vantor {
+
+namespace {
+
+QPoint cornerOnScreen(const QRect& frame, const QRect& screen) {
+    return {std::max(screen.left(), std::min(frame.left(), screen.right() + 1 - frame.width())),
+            std::max(screen.top(), std::min(frame.top(), screen.bottom() + 1 - frame.height()))};
+}
+
+}  // namespace
 
 FloatWindow::FloatWindow(const QString& title, QSize size, bool movable, Prepare prepare)
     : OverlayWindow({.focus = Focus::never, .movable = movable}, std::move(prepare)) {
@@ -20,7 +32,12 @@ void FloatWindow::setContent(QWidget* content) {
 }
 
 void FloatWindow::fit(QSize size) {
-    if (!size.isEmpty()) setGeometry(QRect(place_.value_or(pos()), size));
+    if (!size.isEmpty()) {
+        const QPoint corner = place_.value_or(pos() - pushed_);
+        const QPoint shown = cornerOnScreen({corner, size}, screen()->availableGeometry());
+        pushed_ = shown - corner;
+        setGeometry(QRect(shown, size));
+    }
     // The toolkit gives the window an input shape of the size that it has when the flag goes: so once more for each
     // size.
     letClicksThrough(true);
@@ -30,6 +47,20 @@ void FloatWindow::fit(QSize size) {
 void FloatWindow::standAt(QPoint place) {
     place_ = place;
     move(place);
+}
+
+QRect FloatWindow::placedFrame() const { return geometry().translated(-pushed_); }
+
+void FloatWindow::mouseMoveEvent(QMouseEvent* event) {
+    // Dragged away, it belongs where it is.
+    if (isDragged()) pushed_ = {};
+    OverlayWindow::mouseMoveEvent(event);
+}
+
+// Before it is shown again it is put where it belongs.
+void FloatWindow::hideEvent(QHideEvent* event) {
+    pushed_ = {};
+    OverlayWindow::hideEvent(event);
 }
 
 void FloatWindow::resizeEvent(QResizeEvent* event) {

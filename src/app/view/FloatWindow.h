@@ -1,6 +1,7 @@
 #pragma once
 // A floating window that never takes the focus. While it holds nothing it stays mapped, is transparent and lets every
-// click through to the game; what it holds decides its size, from the top left corner. Main thread.
+// click through to the game; what it holds decides its size, from the top left corner. Where the screen ends it gives
+// way for as long as it must. Main thread.
 
 #include <optional>
 
@@ -21,6 +22,9 @@ public:
     void standAt(QPoint place);
 
 protected:
+    [[nodiscard]] QRect placedFrame() const override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 
 private:
@@ -28,6 +32,7 @@ private:
 
     QWidget* content_ = nullptr;
     std::optional<QPoint> place_;
+    QPoint pushed_;  // by the screen's edges, away from where it belongs
 };
 
 }  // namespace vantor

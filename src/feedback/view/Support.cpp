@@ -24,6 +24,14 @@ QVBoxLayout* makeColumn(QWidget* page) {
     return column;
 }
 
+QWidget* scrolled(QWidget* page, QWidget* parent) {
+    auto* const scroller = new VerticalScroller(parent);
+    // As tall as its texts are at the width that they have, not at their narrowest.
+    page->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Ignored);
+    scroller->setContent(page);
+    return scroller;
+}
+
 // Beside a button: what happened after it was pressed.
 void addCopyButton(QHBoxLayout& row, const QString& label, const std::string& text, const QString& done,
                    Pasteboard& pasteboard, QWidget* parent) {
@@ -91,9 +99,7 @@ QWidget* makeTipPage(const SupportNeeds& needs, QWidget* parent) {
         column->addWidget(new TextBlock(
             TextRole::second, QStringLiteral("This build of Vantor names no wallet. A kind word is as good."), page));
     column->addStretch(1);
-    auto* const scroller = new VerticalScroller(parent);
-    scroller->setContent(page);
-    return scroller;
+    return scrolled(page, parent);
 }
 
 QWidget* makeAppreciationPage(const SupportNeeds& needs, QWidget* parent) {
@@ -137,9 +143,7 @@ QWidget* makeCopyrightPage(const SupportNeeds& needs, QWidget* parent) {
             "endorsed by ArenaNet."),
         false);
     column->addStretch(1);
-    auto* const scroller = new VerticalScroller(parent);
-    scroller->setContent(page);
-    return scroller;
+    return scrolled(page, parent);
 }
 
 }  // namespace

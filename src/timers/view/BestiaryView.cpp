@@ -71,7 +71,7 @@ void BestiaryView::showSections(const ProgressById& progress) {
     const bool nothing = found.empty();
     if (nothing) {
         EmptyWords words =
-            emptyWords(categories.empty() ? emptyReason(needs_.state()) : EmptyReason::nothingFound, "bestiary");
+            emptyWords(categories.empty() ? emptyReason(needs_.state()) : EmptyReason::nothingFound, "beasts");
         if (!categories.empty()) words.sentence = "No family has all of these words.";
         empty_->say(words);
     }

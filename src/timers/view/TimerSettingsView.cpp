@@ -1,5 +1,7 @@
 #include "timers/view/TimerSettingsView.h"
 
+#include <QtCore/QEvent>
+#include <QtWidgets/QAbstractSlider>
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QVBoxLayout>
 #include <string_view>
@@ -12,6 +14,7 @@
 #include "ui/GW2Toggle.h"
 #include "ui/SectionTitle.h"
 #include "ui/TextBlock.h"
+#include "ui/VerticalScroller.h"
 
 namespace vantor {
 
@@ -48,34 +51,44 @@ GW2Slider* windowSlider(Defaults& defaults, std::string_view key, const QString&
 
 TimerSettingsView::TimerSettingsView(Defaults& defaults, std::function<void()> reloadEvents, QWidget* parent)
     : QWidget(parent), updated_(new TextBlock(TextRole::success, QStringLiteral("Timers updated!"), this)) {
-    auto* const column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, 0);
+    auto* const page = new QWidget;
+    auto* const column = new QVBoxLayout(page);
+    column->setContentsMargins(8, 4, 16, 16);
     column->setSpacing(8);
 
-    column->addWidget(new SectionTitle(QStringLiteral("Show always if"), this));
+    column->addWidget(new SectionTitle(QStringLiteral("Show always if"), page));
     for (const Filter& filter : filters) {
-        auto* const toggle = new GW2Toggle(QLatin1StringView(filter.text), this);
+        auto* const toggle = new GW2Toggle(QLatin1StringView(filter.text), page);
         toggle->bind(defaults, filter.key, TimerFilters().*filter.byDefault);
         column->addWidget(toggle);
     }
     column->addSpacing(12);
     const auto shown = QStringLiteral("Shown events - time window");
-    column->addWidget(new SectionTitle(shown, this));
-    column->addWidget(windowSlider(defaults, settings::timerWindowDuration, shown, 6, QStringLiteral("h"), this));
+    column->addWidget(new SectionTitle(shown, page));
+    column->addWidget(windowSlider(defaults, settings::timerWindowDuration, shown, 6, QStringLiteral("h"), page));
     column->addSpacing(12);
     const auto watched = QStringLiteral("Next watched event - time window");
-    column->addWidget(new SectionTitle(watched, this));
+    column->addWidget(new SectionTitle(watched, page));
     column->addWidget(
-        windowSlider(defaults, settings::timerWatchedWindowDuration, watched, 10, QStringLiteral("m"), this));
+        windowSlider(defaults, settings::timerWatchedWindowDuration, watched, 10, QStringLiteral("m"), page));
     column->addSpacing(16);
 
-    auto* const reload = new GW2Button(QStringLiteral("Reload events"), this);
+    auto* const reload = new GW2Button(QStringLiteral("Reload events"), page);
     auto* const row = new QHBoxLayout;
     row->setSpacing(12);
     row->addWidget(reload);
     row->addWidget(updated_, 1);
     column->addLayout(row);
     column->addStretch(1);
+
+    for (auto* const slider : page->findChildren<QAbstractSlider*>()) slider->installEventFilter(this);
+    auto* const scroller = new VerticalScroller(this);
+    // As tall as its texts are at the width that they have, not at their narrowest.
+    page->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Ignored);
+    scroller->setContent(page);
+    auto* const whole = new QVBoxLayout(this);
+    whole->setContentsMargins({});
+    whole->addWidget(scroller);
 
     // It keeps its room, so that nothing jumps when it comes and goes.
     QSizePolicy policy = updated_->sizePolicy();
@@ -90,6 +103,13 @@ TimerSettingsView::TimerSettingsView(Defaults& defaults, std::function<void()> r
         updated_->show();
         updatedGoes_.start();
     });
+}
+
+// The wheel moves the page, also where a slider comes under the pointer on its way.
+bool TimerSettingsView::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() != QEvent::Wheel) return QWidget::eventFilter(watched, event);
+    event->ignore();
+    return true;
 }
 
 }  // namespace vantor

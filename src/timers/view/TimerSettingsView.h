@@ -16,6 +16,9 @@ public:
     // reloadEvents: computes the timeline again from what is loaded.
     TimerSettingsView(Defaults& defaults, std::function<void()> reloadEvents, QWidget* parent);
 
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
     TextBlock* updated_;
     QTimer updatedGoes_;

@@ -3,6 +3,7 @@
 #include <QtCore/QStringList>
 #include <QtGui/QFontMetrics>
 #include <QtGui/QPainter>
+#include <QtGui/QScreen>
 #include <algorithm>
 #include <utility>
 
@@ -23,6 +24,10 @@ int lineHeight() { return withText(34); }  // of a name on one line
 
 constexpr int edge = 20;  // the shadow's margin, the torn edge and the room to the texts
 constexpr int gap = 10;
+constexpr int namePixels = 14;
+constexpr int remainingPixels = 13;
+
+int below(const QRect& frame) { return frame.bottom() + 1; }
 
 }  // namespace
 
@@ -33,7 +38,7 @@ WatchedEventsView::WatchedEventsView(WatchedFeed& feed, Fit fit, QWidget* parent
 
 QSize WatchedEventsView::sizeHint() const {
     if (lines_.empty()) return {0, 0};
-    return {panelWidth(), lines_.back().frame.bottom() + 1 + edge - 4};
+    return {panelWidth(), below(lines_.back().frame) + edge - 4};
 }
 
 void WatchedEventsView::showEvent(QShowEvent* event) {
@@ -47,39 +52,56 @@ void WatchedEventsView::hideEvent(QHideEvent* event) {
     QWidget::hideEvent(event);
 }
 
+WatchedEventsView::Line WatchedEventsView::lineOf(const OccurrenceRow& row, int top) {
+    const QFontMetrics names(sansFont(namePixels));
+    Line line{QString::fromStdString(row.time),
+              QString::fromStdString(row.name),
+              QString::fromStdString(row.remaining),
+              palette::warmWhite,
+              {},
+              {}};
+    const int left = edge + timeWidth() + gap;
+    const int remaining = QFontMetrics(sansFont(remainingPixels)).horizontalAdvance(line.remaining);
+    const int room = panelWidth() - edge - remaining - gap - left;
+    // Two lines at most; a longer name is cut.
+    const QRect needed = names.boundingRect(QRect(0, 0, room, 1000), Qt::TextWordWrap, line.name);
+    const bool twoLines = needed.height() > names.lineSpacing() + 2;
+    line.frame = QRect(edge, top, panelWidth() - 2 * edge, lineHeight() + (twoLines ? names.lineSpacing() : 0));
+    line.nameFrame = QRect(left, top, room, line.frame.height());
+    if (needed.height() > 2 * names.lineSpacing() + 2)
+        line.name = names.elidedText(line.name, Qt::ElideRight, 2 * room - names.averageCharWidth() * 6);
+    return line;
+}
+
 void WatchedEventsView::follow() {
     lines_.clear();
     QStringList spoken;
-    const QFontMetrics nameMetrics(sansFont(14));
-    const QFontMetrics remainingMetrics(sansFont(13));
-    int top = edge - 4;
     for (const OccurrenceRow& row : feed_.rows()) {
-        Line line{QString::fromStdString(row.time),
-                  QString::fromStdString(row.name),
-                  QString::fromStdString(row.remaining),
-                  row.phase == RowPhase::gathering,
-                  {},
-                  {}};
-        const int left = edge + timeWidth() + gap;
-        const int room = panelWidth() - edge - remainingMetrics.horizontalAdvance(line.remaining) - gap - left;
-        // Two lines at most; a longer name is cut.
-        const QRect needed = nameMetrics.boundingRect(QRect(0, 0, room, 1000), Qt::TextWordWrap, line.name);
-        const int lines = needed.height() > nameMetrics.lineSpacing() + 2 ? 2 : 1;
-        line.frame = QRect(edge, top, panelWidth() - 2 * edge,
-                           lines == 2 ? lineHeight() + nameMetrics.lineSpacing() : lineHeight());
-        line.nameFrame = QRect(left, top, room, line.frame.height());
-        if (lines == 2 && needed.height() > 2 * nameMetrics.lineSpacing() + 2)
-            line.name =
-                nameMetrics.elidedText(line.name, Qt::ElideRight, 2 * room - nameMetrics.averageCharWidth() * 6);
-        top = line.frame.bottom() + 1;
+        lines_.push_back(lineOf(row, lines_.empty() ? edge - 4 : below(lines_.back().frame)));
         spoken << QString::fromStdString(row.time + " " + row.name + " " + row.remaining);
-        lines_.push_back(std::move(line));
     }
+    keepToScreen();
     setAccessibleDescription(spoken.join(QStringLiteral(", ")));
     ground_ = {};
     updateGeometry();
     if (fit_) fit_(sizeHint());
     update();
+}
+
+// Clicks and wheel belong to the game here, so nothing scrolls: the last ones are counted only.
+void WatchedEventsView::keepToScreen() {
+    const int room = window()->screen()->availableGeometry().height();
+    if (sizeHint().height() <= room) return;
+    const std::size_t all = lines_.size();
+    while (lines_.size() > 1 && sizeHint().height() + lineHeight() > room) lines_.pop_back();
+    const QRect frame(edge, below(lines_.back().frame), panelWidth() - 2 * edge, lineHeight());
+    const int left = edge + timeWidth() + gap;
+    lines_.push_back({{},
+                      QStringLiteral("and %1 more").arg(all - lines_.size()),
+                      {},
+                      palette::sand,
+                      frame,
+                      frame.adjusted(left - edge, 0, 0, 0)});
 }
 
 void WatchedEventsView::paintEvent(QPaintEvent*) {
@@ -91,10 +113,10 @@ void WatchedEventsView::paintEvent(QPaintEvent*) {
         painter.setPen(palette::gold);
         const double baseLine = line.frame.center().y() + withText(7);
         drawFigures(painter, serifFont(20), QPointF(edge + timeWidth(), baseLine), line.time);
-        painter.setFont(sansFont(14));
-        painter.setPen(palette::warmWhite);
+        painter.setFont(sansFont(namePixels));
+        painter.setPen(line.nameColour);
         painter.drawText(line.nameFrame, Qt::AlignVCenter | Qt::TextWordWrap, line.name);
-        painter.setFont(sansFont(13));
+        painter.setFont(sansFont(remainingPixels));
         painter.setPen(palette::brightAmber);
         painter.drawText(line.frame, Qt::AlignVCenter | Qt::AlignRight, line.remaining);
     }

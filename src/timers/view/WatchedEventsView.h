@@ -1,7 +1,9 @@
 #pragma once
 // The watched events that are about to happen, over the game: a small torn panel, or nothing at all while there are
-// none. It tells its window when it holds something and how large it is. Main thread.
+// none. It tells its window when it holds something and how large it is, and never reaches below its screen: what finds
+// no room is counted. Main thread.
 
+#include <QtGui/QColor>
 #include <QtGui/QPixmap>
 #include <QtWidgets/QWidget>
 #include <functional>
@@ -29,12 +31,14 @@ private:
         QString time;
         QString name;
         QString remaining;
-        bool gathering;
+        QColor nameColour;
         QRect frame;
         QRect nameFrame;
     };
 
+    [[nodiscard]] static Line lineOf(const OccurrenceRow& row, int top);
     void follow();
+    void keepToScreen();
 
     WatchedFeed& feed_;
     Fit fit_;

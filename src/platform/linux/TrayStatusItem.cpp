@@ -1,4 +1,4 @@
-#include "platform/qt/QtStatusItem.h"
+#include "platform/linux/TrayStatusItem.h"
 
 #include <QtDBus/QDBusConnection>
 #include <QtDBus/QDBusConnectionInterface>
@@ -75,13 +75,13 @@ void fill(QMenu& menu, std::vector<MenuEntry> entries) {
 
 }  // namespace
 
-QtStatusItem::QtStatusItem(DisplayTray displayTray)
+TrayStatusItem::TrayStatusItem(DisplayTray displayTray)
     : displayTray_(std::move(displayTray)),
       bar_(barService, QDBusConnection::sessionBus(), QDBusServiceWatcher::WatchForRegistration) {
     QObject::connect(&bar_, &QDBusServiceWatcher::serviceRegistered, &bar_, [this] { showWhereThereIsATray(); });
 }
 
-void QtStatusItem::setMenu(const std::string& title, std::vector<MenuEntry> entries) {
+void TrayStatusItem::setMenu(const std::string& title, std::vector<MenuEntry> entries) {
     title_ = QString::fromStdString(title);
     auto menu = std::make_unique<StatusBarMenu>(title_);
     fill(*menu, std::move(entries));
@@ -93,7 +93,7 @@ void QtStatusItem::setMenu(const std::string& title, std::vector<MenuEntry> entr
     showWhereThereIsATray();
 }
 
-void QtStatusItem::setTitle(std::size_t position, const std::string& title) {
+void TrayStatusItem::setTitle(std::size_t position, const std::string& title) {
     if (!menu_) return;
     const auto actions = menu_->actions();
     if (position < static_cast<std::size_t>(actions.size()))
@@ -104,7 +104,7 @@ void QtStatusItem::setTitle(std::size_t position, const std::string& title) {
 
 // The toolkit looks for a status bar on the bus once, with its first icon, and keeps to the answer: so there is no icon
 // before there is a place for it.
-void QtStatusItem::showWhereThereIsATray() {
+void TrayStatusItem::showWhereThereIsATray() {
     if (icon_ || !menu_ || !available()) return;
     icon_.emplace(QIcon(QStringLiteral(":/images/vantor.svg")));
     // A plain click opens the menu too, as the status bar's items do.
@@ -116,7 +116,7 @@ void QtStatusItem::showWhereThereIsATray() {
     icon_->show();
 }
 
-bool QtStatusItem::available() const {
+bool TrayStatusItem::available() const {
     const auto bus = QDBusConnection::sessionBus();
     return (bus.isConnected() && bus.interface()->isServiceRegistered(barService)) || displayTray_();
 }

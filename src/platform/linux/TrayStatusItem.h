@@ -12,13 +12,13 @@
 
 namespace vantor {
 
-class QtStatusItem final : public StatusItem {
+class TrayStatusItem final : public StatusItem {
 public:
     // Whether the display has a tray of the older kind, which is not on the bus.
     using DisplayTray = std::function<bool()>;
 
     // Without a word about the display such a tray is supposed: then a status bar must be on the bus before the item.
-    explicit QtStatusItem(DisplayTray displayTray = [] { return true; });
+    explicit TrayStatusItem(DisplayTray displayTray = [] { return true; });
 
     void setMenu(const std::string& title, std::vector<MenuEntry> entries) override;
     void setTitle(std::size_t position, const std::string& title) override;
