@@ -77,7 +77,7 @@ public:
 // The version of what shows pages, where it is the program's own to name.
 [[nodiscard]] std::string webEngineVersion();
 // Tells of the desktop user's wish for less motion, once it is known.
-void askMotionWish(std::function<void(bool reduced)> answer);
+void askMotionWish(const std::function<void(bool reduced)>& answer);
 // Makes the player's own script fonts known.
 void registerScriptFonts();
 

@@ -217,7 +217,7 @@ std::vector<Power> examinePowers() { return powersHere(); }
 
 std::string webEngineVersion() { return vantor::webEngineVersion(); }
 
-void askMotionWish(std::function<void(bool reduced)> answer) { vantor::askMotionWish(std::move(answer)); }
+void askMotionWish(const std::function<void(bool reduced)>& answer) { vantor::askMotionWish(answer); }
 
 void registerScriptFonts() { vantor::registerScriptFonts(); }
 

@@ -168,7 +168,7 @@ std::vector<Power> examinePowers() {
 std::string webEngineVersion() { return {}; }
 
 // Not asked for yet: the motions stay as they are.
-void askMotionWish(std::function<void(bool reduced)>) {}
+void askMotionWish(const std::function<void(bool reduced)>&) {}
 
 void registerScriptFonts() {
     registerFontFiles(fontFilesIn(scriptFontFolder().toStdString()));
