@@ -40,7 +40,7 @@ void GW2TextField::setLeadingImage(const QString& image) {
 void GW2TextField::setClearable(bool clearable) {
     if (!clearable || clear_) return;
     clear_ = new ImageButton(QStringLiteral("clear"), QStringLiteral("clear"), QStringLiteral("Clear"), this);
-    clear_->setImageSize(12);
+    clear_->setImageSize(14);
     clear_->setQuiet(true);
     clear_->setFocusPolicy(Qt::NoFocus);
     clear_->setVisible(!text().isEmpty());

@@ -353,6 +353,14 @@ TEST_F(SettingsViewTest, AddsFillsAndDeletesAccounts) {
     EXPECT_THAT(texts(), Not(Contains("b")));
     EXPECT_THAT(keychain.calls.back(), R"(add {"<i>c</i>":"","a":"3"})");
 
+    add(std::string(200, 'w').c_str(), "4");
+    settle();
+    for (const auto* button : panel->findChildren<QAbstractButton*>()) {
+        if (!button->isVisible()) continue;
+        EXPECT_LE(button->mapTo(panel.get(), QPoint(button->width(), 0)).x(), panel->width());
+    }
+    credentials->remove(std::string(200, 'w'));
+
     // What the keyring tells late is shown too.
     credentials->remove("a");
     credentials->remove("<i>c</i>");

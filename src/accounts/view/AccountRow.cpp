@@ -1,6 +1,7 @@
 #include "accounts/view/AccountRow.h"
 
 #include <QtGui/QPainter>
+#include <QtGui/QTextDocument>
 #include <QtWidgets/QHBoxLayout>
 #include <utility>
 
@@ -10,12 +11,41 @@
 
 namespace vantor {
 
+namespace {
+
+// On one line whatever its length: a name without a space would otherwise push the buttons out of the window.
+class AccountName final : public TextBlock {
+public:
+    AccountName(TextRole role, const QString& name, QWidget* parent) : TextBlock(role, name, parent) {
+        setWordWrap(false);
+        setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        painter.setPen(palette().color(foregroundRole()));
+        painter.drawText(contentsRect(), Qt::AlignVCenter | Qt::TextSingleLine, shown());
+    }
+    void resizeEvent(QResizeEvent* event) override {
+        TextBlock::resizeEvent(event);
+        setToolTip(shown() == text() ? QString() : Qt::convertFromPlainText(text()));
+    }
+
+private:
+    [[nodiscard]] QString shown() const {
+        return fontMetrics().elidedText(text(), Qt::ElideMiddle, contentsRect().width());
+    }
+};
+
+}  // namespace
+
 AccountRow::AccountRow(const QString& username, std::function<void()> fill, std::function<void()> remove,
                        QWidget* parent)
     : QWidget(parent) {
     setAttribute(Qt::WA_Hover);
-    auto* const name = username.isEmpty() ? new TextBlock(TextRole::hint, QStringLiteral("(no user name)"), this)
-                                          : new TextBlock(TextRole::value, username, this);
+    auto* const name = username.isEmpty() ? new AccountName(TextRole::hint, QStringLiteral("(no user name)"), this)
+                                          : new AccountName(TextRole::value, username, this);
     auto* const fillButton = new GW2Button(QStringLiteral("Fill credentials"), this);
     auto* const deleteButton =
         new GW2Button(QStringLiteral("Delete"), QStringLiteral("trash"), GW2ButtonStyle::Kind::quiet, this);
