@@ -30,7 +30,11 @@ MainWindow::MainWindow(AppObserver& appObserver, const ViewNeeds& needs, Watched
     // The brush stroke reaches over the torn left edge; everything else stays inside the panel.
     layout->setContentsMargins(panelStyle.margin - 4, panelStyle.margin + 8, panelStyle.margin + 6,
                                panelStyle.margin + 8);
-    layout->addWidget(new ContentView(appObserver, needs, watched, this));
+    auto* const content = new ContentView(appObserver, needs, watched, this);
+    layout->addWidget(content);
+    // Else the first control would get the keyboard with a click on the ground, unseen, and a Space meant for the game
+    // would press it: the close button.
+    content->setFocus();
 }
 
 void MainWindow::paintEvent(QPaintEvent*) {
