@@ -34,7 +34,8 @@ void FloatWindow::setContent(QWidget* content) {
 void FloatWindow::fit(QSize size) {
     if (!size.isEmpty()) {
         const QPoint corner = place_.value_or(pos() - pushed_);
-        const QPoint shown = cornerOnScreen({corner, size}, screen()->availableGeometry());
+        // What has a fixed place must not move away from under the pointer that just opened it.
+        const QPoint shown = place_ ? corner : cornerOnScreen({corner, size}, screen()->availableGeometry());
         pushed_ = shown - corner;
         setGeometry(QRect(shown, size));
     }

@@ -1,7 +1,7 @@
 #pragma once
 // A floating window that never takes the focus. While it holds nothing it stays mapped, is transparent and lets every
-// click through to the game; what it holds decides its size, from the top left corner. Where the screen ends it gives
-// way for as long as it must. Main thread.
+// click through to the game; what it holds decides its size, from the top left corner. Where the screen ends one
+// without a fixed place gives way for as long as it must. Main thread.
 
 #include <optional>
 
