@@ -19,8 +19,8 @@ public:
     // Calls the handler once before it returns, then at every change.
     virtual Subscription observeFrontmostApplication(FrontmostHandler handler) = 0;
     [[nodiscard]] virtual std::optional<std::string> displayName(const std::string& identifier) const = 0;
-    // Hands the keyboard focus to the application that had it before Vantor, with Vantor's windows left in place. Does
-    // nothing when no window of Vantor has the focus. Never waits.
+    // Hands the keyboard focus to the application that had it before Vantor, with Vantor's windows left in place.
+    // Changes nothing when no window of Vantor has the focus. Never waits.
     virtual void hideAndUnhideWithoutActivation() = 0;
     // Waits until no window of Vantor has the focus, dispatching nothing meanwhile. False when the time ran out.
     virtual bool awaitFocusReturned(std::chrono::milliseconds atMost) = 0;
