@@ -58,6 +58,8 @@ public:
     [[nodiscard]] virtual std::vector<Power> powers() = 0;
     // Has the system put its own question to the player about the power of this name; nothing where it has none.
     [[nodiscard]] virtual std::function<void()> ask(const std::string& power) = 0;
+    // Tells of the desktop user's wish for less motion once it is known, and of changes where the system tells of them.
+    virtual void followMotionWish(std::function<void(bool reduced)> handler) = 0;
 };
 
 // Each of these says in one line on standard error why it gives nothing.
@@ -76,8 +78,6 @@ public:
 [[nodiscard]] std::vector<Power> examinePowers();
 // The version of what shows pages, where it is the program's own to name.
 [[nodiscard]] std::string webEngineVersion();
-// Tells of the desktop user's wish for less motion, once it is known.
-void askMotionWish(const std::function<void(bool reduced)>& answer);
 // Makes the player's own script fonts known.
 void registerScriptFonts();
 

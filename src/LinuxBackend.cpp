@@ -150,6 +150,7 @@ public:
         return keyboard_.connection.isLost() ? withoutKeys(powersHere()) : powersHere();
     }
     [[nodiscard]] std::function<void()> ask(const std::string&) override { return {}; }
+    void followMotionWish(std::function<void(bool reduced)> handler) override { askMotionWish(std::move(handler)); }
 
 private:
     Keyboard keyboard_;
@@ -216,8 +217,6 @@ std::string desktopName() { return qgetenv("DISPLAY").toStdString(); }
 std::vector<Power> examinePowers() { return powersHere(); }
 
 std::string webEngineVersion() { return vantor::webEngineVersion(); }
-
-void askMotionWish(const std::function<void(bool reduced)>& answer) { vantor::askMotionWish(answer); }
 
 void registerScriptFonts() { vantor::registerScriptFonts(); }
 

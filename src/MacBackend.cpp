@@ -10,11 +10,13 @@
 
 #include "Backend.h"
 #include "data/SessionQueue.h"
+#include "platform/macos/AccessoryApplication.h"
 #include "platform/macos/EventKeyboardLayout.h"
 #include "platform/macos/EventMonitors.h"
 #include "platform/macos/FontFiles.h"
 #include "platform/macos/GeneralPasteboard.h"
 #include "platform/macos/HidTapKeyPoster.h"
+#include "platform/macos/MotionWish.h"
 #include "platform/macos/NativeOverlayWindows.h"
 #include "platform/macos/NativeView.h"
 #include "platform/macos/PrivacyPermissions.h"
@@ -69,6 +71,7 @@ class MacBackend final : public Backend {
 public:
     MacBackend(MainThread& mainThread, Scheduler& scheduler)
         : keychain_(keychainQueue_, mainThread), permissions_(scheduler) {
+        becomeAccessoryApplication();
         using Kind = Permissions::Kind;
         const auto complete = [this] {
             return permissions_.granted(Kind::hearKeys) && permissions_.granted(Kind::pressKeys);
@@ -117,6 +120,9 @@ public:
                 [this] { permissions_.ask(permissions_.granted(Kind::hearKeys) ? Kind::pressKeys : Kind::hearKeys); };
         return {};
     }
+    void followMotionWish(std::function<void(bool reduced)> handler) override {
+        motionWish_ = observeMotionWish(std::move(handler));
+    }
 
 private:
     Keyboard keyboard_;
@@ -128,6 +134,7 @@ private:
     SecItemKeychain keychain_;
     PrivacyPermissions permissions_;
     Subscription permitted_;
+    Subscription motionWish_;
     WebKitPage* page_ = nullptr;
     QPointer<QWidget> shownPage_;
 };
@@ -166,9 +173,6 @@ std::vector<Power> examinePowers() {
 }
 
 std::string webEngineVersion() { return {}; }
-
-// Not asked for yet: the motions stay as they are.
-void askMotionWish(const std::function<void(bool reduced)>&) {}
 
 void registerScriptFonts() {
     registerFontFiles(fontFilesIn(scriptFontFolder().toStdString()));

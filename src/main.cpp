@@ -134,7 +134,6 @@ int start(int& argumentCount, char** arguments, const Surroundings& surroundings
     if (registerFonts() == FontsVerdict::fallback)
         complain("the embedded typefaces cannot be read; the system's stand in");
     dressApplication();
-    backend::askMotionWish([](bool reduced) { setReducedMotion(reduced); });
 
     QtMainThread mainThread;
     QtScheduler scheduler;
@@ -145,6 +144,7 @@ int start(int& argumentCount, char** arguments, const Surroundings& surroundings
     SystemPause pause;
     const auto system = backend::makeBackend(mainThread, scheduler);
     if (!system) return unavailableStatus;
+    system->followMotionWish([](bool reduced) { setReducedMotion(reduced); });
     const backend::Keys keys = system->keys();
     ViewWindows windows(
         {.overlayWindows = system->overlayWindows(),

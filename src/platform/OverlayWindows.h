@@ -1,8 +1,8 @@
 #pragma once
-// Gives a toolkit window the nature that floats over a game. Main thread; the window exists natively and is not yet
-// mapped.
+// Gives a toolkit window the nature that floats over a game. Main thread; the window exists natively.
 
 #include <cstdint>
+#include <string>
 
 namespace vantor {
 
@@ -19,7 +19,14 @@ enum class WindowNature {
 class OverlayWindows {
 public:
     virtual ~OverlayWindows() = default;
+    // Before it is first mapped, and where whoever asks wants it. A system with a middle of its own for the list and the
+    // popups puts them there instead.
     virtual void prepare(NativeWindow window, WindowNature nature) = 0;
+    // Puts it back where the player left it, and keeps its frame under this name from now on. False: the system keeps no
+    // frames, and whoever asks does.
+    [[nodiscard]] virtual bool keepFrame(NativeWindow window, const std::string& name) = 0;
+    // The toolkit has shown or raised it just now.
+    virtual void orderFront(NativeWindow window) = 0;
 };
 
 }  // namespace vantor

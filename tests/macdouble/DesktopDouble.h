@@ -20,6 +20,8 @@
 }
 - (id)initInWindow:(NSWindow*)window;
 @end
+@interface ToolkitView : DoubleView
+@end
 
 namespace macdouble {
 
@@ -27,6 +29,9 @@ namespace macdouble {
 void setFrontmost(std::optional<std::string> identifier);
 // The one bundle that is found, and the name in it; null for a bundle that has none.
 void setBundle(std::string identifier, id name);
+
+// In the accessibility settings, with the notice of a change.
+void setReducesMotion(bool reduces);
 
 // As the system counts, upwards. The main one is that with the keyboard, or none.
 void setScreens(std::vector<NSRect> frames, std::optional<std::size_t> main);

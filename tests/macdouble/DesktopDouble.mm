@@ -25,6 +25,7 @@
 namespace {
 
 struct Desktop {
+    bool reducesMotion = false;
     std::string bundle;
     DoubleBundle* found = nil;
     NSMutableArray* screens = [[NSMutableArray alloc] init];
@@ -55,8 +56,20 @@ void note(const std::string& call, NSInteger value) {
 }
 @end
 
+NSString* const NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification =
+    @"NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification";
+
 @implementation NSWorkspace
 @synthesize frontmostApplication = frontmostApplication_;
+@synthesize notificationCenter = notificationCenter_;
+- (id)init {
+    self = [super init];
+    if (self) notificationCenter_ = [[NSNotificationCenter alloc] init];
+    return self;
+}
+- (BOOL)accessibilityDisplayShouldReduceMotion {
+    return desktop().reducesMotion;
+}
 + (NSWorkspace*)sharedWorkspace {
     static NSWorkspace* const one = [[NSWorkspace alloc] init];
     return one;
@@ -82,6 +95,10 @@ void note(const std::string& call, NSInteger value) {
 + (NSApplication*)sharedApplication {
     static NSApplication* const one = [[NSApplication alloc] init];
     return one;
+}
+- (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)activationPolicy {
+    note("activation policy", activationPolicy);
+    return YES;
 }
 - (void)hide:(id)sender {
     macdouble::serviceCalls().add(sender ? "hide for a sender" : "hide");
@@ -170,6 +187,20 @@ void note(const std::string& call, NSInteger value) {
 - (void)setHidesOnDeactivate:(BOOL)hidesOnDeactivate {
     note("hides on deactivation", hidesOnDeactivate);
 }
+- (void)setMovableByWindowBackground:(BOOL)movableByWindowBackground {
+    note("movable by background", movableByWindowBackground);
+}
+- (BOOL)setFrameAutosaveName:(NSString*)name {
+    macdouble::serviceCalls().add("frame autosave name " + std::string([name UTF8String]));
+    // A name belongs to one window.
+    return ![name isEqual:@"taken"];
+}
+- (void)center {
+    macdouble::serviceCalls().add("center");
+}
+- (void)makeKeyAndOrderFront:(id)sender {
+    macdouble::serviceCalls().add(sender ? "key and front for a sender" : "key and front");
+}
 @end
 
 @implementation NSPanel
@@ -188,6 +219,10 @@ void note(const std::string& call, NSInteger value) {
 - (NSWindow*)window {
     return nil;
 }
+// A view that is not opaque.
+- (BOOL)mouseDownCanMoveWindow {
+    return YES;
+}
 @end
 
 @implementation DoubleView
@@ -203,6 +238,9 @@ void note(const std::string& call, NSInteger value) {
 - (NSWindow*)window {
     return window_;
 }
+@end
+
+@implementation ToolkitView
 @end
 
 @implementation NSButton (OfWindow)
@@ -236,6 +274,13 @@ void setBundle(std::string identifier, id name) {
     NSMutableDictionary* const info = [NSMutableDictionary dictionary];
     if (name) [info setObject:name forKey:@"CFBundleName"];
     desktop().found = [[DoubleBundle alloc] initWithInfo:info];
+}
+
+void setReducesMotion(bool reduces) {
+    desktop().reducesMotion = reduces;
+    [[[NSWorkspace sharedWorkspace] notificationCenter]
+        postNotificationName:NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification
+                      object:[NSWorkspace sharedWorkspace]];
 }
 
 void setScreens(std::vector<NSRect> frames, std::optional<std::size_t> main) {

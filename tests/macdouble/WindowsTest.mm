@@ -32,26 +32,47 @@ protected:
 TEST_F(WindowsTest, EachNatureHasItsCallsInOrder) {
     EXPECT_THAT(callsFor(window, WindowNature::overlay),
                 ElementsAre("title visibility 1", "transparent title bar 1", "opaque 0", "background of alpha 0",
-                            "button 0", "hidden 1", "button 2", "hidden 1", "button 1", "hidden 1", "shadow 0",
+                            "button 0", "hidden 1", "button 2", "hidden 1", "button 1", "hidden 1",
+                            "movable by background 1", "shadow 0",
                             "collection behaviour 2", "hides on deactivation 0"));
     EXPECT_THAT(callsFor(window, WindowNature::nonActivating),
-                ElementsAre("background of alpha 0", "collection behaviour 2", "prevents activation 1",
-                            "hides on deactivation 0"));
+                ElementsAre("background of alpha 0", "collection behaviour 2", "prevents activation 1", "center",
+                            "movable by background 1", "hides on deactivation 0"));
     EXPECT_THAT(callsFor(window, WindowNature::floating),
                 ElementsAre("background of alpha 0", "collection behaviour 2", "hides on deactivation 0"));
     EXPECT_THAT(callsFor(window, WindowNature::popup),
-                ElementsAre("background of alpha 0", "collection behaviour 2", "hides on deactivation 0"))
+                ElementsAre("background of alpha 0", "collection behaviour 2", "center", "hides on deactivation 0"))
         << "the second key's popup keeps its level";
-    EXPECT_THAT(
-        callsFor(window, WindowNature::raisedPopup),
-        ElementsAre("background of alpha 0", "collection behaviour 2", "level 1000", "hides on deactivation 0"));
+    EXPECT_THAT(callsFor(window, WindowNature::raisedPopup),
+                ElementsAre("background of alpha 0", "collection behaviour 2", "center", "level 1000",
+                            "hides on deactivation 0"));
+}
+
+TEST_F(WindowsTest, NoControlDragsItsWindow) {
+    for (const WindowNature movable : {WindowNature::overlay, WindowNature::nonActivating}) {
+        ToolkitView* const view = [[[ToolkitView alloc] initInWindow:window] autorelease];
+        windows.prepare(reinterpret_cast<NativeWindow>(view), movable);
+        EXPECT_FALSE([view mouseDownCanMoveWindow]);
+    }
+    NSView* const other = [[[NSView alloc] initWithFrame:NSZeroRect] autorelease];
+    EXPECT_TRUE([other mouseDownCanMoveWindow]) << "views of other kinds are as they were";
+}
+
+TEST_F(WindowsTest, FramesAreTheSystemsToKeepAndWindowsToOrderIn) {
+    DoubleView* const view = [[[DoubleView alloc] initInWindow:window] autorelease];
+    const auto native = reinterpret_cast<NativeWindow>(view);
+    EXPECT_TRUE(windows.keepFrame(native, "WatchedEvents"));
+    windows.orderFront(native);
+    EXPECT_THAT(serviceCalls().take(), ElementsAre("frame autosave name WatchedEvents", "key and front"));
+    EXPECT_FALSE(windows.keepFrame(native, "taken")) << "so that the program keeps it";
 }
 
 TEST_F(WindowsTest, WithoutTheSystemsOwnWayAPanelIsNonActivatingAndStaysSo) {
     NSPanel* const panel = [[[DoublePanel alloc] init] autorelease];
     [panel setStyleMask:NSWindowStyleMaskUtilityWindow];
     EXPECT_THAT(callsFor(panel, WindowNature::nonActivating),
-                ElementsAre("background of alpha 0", "collection behaviour 2", "hides on deactivation 0"));
+                ElementsAre("background of alpha 0", "collection behaviour 2", "center", "movable by background 1",
+                            "hides on deactivation 0"));
     EXPECT_EQ([panel styleMask], NSUInteger { NSWindowStyleMaskUtilityWindow | NSWindowStyleMaskNonactivatingPanel });
     [panel setStyleMask:NSWindowStyleMaskUtilityWindow];  // as a toolkit does with its flags
     EXPECT_EQ([panel styleMask], NSUInteger { NSWindowStyleMaskUtilityWindow | NSWindowStyleMaskNonactivatingPanel });

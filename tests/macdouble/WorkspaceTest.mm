@@ -10,6 +10,7 @@
 
 #include "DesktopDouble.h"
 #include "ServiceCalls.h"
+#include "platform/macos/MotionWish.h"
 #include "platform/macos/SharedWorkspace.h"
 
 namespace vantor {
@@ -95,6 +96,21 @@ TEST_F(SharedWorkspaceTest, HandsTheFocusBackByHiding) {
     EXPECT_THAT(serviceCalls().take(), ElementsAre("hide", "unhide without activation"));
     EXPECT_TRUE(workspace.awaitFocusReturned(std::chrono::milliseconds(0)));
     EXPECT_THAT(serviceCalls().take(), IsEmpty());
+}
+
+TEST(MotionWishTest, IsToldAtOnceAndAtEachChangeUntilItEnds) {
+    std::vector<bool> told;
+    macdouble::setReducesMotion(true);
+    Subscription following;
+    following = observeMotionWish([&](bool reduced) {
+        told.push_back(reduced);
+        if (told.size() == 3) following.reset();
+    });
+    EXPECT_THAT(told, ElementsAre(true));
+    macdouble::setReducesMotion(false);
+    macdouble::setReducesMotion(true);
+    macdouble::setReducesMotion(false);
+    EXPECT_THAT(told, ElementsAre(true, false, true));
 }
 
 }  // namespace

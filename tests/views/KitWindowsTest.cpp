@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include <QtWidgets/QApplication>
+#include <algorithm>
 
 #include "AccessibilityWalk.h"
 #include "KitPlayer.h"
@@ -36,8 +37,21 @@
 namespace vantor {
 namespace {
 
-struct NoNature final : OverlayWindows {
+// Records what is asked for the one window whose frame may be kept.
+struct RecordedNature final : OverlayWindows {
     void prepare(NativeWindow, WindowNature) override {}
+    bool keepFrame(NativeWindow window, const std::string& name) override {
+        list = window;
+        calls.push_back("keep " + name);
+        return keepsFrames;
+    }
+    void orderFront(NativeWindow window) override {
+        if (window == list) calls.emplace_back("front");
+    }
+
+    bool keepsFrames = false;
+    NativeWindow list = 0;
+    std::vector<std::string> calls;
 };
 
 class KitWindows : public testing::Test {
@@ -109,7 +123,7 @@ protected:
     FakePause pause;
     FakeScreens screens;
     FakeScheduler scheduler;
-    NoNature natures;
+    RecordedNature natures;
     LazyWebPage* webPage = nullptr;
     ViewWindows windows{
         {.overlayWindows = natures,
@@ -187,6 +201,31 @@ TEST_F(KitWindows, EveryPageOfEveryWindowNamesWhatCanBeActedOn) {
     EXPECT_GE(pages, 9) << "of the translators, the support and the settings";
     EXPECT_GT(interactive, 200);
     EXPECT_GE(shown().size(), 3U) << "the main window, the icon and the emotes";
+}
+
+TEST_F(KitWindows, TheListsFrameIsKeptByOneSideOnly) {
+    for (const bool bySystem : {false, true}) {
+        natures.keepsFrames = bySystem;
+        natures.calls.clear();
+        launch();
+        ASSERT_GE(natures.calls.size(), 2U) << "it stood before the overlay";
+        EXPECT_EQ(natures.calls.front(), "keep WatchedEvents");
+        EXPECT_EQ(std::ranges::count(natures.calls, "front"), static_cast<int>(natures.calls.size()) - 1);
+        const auto all = QApplication::topLevelWidgets();
+        const auto list = std::ranges::find(all, QStringLiteral("Vantor watched events"), &QWidget::windowTitle);
+        ASSERT_NE(list, all.end());
+
+        observer().iconPressed();
+        KitWindow::settle();
+        (*list)->move(100, 120);  // as a player drags it
+        observer().iconPressed();
+        EXPECT_EQ(defaults.get<std::string>("frame.WatchedEvents").has_value(), !bySystem);
+        (*list)->move(300, 200);  // as a system restores it
+        observer().iconPressed();
+        EXPECT_EQ((*list)->pos(), bySystem ? QPoint(300, 200) : QPoint(100, 120));
+        delegate.reset();
+        ASSERT_NE(defaults.removeValue("frame.WatchedEvents"), Defaults::Verdict::failed);
+    }
 }
 
 class KitWindowsAtTextScale : public KitWindows, public testing::WithParamInterface<double> {};

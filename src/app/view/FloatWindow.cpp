@@ -58,9 +58,9 @@ void FloatWindow::mouseMoveEvent(QMouseEvent* event) {
     OverlayWindow::mouseMoveEvent(event);
 }
 
-// Before it is shown again it is put where it belongs.
+// It goes from where it belongs, so that it is there when it comes again.
 void FloatWindow::hideEvent(QHideEvent* event) {
-    pushed_ = {};
+    if (!pushed_.isNull()) move(pos() - std::exchange(pushed_, {}));
     OverlayWindow::hideEvent(event);
 }
 

@@ -29,26 +29,29 @@ struct Place {
     std::string_view key;
     int width = 0;
     int height = 0;
-    bool keepsSize = false;  // only the top left corner is remembered
+    bool keepsSize = false;     // only the top left corner is remembered
+    bool keptBySystem = false;  // known once the window exists natively
 };
 
 class ViewWindow final : public AppWindow {
 public:
     using Make = std::function<std::unique_ptr<OverlayWindow>()>;
 
-    ViewWindow(Make make, std::function<void(OverlayWindow&)> beforeMapping)
-        : make_(std::move(make)), beforeMapping_(std::move(beforeMapping)) {}
+    ViewWindow(OverlayWindows& overlayWindows, Make make, std::function<void(OverlayWindow&)> beforeMapping)
+        : overlayWindows_(overlayWindows), make_(std::move(make)), beforeMapping_(std::move(beforeMapping)) {}
 
     void orderFront() override {
         if (!window_) window_ = make_();
         if (!window_->isVisible()) beforeMapping_(*window_);
         window_->orderFront();
+        overlayWindows_.orderFront(static_cast<NativeWindow>(window_->winId()));
     }
     void orderOut() override {
         if (window_) window_->orderOut();
     }
 
 private:
+    OverlayWindows& overlayWindows_;
     Make make_;
     std::function<void(OverlayWindow&)> beforeMapping_;
     std::unique_ptr<OverlayWindow> window_;
@@ -81,18 +84,19 @@ std::unique_ptr<AppWindow> ViewWindows::make(AppWindowName name, AppObserver& ap
         return [this, nature](WId window) { needs_.overlayWindows.prepare(static_cast<NativeWindow>(window), nature); };
     };
     Defaults& defaults = appObserver.defaults();
-    const auto remembering = [this, &defaults](const Place& place, ViewWindow::Make makeWindow) {
+    const auto remembering = [this, &defaults](std::shared_ptr<const Place> place, ViewWindow::Make makeWindow) {
         return std::make_unique<ViewWindow>(
+            needs_.overlayWindows,
             [&defaults, place, makeWindow = std::move(makeWindow)] {
                 auto window = makeWindow();
-                // A place that cannot be stored is only forgotten; the store itself says why.
                 window->onPlaced([&defaults, place](const QRect& frame) {
-                    (void)defaults.setValue(place.key, writeFrame(seamRect(frame)));
+                    // A place that cannot be stored is only forgotten; the store itself says why.
+                    if (!place->keptBySystem) (void)defaults.setValue(place->key, writeFrame(seamRect(frame)));
                 });
                 return window;
             },
             [this, &defaults, place](OverlayWindow& window) {
-                standAtRemembered(window, place, defaults, needs_.screens);
+                if (!place->keptBySystem) standAtRemembered(window, *place, defaults, needs_.screens);
             });
     };
     const auto atTopLeft = [this](OverlayWindow& window) {
@@ -102,11 +106,13 @@ std::unique_ptr<AppWindow> ViewWindows::make(AppWindowName name, AppObserver& ap
 
     switch (name) {
         case AppWindowName::main:
-            return remembering({settings::frameMain, 920, 600}, [this, &appObserver, prepare] {
-                return std::make_unique<MainWindow>(appObserver, needs_, *watched_, prepare(WindowNature::overlay));
-            });
+            return remembering(
+                std::make_shared<Place>(Place{settings::frameMain, 920, 600}), [this, &appObserver, prepare] {
+                    return std::make_unique<MainWindow>(appObserver, needs_, *watched_, prepare(WindowNature::overlay));
+                });
         case AppWindowName::icon:
             return std::make_unique<ViewWindow>(
+                needs_.overlayWindows,
                 [this, &appObserver, prepare] {
                     return std::make_unique<IconWindow>(
                         [&appObserver] { appObserver.iconPressed(); },
@@ -116,6 +122,7 @@ std::unique_ptr<AppWindow> ViewWindows::make(AppWindowName name, AppObserver& ap
                 atTopLeft);
         case AppWindowName::emoji:
             return std::make_unique<ViewWindow>(
+                needs_.overlayWindows,
                 [&appObserver, prepare] {
                     auto window = std::make_unique<FloatWindow>(QStringLiteral("Vantor emotes"), QSize(1, iconSize),
                                                                 false, prepare(WindowNature::floating));
@@ -126,15 +133,23 @@ std::unique_ptr<AppWindow> ViewWindows::make(AppWindowName name, AppObserver& ap
                     const Rect screen = needs_.screens.frames().front();
                     static_cast<FloatWindow&>(window).standAt({screen.x + emojiLeft, screen.y});
                 });
-        case AppWindowName::watchedEvents:
-            return remembering({settings::frameWatchedEvents, 250, 60, true}, [this, prepare] {
+        case AppWindowName::watchedEvents: {
+            auto place = std::make_shared<Place>(Place{settings::frameWatchedEvents, 250, 60, true});
+            return remembering(place, [this, prepare, place] {
+                const auto prepareAndPlace = [this, place,
+                                              prepared = prepare(WindowNature::nonActivating)](WId native) {
+                    prepared(native);
+                    place->keptBySystem =
+                        needs_.overlayWindows.keepFrame(static_cast<NativeWindow>(native), "WatchedEvents");
+                };
                 auto window = std::make_unique<FloatWindow>(QStringLiteral("Vantor watched events"), QSize(250, 60),
-                                                            true, prepare(WindowNature::nonActivating));
+                                                            true, prepareAndPlace);
                 FloatWindow& host = *window;
                 host.setContent(new WatchedEventsView(
                     *watched_, [&host](QSize size) { host.fit(size); }, &host));
                 return window;
             });
+        }
     }
     return nullptr;
 }

@@ -22,6 +22,10 @@ public:
 
     // Once for each window; what the window manager forgets when a window is hidden is given again.
     void prepare(NativeWindow window, WindowNature nature) override;
+    // X keeps none.
+    [[nodiscard]] bool keepFrame(NativeWindow, const std::string&) override { return false; }
+    // Mapping and raising are all that there is to it.
+    void orderFront(NativeWindow) override {}
     // The game's window that ours lie over; 0 for none.
     void setOwnerWindow(NativeWindow owner);
 

@@ -6,7 +6,11 @@
 #import <AppKit/NSView.h>
 #import <AppKit/NSWindow.h>
 
+#import <objc/runtime.h>
+
 #include <initializer_list>
+
+#include "platform/macos/FoundationText.h"
 
 // Known to the system's window only. What it does: a click into the window leaves the active application active.
 @interface NSWindow (VantorPreventsActivation)
@@ -37,14 +41,28 @@ namespace {
 
 constexpr NSInteger raisedLevel = 1000;
 
+NSWindow* windowOf(NativeWindow native) { return [(NSView*)native window]; }
+
+BOOL staysUnderThePointer(id, SEL) { return NO; }
+
+// Movable by its ground, as the system understands it: by every view that does not refuse. The toolkit has one view for
+// all that is drawn in a window, and one that is not opaque does not refuse, so each slider would drag the window. Ours
+// refuses; what of it is ground the window itself knows, and is moved by that.
+void makeMovableByBackground(NSWindow* window, NSView* view) {
+    const char types[] = {*@encode(BOOL), *@encode(id), *@encode(SEL), '\0'};
+    class_addMethod([view class], @selector(mouseDownCanMoveWindow), (IMP)staysUnderThePointer, types);
+    [window setMovableByWindowBackground:YES];
+}
+
 // The main window, with none of what a title and its buttons would show.
-void dressMain(NSWindow* window) {
+void dressMain(NSWindow* window, NSView* view) {
     [window setTitleVisibility:NSWindowTitleHidden];
     [window setTitlebarAppearsTransparent:YES];
     [window setOpaque:NO];
     [window setBackgroundColor:[NSColor clearColor]];
     for (const NSWindowButton button : {NSWindowCloseButton, NSWindowZoomButton, NSWindowMiniaturizeButton})
         [[window standardWindowButton:button] setHidden:YES];
+    makeMovableByBackground(window, view);
     [window setHasShadow:NO];
     [window setCollectionBehavior:NSWindowCollectionBehaviorMoveToActiveSpace];
 }
@@ -67,15 +85,28 @@ void preventActivation(NSWindow* window) {
 }  // namespace
 
 void NativeOverlayWindows::prepare(NativeWindow native, WindowNature nature) {
-    NSWindow* const window = [(NSView*)native window];
+    NSView* const view = (NSView*)native;
+    NSWindow* const window = windowOf(native);
     if (nature == WindowNature::overlay)
-        dressMain(window);
+        dressMain(window, view);
     else
         dressSeamless(window);
-    if (nature == WindowNature::nonActivating) preventActivation(window);
+    if (nature == WindowNature::nonActivating) {
+        preventActivation(window);
+        [window center];
+        makeMovableByBackground(window, view);
+    }
+    if (nature == WindowNature::popup || nature == WindowNature::raisedPopup) [window center];
     if (nature == WindowNature::raisedPopup) [window setLevel:raisedLevel];
     // The toolkit's tool windows go when their application is not the active one, and here the game is.
     [window setHidesOnDeactivate:NO];
 }
+
+bool NativeOverlayWindows::keepFrame(NativeWindow native, const std::string& name) {
+    // Refused where another window has the name already.
+    return [windowOf(native) setFrameAutosaveName:systemText(name) ?: @""];
+}
+
+void NativeOverlayWindows::orderFront(NativeWindow native) { [windowOf(native) makeKeyAndOrderFront:nil]; }
 
 }  // namespace vantor

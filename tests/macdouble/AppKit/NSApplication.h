@@ -3,8 +3,14 @@
 
 #import <Foundation/Foundation.h>
 
+typedef enum : NSInteger {
+    NSApplicationActivationPolicyRegular = 0,
+    NSApplicationActivationPolicyAccessory = 1,
+} NSApplicationActivationPolicy;
+
 @interface NSApplication : NSObject
 + (NSApplication*)sharedApplication;
+- (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)activationPolicy;
 - (void)hide:(id)sender;
 - (void)unhideWithoutActivation;
 @end

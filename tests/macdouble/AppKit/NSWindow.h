@@ -47,11 +47,16 @@ typedef NSInteger NSWindowLevel;
 - (void)setCollectionBehavior:(NSWindowCollectionBehavior)collectionBehavior;
 - (void)setLevel:(NSWindowLevel)level;
 - (void)setHidesOnDeactivate:(BOOL)hidesOnDeactivate;
+- (void)setMovableByWindowBackground:(BOOL)movableByWindowBackground;
+- (BOOL)setFrameAutosaveName:(NSString*)name;
+- (void)center;
+- (void)makeKeyAndOrderFront:(id)sender;
 @property NSWindowStyleMask styleMask;
 @end
 
 @interface NSView (InWindow)
 @property(readonly, assign) NSWindow* window;
+@property(readonly) BOOL mouseDownCanMoveWindow;
 @end
 
 @interface NSButton (OfWindow)
