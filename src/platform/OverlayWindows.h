@@ -19,11 +19,11 @@ enum class WindowNature {
 class OverlayWindows {
 public:
     virtual ~OverlayWindows() = default;
-    // Before it is first mapped, and where whoever asks wants it. A system with a middle of its own for the list and the
-    // popups puts them there instead.
+    // Before it is first mapped, and where whoever asks wants it. A system with a middle of its own for the list and
+    // the popups puts them there instead.
     virtual void prepare(NativeWindow window, WindowNature nature) = 0;
-    // Puts it back where the player left it, and keeps its frame under this name from now on. False: the system keeps no
-    // frames, and whoever asks does.
+    // Puts it back where the player left it, and keeps its frame under this name from now on. False: the system keeps
+    // no frames, and whoever asks does.
     [[nodiscard]] virtual bool keepFrame(NativeWindow window, const std::string& name) = 0;
     // The toolkit has shown or raised it just now.
     virtual void orderFront(NativeWindow window) = 0;

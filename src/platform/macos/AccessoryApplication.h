@@ -3,8 +3,8 @@
 
 namespace vantor {
 
-// Once there is an application object. The bundle says the same before that; a program started from outside a bundle has
-// only this.
+// Once there is an application object. The bundle says the same before that; a program started from outside a bundle
+// has only this.
 void becomeAccessoryApplication();
 
 }  // namespace vantor
