@@ -42,8 +42,10 @@ std::nullptr_t complain(const char* line) {
 
 std::filesystem::path guardian() { return guardianBeside(QCoreApplication::applicationDirPath().toStdString()); }
 
-std::vector<Power> powersHere() {
-    return vantor::examinePowers({.webModule = webEngineModulePath().toStdString(), .guardian = guardian()});
+std::vector<Power> powersHere(std::string webModuleTrouble = {}) {
+    return vantor::examinePowers({.webModule = webEngineModulePath().toStdString(),
+                                  .guardian = guardian(),
+                                  .webModuleTrouble = std::move(webModuleTrouble)});
 }
 
 // The layout, with the connection that it is read from.
@@ -214,7 +216,8 @@ std::unique_ptr<Clock> makeClock() { return std::make_unique<SystemClock>(); }
 
 std::string desktopName() { return qgetenv("DISPLAY").toStdString(); }
 
-std::vector<Power> examinePowers() { return powersHere(); }
+// Whoever asks has the time to load the module, which the running program leaves alone until there is a page.
+std::vector<Power> examinePowers() { return powersHere(webEngineTrouble()); }
 
 std::string webEngineVersion() { return vantor::webEngineVersion(); }
 

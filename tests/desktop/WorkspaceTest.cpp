@@ -252,14 +252,16 @@ TEST(DoctorTest, FindsThePowersOfThePrivateDesktopAndNamesTheMissing) {
 
     const auto display = qgetenv("DISPLAY");
     qunsetenv("DISPLAY");
-    const auto without = examinePowers({.webModule = "/proc/self/exe", .guardian = "/proc/self/exe"});
+    const auto without = examinePowers(
+        {.webModule = "/proc/self/exe", .guardian = "/proc/self/exe", .webModuleTrouble = "libX.so: no such file"});
     qputenv("DISPLAY", display);
     absent.clear();
     for (const auto& each : without)
         if (!each.present && each.name != "web sandbox")  // whose answer is the user's
             absent.push_back(each.name);
-    EXPECT_EQ(absent,
-              (std::vector<std::string>{"display", "raw keys", "posting", "layout", "frontmost application", "tray"}));
+    EXPECT_EQ(absent, (std::vector<std::string>{"display", "raw keys", "posting", "layout", "frontmost application",
+                                                "tray", "web engine"}));
+    EXPECT_NE(powersAsText(without).find("cannot be loaded: libX.so: no such file"), std::string::npos);
     EXPECT_NE(powersAsText(without).find("display                no   no X server"), std::string::npos)
         << powersAsText(without);
 }

@@ -76,7 +76,7 @@ std::string colourEmojiFont() {
     return {};
 }
 
-Power power(const char* name, bool present, const char* found, const char* advice) {
+Power power(const char* name, bool present, const char* found, const std::string& advice) {
     return {name, present, present ? found : advice};
 }
 
@@ -119,9 +119,11 @@ std::vector<Power> examinePowers(const OwnFiles& files) {
                            "after a crash in the middle of a text a key or lock may stay on: install vantor-guardian "
                            "beside vantor"));
     std::error_code absent;
-    const bool engine = fs::is_regular_file(files.webModule, absent);
-    powers.push_back(
-        power("web engine", engine, "its module is installed", "its module is not installed: web pages stay empty"));
+    const bool installed = fs::is_regular_file(files.webModule, absent);
+    const bool engine = installed && files.webModuleTrouble.empty();
+    powers.push_back(power("web engine", engine, "its module is installed",
+                           installed ? "web pages stay empty, its module cannot be loaded: " + files.webModuleTrouble
+                                     : "its module is not installed: web pages stay empty"));
     if (engine)
         powers.push_back(power("web sandbox", geteuid() != 0, "pages are drawn in a sandbox",
                                "off, since Vantor runs as root: start it as an ordinary user"));

@@ -14,6 +14,8 @@ namespace vantor {
 struct OwnFiles {
     std::filesystem::path webModule;
     std::filesystem::path guardian;
+    // Why the module that is there cannot be loaded; empty where it can, or where nobody has tried.
+    std::string webModuleTrouble = {};
 };
 
 // In the order in which they are shown.

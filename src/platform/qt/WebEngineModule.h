@@ -33,5 +33,7 @@ using WebEngineVersion = const char* (*)();
 // Nothing when the module is missing or cannot be loaded; one line on standard error then says why.
 [[nodiscard]] std::unique_ptr<WidgetWebEngine> loadWebEngine(const WebEngineFolders& folders);
 [[nodiscard]] std::string webEngineVersion();  // empty without the module
+// Why the module cannot be loaded, in the system's words; empty where it can. Loads it.
+[[nodiscard]] std::string webEngineTrouble();
 
 }  // namespace vantor
