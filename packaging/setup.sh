@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs what a set of tasks needs, and only what is missing: setup.sh build [desktop] [checks] [macdouble] [package]
 # [bench] [fuzz]. Says on standard error what it does. On systems with neither apt nor Homebrew it names what is missing and ends with 1.
+# shellcheck disable=SC2034  # the lists are taken by their names
 set -euo pipefail
 
 # The bash that macOS brings is 3.2, so this branch does without later inventions.
@@ -10,15 +11,19 @@ if [[ $(uname) == Darwin ]]; then
     wanted=()
     for set in "$@"; do
         case $set in
-            build) wanted+=(cmake ninja ccache pkgconf python qt librsvg googletest font-eb-garamond font-lato librsvg) ;;
-            checks) wanted+=(bash clang-format llvm git) ;;
-            bench) wanted+=(google-benchmark) ;;
-            desktop | macdouble | package | fuzz) echo "setup: '$set' needs Linux" >&2 && exit 1 ;;
-            *) echo "setup: unknown set '$set' (build, checks, bench)" >&2 && exit 2 ;;
+            build) wanted+=(cmake ninja ccache python qt librsvg googletest font-eb-garamond font-lato) ;;
+            # git came with the compiler.
+            checks) wanted+=(clang-format) ;;
+            desktop | macdouble | package | bench | fuzz) echo "setup: '$set' needs Linux" >&2 && exit 1 ;;
+            *) echo "setup: unknown set '$set' (build, checks)" >&2 && exit 2 ;;
         esac
     done
+    # Homebrew's folders answer at once, and for fonts as well; asked by `brew list`, each start would take seconds.
+    prefix=$(brew --prefix)
     missing=()
-    for name in ${wanted[@]+"${wanted[@]}"}; do brew list --versions "$name" >/dev/null 2>&1 || missing+=("$name"); done
+    for name in ${wanted[@]+"${wanted[@]}"}; do
+        [[ -e $prefix/opt/$name || -e $prefix/Caskroom/$name ]] || missing+=("$name")
+    done
     ((${#missing[@]})) || exit 0
     echo "setup: installing ${missing[*]}" >&2
     brew install --quiet "${missing[@]}" >&2 || { echo "setup: the installation failed" >&2; exit 1; }
@@ -30,11 +35,11 @@ build=(g++ cmake ninja-build ccache pkg-config python3 qt6-base-dev qt6-svg-dev 
     xkb-data libgtest-dev libgmock-dev fontconfig fonts-ebgaramond fonts-lato fonts-noto-color-emoji)
 desktop=(xvfb openbox picom dbus dbus-x11 xdotool xclip imagemagick x11-utils xauth gnome-keyring
     xserver-xephyr x11-xkb-utils libsecret-tools openssl procps faketime)
-checks=(clang-format clang-tidy git tzdata)
+checks=(clang-format clang-tidy git shellcheck tzdata)
 package=(dpkg-dev lintian desktop-file-utils appstream man-db groff fakeroot binutils file)
 bench=(libbenchmark-dev)
 fuzz=(clang)
-macdouble=(clang gobjc libgnustep-base-dev libblocksruntime-dev)
+macdouble=(clang gobjc libgnustep-base-dev libblocksruntime-dev librsvg2-bin openssl)
 
 wanted=()
 for set in "$@"; do

@@ -1,8 +1,10 @@
 #!/usr/bin/env bash
-# Makes Vantor.app out of a build: bundle.sh [identity | lay-out | all] BUILD_FOLDER [OUTPUT_FOLDER]
-#   identity   makes the identity to sign with, once for this user
-#   lay-out    the folders, the property list, the program and the images (works on Linux as well)
-#   all        lay-out, then the toolkit's frameworks and the signature (the default)
+# Makes Vantor.app out of a build: bundle.sh [identity | lay-out | local | all] BUILD_FOLDER [OUTPUT_FOLDER]
+#   identity   makes the identity to sign with, once for this user; needs no folder
+#   lay-out    the folders, the property list, the program, the images and the licences (works on Linux as well)
+#   local      what ./run starts: lay-out and a signature, again only where something is newer; the toolkit stays where
+#              Homebrew has it
+#   all        lay-out, then the toolkit's frameworks and the signature, to be taken to another Mac (the default)
 # Needs Xcode's command line tools, Qt's macdeployqt and librsvg's rsvg-convert: brew install qt librsvg
 #
 # Why an identity of your own. What the player allows under Accessibility and Input Monitoring, and which keychain item may
@@ -37,21 +39,25 @@ version() {
 # draw SIZE SVG PNG
 draw() { rsvg-convert --width="$1" --height="$1" --output="$3" "$2"; }
 
-lay_out() {
-    local build=$1 app=$2 program number size
-    # The build may have made a bundle of its own, with nothing in it but the program.
-    program=$build/src/vantor.app/Contents/MacOS/vantor
-    [[ -x $program ]] || program=$build/src/vantor
+# The build may have made a bundle of its own, with nothing in it but the program.
+find_program() {
+    program=$1/src/vantor.app/Contents/MacOS/vantor
+    [[ -x $program ]] || program=$1/src/vantor
     [[ -x $program ]] || stop "there is no $program: build it first"
+}
+
+lay_out() {
+    local app=$1 number size
     number=$(version)
     [[ -n $number ]] || stop "CMakeLists.txt names no version"
-    need rsvg-convert "brew install librsvg"
 
     rm -rf "$app"
-    mkdir -p "$app/Contents/MacOS" "$app/Contents/Resources/Fonts"
+    mkdir -p "$app/Contents/MacOS" "$app/Contents/Resources/Fonts" "$app/Contents/Resources/Licences"
     install -m 755 "$program" "$app/Contents/MacOS/vantor"
     sed "s/@VERSION@/$number/g" "$here/Info.plist.in" >"$app/Contents/Info.plist"
     printf 'APPL????' >"$app/Contents/PkgInfo"
+    cp "$top/packaging/licences/copyright" "$top/packaging/licences/GFDL-1.3.txt" "$top/resources/catalogue/NOTICE.md" \
+        "$app/Contents/Resources/Licences"
 
     # The status bar looks for the image by its name, and takes the finer one on a fine screen.
     draw 18 "$top/resources/images/vantor.svg" "$app/Contents/Resources/vantor.png"
@@ -66,35 +72,103 @@ lay_out() {
     done
 }
 
-add_frameworks() {
-    local app=$1
-    iconutil --convert icns --output "$app/Contents/Resources/Vantor.icns" "$icons"
+add_icon() {
+    iconutil --convert icns --output "$1/Contents/Resources/Vantor.icns" "$icons"
     rm -rf "$icons"
-    # Where it signs by itself, our signature replaces its own.
-    macdeployqt "$app" || stop "macdeployqt failed"
+}
+
+# What Homebrew keeps of each library's licence. Qt's own texts lie here, because its packages keep none where we look.
+add_library_licences() {
+    local app=$1 folder=$1/Contents/Resources/Licences prefix each text keg found lacking=
+    cp "$here"/licences/* "$folder"
+    prefix=$(brew --prefix)
+    for each in "$app/Contents/Frameworks"/*; do
+        case ${each##*/} in Qt*.framework | '*') continue ;; esac
+        keg=
+        for text in "$prefix"/opt/*/lib/"${each##*/}"; do
+            # The same package may be there by several names: what they stand for is .../Cellar/NAME/VERSION.
+            if [[ -e $text ]]; then
+                keg=$(cd -P "${text%/lib/*}" && pwd)
+                break
+            fi
+        done
+        found=
+        for text in "$keg"/LICEN[CS]E* "$keg"/COPYING* "$keg"/COPYRIGHT* "$keg"/NOTICE*; do
+            [[ -n $keg && -e $text ]] || continue
+            found=$(basename "$(dirname "$keg")")
+            mkdir -p "$folder/$found"
+            cp -R "$text" "$folder/$found"
+        done
+        [[ -n $found ]] || lacking="$lacking ${each##*/}"
+    done
+    [[ -z $lacking ]] || say "no licence was found for$lacking: put it into $folder before you give the bundle away"
 }
 
 has_identity() {
-    [[ $identity == - ]] || security find-identity -p codesigning | grep -qF "\"$identity\""
+    [[ $identity == - ]] || security find-identity -p codesigning | grep -F "\"$identity\"" >/dev/null
 }
 
 # From the inside out: a signature covers what it finds.
 sign() {
-    local app=$1 each
-    has_identity || stop "there is no identity '$identity': run bundle.sh identity, or set VANTOR_SIGN_IDENTITY"
-    find "$app/Contents/Frameworks" "$app/Contents/PlugIns" \( -name '*.dylib' -o -name '*.framework' \) -prune -print0 |
-        while IFS= read -r -d '' each; do
-            codesign --force --options runtime --sign "$identity" "$each"
-        done
+    local app=$1 folder each
+    for folder in "$app/Contents/Frameworks" "$app/Contents/PlugIns"; do
+        [[ -d $folder ]] || continue
+        find "$folder" \( -name '*.dylib' -o -name '*.framework' \) -prune -print0 |
+            while IFS= read -r -d '' each; do
+                codesign --force --options runtime --sign "$identity" "$each"
+            done
+    done
     codesign --force --options runtime --entitlements "$here/Vantor.entitlements" --sign "$identity" "$app"
     codesign --verify --strict --deep "$app"
+}
+
+whole() {
+    local app=$1
+    has_identity || stop "there is no identity '$identity': run bundle.sh identity, or set VANTOR_SIGN_IDENTITY"
+    lay_out "$app"
+    add_icon "$app"
+    # Where it signs by itself, our signature replaces its own.
+    macdeployqt "$app" || stop "macdeployqt failed"
+    add_library_licences "$app"
+    sign "$app"
     say "signed by '$identity'. The first start: Control-click it in the Finder, Open."
+}
+
+# A bundle is fresh that was signed whole, by this identity, after all that it is made of was written.
+fresh() {
+    local seal=$1 each
+    [[ -f $seal && $(cat "$seal") == "$identity" ]] || return 1
+    for each in "$program" "$here"/* "$top"/packaging/icons/*.svg "$top"/packaging/licences/* "$top/CMakeLists.txt" \
+        "$top/resources/images/vantor.svg" "$top/resources/catalogue/NOTICE.md"; do
+        if [[ $each -nt $seal ]]; then return 1; fi
+    done
+}
+
+local_bundle() {
+    local app=$1 seal=$1.signed
+    if ! has_identity; then
+        [[ -z ${VANTOR_SIGN_IDENTITY:-} ]] || stop "there is no identity '$identity'"
+        identity=-
+    fi
+    if fresh "$seal"; then return; fi
+    rm -f "$seal"
+    lay_out "$app"
+    add_icon "$app"
+    sign "$app"
+    if [[ $identity == - ]]; then
+        say "what you allow Vantor now will not last beyond this build; packaging/macos/bundle.sh identity makes it last"
+    fi
+    echo "$identity" >"$seal"
 }
 
 # A certificate for signing code, signed by itself, in the login keychain; codesign may use it without asking.
 make_identity() {
-    local work password
-    has_identity && { say "there is an identity '$identity' already"; return; }
+    local password
+    if has_identity; then
+        say "there is an identity '$identity' already"
+        return
+    fi
+    # Not a local name: the trap needs it when the function is over.
     work=$(mktemp -d)
     trap 'rm -rf "$work"' EXIT
     password=$(/usr/bin/openssl rand -hex 16)
@@ -129,28 +203,29 @@ on_mac() { [[ $(uname -s) == Darwin ]] || stop "'$1' needs macOS"; }
 
 command=all
 case ${1:-} in
-    identity | lay-out | all)
+    identity | lay-out | local | all)
         command=$1
         shift
         ;;
 esac
+[[ $command == lay-out ]] || on_mac "$command"
 if [[ $command == identity ]]; then
-    on_mac identity
     make_identity
     exit
 fi
-(($# >= 1 && $# <= 2)) || stop "usage: bundle.sh [identity | lay-out | all] BUILD_FOLDER [OUTPUT_FOLDER]"
+(($# >= 1 && $# <= 2)) || stop "usage: bundle.sh [identity | lay-out | local | all] BUILD_FOLDER [OUTPUT_FOLDER]"
+find_program "$1"
+need rsvg-convert "brew install librsvg"
+if [[ $command != lay-out ]]; then need iconutil "xcode-select --install"; fi
+if [[ $command == all ]]; then need macdeployqt "brew install qt"; fi
 output=${2:-$1}
+# Apart from the whole bundle, which lies in the build folder itself.
+if [[ $command == local ]]; then output=${2:-$1/local}; fi
 mkdir -p "$output"
 app=$(cd "$output" && pwd)/Vantor.app
-if [[ $command == all ]]; then
-    on_mac all
-    need macdeployqt "brew install qt"
-    need iconutil "xcode-select --install"
-fi
-lay_out "$1" "$app"
-if [[ $command == all ]]; then
-    add_frameworks "$app"
-    sign "$app"
-fi
-say "made $app"
+case $command in
+    lay-out) lay_out "$app" ;;
+    local) local_bundle "$app" ;;
+    all) whole "$app" ;;
+esac
+if [[ $command != local ]]; then say "made $app"; fi

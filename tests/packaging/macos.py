@@ -1,0 +1,308 @@
+#!/usr/bin/env python3
+"""Walks the scripts for macOS on Linux: a copy of them, with stand-ins for a Mac's programs that write down how they were
+called. Shows what is laid out, called and said; not that a Mac's own programs take it. Prints "N passed, M failed" as its
+last line."""
+
+import os
+import plistlib
+import re
+import shutil
+import struct
+import subprocess
+import sys
+import tempfile
+from pathlib import Path
+
+TOP = Path(__file__).resolve().parents[2]
+sys.dont_write_bytecode = True
+sys.path.insert(0, str(TOP / "demo"))
+import desk  # noqa: E402
+
+IDENTITY = "Vantor Self-Signed"
+VERSION = re.search(r"^project\(vantor VERSION ([0-9.]+)", (TOP / "CMakeLists.txt").read_text(), re.M)[1]
+FOR_BUILDING = "cmake ninja ccache python qt librsvg googletest font-eb-garamond font-lato".split()
+LINUX_PARTS = "macos|fuzz|desktop|package|tidy"
+# What a Mac's bash 3.2 cannot do, and what GNU's tools know and a Mac's do not.
+LATER_BASH = r"(declare|local|typeset) -[Ang]|mapfile|readarray|\$\{\w+(\[[@*]\])?(@\w|,,?|\^\^?)|&>>|\|&|coproc|\[\[ -v "
+GNU_ONLY = {"sed": "-r|-i|--.*", "xargs": "-r|-d|--.*", "grep": "-[A-Za-z]*P.*", "readlink": "-.*", "cp": "--.*|-[tT]",
+            "mktemp": "--.*", "install": "-[DtT]|--.*", "find": "-printf|-regextype", "date": "-d|--.*", "head": "--.*|-n-.*"}
+# Refuses what only GNU's tool would take, and else is the tool. The words of xargs end where its command begins.
+NARROW = """#!/bin/bash
+for each in "$@"; do
+    [[ ${0##*/} == xargs && $each != -* ]] && break
+    [[ $each =~ ^(%s)$ ]] && { echo "${0##*/}: $each is GNU's" >&2; exit 64; }
+done
+exec %s "$@"
+"""
+STANDIN = r"""#!/bin/bash
+name=${0##*/}
+{ printf '%s' "$name" && printf '\t%s' "$@" && echo; } >>"$RECORD"
+[[ -n $FAILING && "$name $*" =~ $FAILING ]] && exit 7
+program() { mkdir -p "$(dirname "$1")" && { echo '#!/bin/bash'; echo "$2"; } >"$1" && chmod +x "$1"; }
+case $name in
+    uname) echo Darwin ;;
+    brew) [[ $1 != --prefix ]] || echo "$BREW" ;;
+    git) echo a.cpp ;;
+    macdeployqt)
+        mkdir -p "$1/Contents/Frameworks/QtCore.framework/Versions/A" "$1/Contents/PlugIns/platforms"
+        touch "$1/Contents/Frameworks/"{QtCore.framework/Versions/A/inner.dylib,libglib.0.dylib,libbare.1.dylib} \
+            "$1/Contents/PlugIns/platforms/libqcocoa.dylib" ;;
+    iconutil) cp -R "${!#}" "$KEEP/" && touch "$4" ;;
+    security)
+        case $1 in
+            find-identity) printf '  1) 0123456789 "%s"\n     1 identities found\n' "$IDENTITIES" ;;
+            import) cp "$2" "$KEEP/identity.p12" && echo "$4" >"$KEEP/password" ;;
+            add-trusted-cert) cp "${!#}" "$KEEP/certificate.pem" ;;
+        esac ;;
+    codesign) find "${!#}" -type f >"$KEEP/covered" ;;
+    cmake) mkdir -p "build/$2" && touch "build/$2/build.ninja" ;;
+    ninja)
+        [[ $3 != -n ]] || { [[ -e $2/done-$4 ]] && echo 'no work to do'; exit 0; }
+        for each in "${@:3}"; do
+            touch "$2/done-$each"
+            if [[ $each == vantor ]]; then program "$2/src/vantor" 'echo "started $*"'
+            else program "$2/tests/$each" 'echo "[  PASSED  ] 3 tests."'; fi
+        done ;;
+esac
+"""
+MAC_PROGRAMS = "uname brew xcode-select macdeployqt iconutil codesign security cmake ninja git clang-format".split()
+
+
+def program(path, text):
+    path.parent.mkdir(parents=True, exist_ok=True)
+    path.write_text(text)
+    path.chmod(0o755)
+
+
+class Mac:
+    """A copy of the scripts in a folder of its own, and a search path on which a Mac's programs stand first."""
+
+    def __init__(self, folder):
+        self.folder = Path(folder)
+        self.tree, self.bin, self.brew, self.keep = (self.folder / name for name in ("tree", "bin", "brew", "keep"))
+        for each in (self.bin, self.brew / "opt", self.keep, self.folder / "tmp", self.tree / "src"):
+            each.mkdir(parents=True)
+        for name in ("packaging", "resources/images", "resources/catalogue", "tests/layers"):
+            shutil.copytree(TOP / name, self.tree / name)
+        for name in ("run", "test", "CMakeLists.txt"):
+            shutil.copy2(TOP / name, self.tree / name)
+        program(self.tree / "tests/oracle/compare.py", "print('2 passed, 0 failed')\n")
+        for name in MAC_PROGRAMS:
+            program(self.bin / name, STANDIN)
+        for name, options in GNU_ONLY.items():
+            program(self.bin / name, NARROW % (options, shutil.which(name)))
+        self.bundle = self.tree / "packaging/macos/bundle.sh"
+        self.built = self.tree / "build/release"
+
+    def call(self, *command, failing="", identities=IDENTITY, without=None, **more):
+        """What a script gave, with the calls of the stand-ins in their order."""
+        record = self.folder / "record"
+        record.write_text("")
+        away = self.folder / "away"
+        if without:
+            (self.bin / without).rename(away)
+        environment = {"PATH": f"{self.bin}:/usr/bin:/bin", "HOME": str(self.folder), "TMPDIR": str(self.folder / "tmp"),
+                       "RECORD": str(record), "FAILING": failing, "IDENTITIES": identities, "KEEP": str(self.keep),
+                       "BREW": str(self.brew), **more}
+        result = subprocess.run([str(word) for word in command], capture_output=True, text=True, timeout=60, env=environment)
+        if without:
+            away.rename(self.bin / without)
+        calls = [line.split("\t") for line in record.read_text().splitlines()]
+        result.of = lambda *names: [call for call in calls if call[0] in names]
+        result.said = result.stderr.strip().split("\n")
+        return result
+
+    def install(self, *names):
+        for name in names:
+            (self.brew / "opt" / name).mkdir(exist_ok=True)
+
+
+def same(report, text, found, expected):
+    report.check(found == expected, text, found)
+
+
+def stops(report, text, result, status, line):
+    report.check(result.returncode == status and len(result.said) == 1 and line in result.said[0], text,
+                 (result.returncode, result.said))
+
+
+def sizes(folder):
+    return {path.name: struct.unpack(">II", path.read_bytes()[16:24]) for path in folder.glob("*.png")}
+
+
+def scripts(report, _):
+    files = [file for file in (*TOP.glob("*"), *TOP.glob(".ci/*"), *TOP.glob("demo/*"), *TOP.glob("packaging/**/*.sh"))
+             if file.is_file() and re.match(rb"#!.*bash", file.read_bytes()[:40])]
+    parsed = [subprocess.run(["bash", "-n", file], capture_output=True, text=True).stderr for file in files]
+    report.check(len(files) >= 8 and not any(parsed), "every script is parsed", parsed)
+    shellcheck = subprocess.run(["shellcheck", "-S", "warning", *files], capture_output=True, text=True)
+    same(report, "shellcheck warns of nothing", (shellcheck.returncode, shellcheck.stdout), (0, ""))
+    on_a_mac = {name: (TOP / name).read_text() for name in ("run", "packaging/build.sh", "packaging/macos/bundle.sh")}
+    on_a_mac["packaging/setup.sh"] = (TOP / "packaging/setup.sh").read_text().split("\nfi\n")[0]
+    on_a_mac["test"] = re.sub(rf"^part_({LINUX_PARTS})\(.*?^}}", "", (TOP / "test").read_text(), flags=re.M | re.S)
+    later = {name: found[0] for name, text in on_a_mac.items() if (found := re.search(LATER_BASH, text))}
+    same(report, "what a Mac runs keeps to bash 3.2", later, {})
+
+
+def layout(report, mac):
+    program(mac.built / "src/vantor", "")
+    output = mac.folder / "lay out"
+    made = mac.call(mac.bundle, "lay-out", mac.built, output)
+    report.check(made.returncode == 0 and not made.of("codesign", "security", "macdeployqt"), "it asks for no Mac", made.stderr)
+    contents = output / "Vantor.app/Contents"
+    resources = contents / "Resources"
+    plist = plistlib.loads((contents / "Info.plist").read_bytes())
+    told = [plist[key] for key in ("CFBundleIdentifier", "CFBundlePackageType", "CFBundleVersion",
+                                   "CFBundleShortVersionString", "CFBundleIconFile", "LSUIElement")]
+    same(report, "the list names the program, an accessory", told, ["orvendel.Vantor", "APPL", VERSION, VERSION, "Vantor", True])
+    usage = {key for key, text in plist.items() if key.endswith("UsageDescription") and len(text) > 40}
+    same(report, "it has both usage texts", usage, {"NSAccessibilityUsageDescription", "NSInputMonitoringUsageDescription"})
+    report.check(os.access(contents / "MacOS" / plist["CFBundleExecutable"], os.X_OK)
+                 and (resources / plist["ATSApplicationFontsPath"]).is_dir(), "program and fonts lie where it says")
+    same(report, "the status bar has its images", sizes(resources), {"vantor.png": (18, 18), "vantor@2x.png": (36, 36)})
+    icons = {f"icon_{size}x{size}{end}.png": (size * scale,) * 2
+             for size in (16, 32, 128, 256, 512) for end, scale in (("", 1), ("@2x", 2))}
+    same(report, "the icon has its ten sizes", sizes(output / "Vantor.iconset"), icons)
+    texts = {path.name for path in (resources / "Licences").iterdir()}
+    same(report, "the licences are there", texts, {"copyright", "GFDL-1.3.txt", "NOTICE.md"})
+    rights = plistlib.loads((TOP / "packaging/macos/Vantor.entitlements").read_bytes())
+    same(report, "there is one entitlement", rights, {"com.apple.security.cs.disable-library-validation": True})
+    nothing = mac.call(mac.bundle, "lay-out", mac.folder / "nothing")
+    stops(report, "without a program it stops", nothing, 1, "build it first")
+
+
+def signing(report, mac):
+    program(mac.built / "src/vantor", "")
+    for name in ("COPYING", "lib/libglib.0.dylib"):
+        program(mac.brew / "Cellar/glib/2.0" / name, "")
+    (mac.brew / "opt/glib").symlink_to("../Cellar/glib/2.0")
+    app = mac.built / "Vantor.app"
+    made = mac.call(mac.bundle, mac.built)
+    *inner, outer, verified = made.of("codesign")
+    common = ["codesign", "--force", "--options", "runtime"]
+    libraries = ("Frameworks/QtCore.framework", "Frameworks/libglib.0.dylib", "Frameworks/libbare.1.dylib",
+                 "PlugIns/platforms/libqcocoa.dylib")
+    same(report, "each library is signed once, hardened", sorted(inner),
+         sorted([*common, "--sign", IDENTITY, str(app / "Contents" / name)] for name in libraries))
+    rights = str(mac.tree / "packaging/macos/Vantor.entitlements")
+    same(report, "then the bundle, with its right", outer, [*common, "--entitlements", rights, "--sign", IDENTITY, str(app)])
+    same(report, "it is verified last", verified, ["codesign", "--verify", "--strict", "--deep", str(app)])
+    covered = set((mac.keep / "covered").read_text().split("\n")) - {""}
+    same(report, "nothing is added after that", {str(path) for path in app.rglob("*") if path.is_file()} - covered, set())
+    report.check(len(sizes(mac.keep / "Vantor.iconset")) == 10 and (app / "Contents/Resources/Vantor.icns").exists()
+                 and not (mac.built / "Vantor.iconset").exists(), "the icon is made of the set")
+    texts = {str(path.relative_to(app / "Contents/Resources/Licences")) for path in app.rglob("Licences/**/*")}
+    report.check({"LGPL-3.0.txt", "GPL-3.0.txt", "Libraries.txt", "glib/COPYING"} <= texts, "libraries' licences are there", texts)
+    told = [line.split(": put")[0] for line in made.said if "no licence" in line]
+    same(report, "a library that has none is named", told, ["bundle: no licence was found for libbare.1.dylib"])
+    ad_hoc = mac.call(mac.bundle, mac.built, VANTOR_SIGN_IDENTITY="-")
+    signers = {call[call.index("--sign") + 1] for call in ad_hoc.of("codesign")[:-1]}
+    same(report, "an ad-hoc signature asks for no identity", (signers, ad_hoc.of("security")), ({"-"}, []))
+    bare = mac.call(mac.bundle, mac.built, identities="Somebody Else")
+    stops(report, "without the identity it stops", bare, 1, f"no identity '{IDENTITY}'")
+    same(report, "before anything is signed", bare.of("codesign", "macdeployqt"), [])
+    for failing, most in (("macdeployqt", 0), ("codesign.*libglib", 4), ("codesign.*entitlements", 5), ("codesign --verify", 6)):
+        broken = mac.call(mac.bundle, mac.built, failing=failing)
+        claims = re.search("made|signed by", broken.stderr)
+        report.check(broken.returncode != 0 and len(broken.of("codesign")) <= most and not claims,
+                     f"a failing {failing} stops it", (broken.returncode, broken.stderr))
+    stops(report, "a lacking program is named", mac.call(mac.bundle, mac.built, without="macdeployqt"), 1, "brew install qt")
+
+
+def identity(report, mac):
+    made = mac.call(mac.bundle, "identity", identities="Somebody Else")
+    _, imported, trusted = made.of("security")
+    same(report, "the identity is imported for codesign and trusted for code", (imported[1], imported[-2:], trusted[1:4]),
+         ("import", ["-T", "/usr/bin/codesign"], ["add-trusted-cert", "-p", "codeSign"]))
+    shown = subprocess.run(["openssl", "x509", "-in", mac.keep / "certificate.pem", "-noout", "-subject", "-ext",
+                            "keyUsage,extendedKeyUsage,basicConstraints"], capture_output=True, text=True).stdout
+    report.check(all(text in shown for text in (f"CN = {IDENTITY}", "Code Signing", "Digital Signature", "CA:FALSE")),
+                 "its certificate is for signing code", shown)
+    opened = subprocess.run(["openssl", "pkcs12", "-in", mac.keep / "identity.p12", "-passin", f"file:{mac.keep}/password",
+                             "-nodes"], capture_output=True, text=True)
+    report.check("PRIVATE KEY" in opened.stdout and f"Name: {IDENTITY}" in opened.stdout, "the key is with it", opened.stderr)
+    refused = mac.call(mac.bundle, "identity", identities="", failing="security import")
+    report.check(refused.returncode != 0 and "made" not in refused.stderr, "a keychain that refuses stops it", refused.stderr)
+    same(report, "no key is left behind", list((mac.folder / "tmp").iterdir()), [])
+    again = mac.call(mac.bundle, "identity")
+    same(report, "one that is there is kept", (again.returncode, len(again.of("security"))), (0, 1))
+
+
+def setting_up(report, mac):
+    setup = mac.tree / "packaging/setup.sh"
+    mac.install("cmake", "qt", "python")
+    (mac.brew / "Caskroom/font-lato").mkdir(parents=True)
+    wanted = "ninja ccache librsvg googletest font-eb-garamond clang-format".split()
+    asked = mac.call(setup, "build", "checks")
+    same(report, "it installs what is missing", asked.of("brew")[1:], [["brew", "install", "--quiet", *wanted]])
+    refused = mac.call(setup, "build", failing="brew install")
+    same(report, "and stops where that fails", (refused.returncode, refused.said[-1]), (1, "setup: the installation failed"))
+    mac.install(*wanted)
+    complete = mac.call(setup, "build", "checks")
+    same(report, "or asks for nothing", (complete.returncode, complete.stderr, len(complete.of("brew"))), (0, "", 1))
+    stops(report, "it names a lacking compiler", mac.call(setup, "build", failing="xcode-select"), 1, "xcode-select --install")
+    stops(report, "it names a lacking Homebrew", mac.call(setup, "build", without="brew"), 1, "https://brew.sh")
+    stops(report, "and a set that is none", mac.call(setup, "everything"), 2, "unknown set 'everything'")
+    stops(report, "or is for Linux", mac.call(setup, "build", "desktop"), 1, "needs Linux")
+
+
+def starting(report, mac):
+    mac.install(*FOR_BUILDING)
+    app = mac.built / "local/Vantor.app"
+
+    def start(*words, **more):
+        result = mac.call(mac.tree / "run", *words, **more)
+        result.signers = [call[-2] for call in result.of("codesign") if call[-3] == "--sign"]
+        return result
+
+    first = start("--set", "a b", identities="Somebody Else")
+    calls = [call[0] for call in first.of("cmake", "ninja", "iconutil", "codesign", "macdeployqt")]
+    same(report, "it builds, makes a bundle, signs it and starts it", (first.stdout, calls),
+         ("started --set a b\n", ["cmake", "ninja", "ninja", "iconutil", "codesign", "codesign"]))
+    told = [line for line in first.said if "will not last" in line and "bundle.sh identity" in line]
+    same(report, "ad hoc without an identity, and says what that means", (first.signers, len(told)), (["-"], 1))
+    quick = start(identities="Somebody Else")
+    same(report, "the second start is quick", (quick.stdout, quick.signers, quick.stderr), ("started \n", [], ""))
+    start(failing="codesign --verify")
+    same(report, "what was not finished is made again", start(identities="Somebody Else").signers, ["-"])
+    same(report, "an identity made since is taken, and stays", (start().signers, start().signers), ([IDENTITY], []))
+    for changed in (mac.built / "src/vantor", mac.tree / "packaging/macos/Info.plist.in"):
+        seal = app.with_name("Vantor.app.signed").stat().st_mtime
+        os.utime(changed, (seal, seal + 60))
+        broken = start(failing="codesign --verify")
+        report.check(broken.returncode != 0 and not broken.stdout, f"with a new {changed.name}, none that is not verified starts")
+        same(report, "and the next start signs again", start().signers, [IDENTITY])
+        os.utime(changed, (seal, seal - 60))
+    stops(report, "an identity that was asked for is needed", start(VANTOR_SIGN_IDENTITY="Lost"), 1, "no identity 'Lost'")
+    stops(report, "the tour needs Linux", start("--demo"), 1, "needs Linux")
+
+
+def testing(report, mac):
+    mac.install(*FOR_BUILDING[1:])
+    tested = mac.call(mac.tree / "test")
+    same(report, "./test sets up its parts", tested.of("brew")[-1][2:], ["--quiet", "cmake", "clang-format"])
+    # One each of layers and format, three tests in each of three programs, two cases of the oracle's stand-in.
+    same(report, "and runs", (tested.returncode, tested.stdout), (0, "13 passed, 0 failed\n"))
+    parts = [line.split()[1] for line in tested.said if line.startswith("test: ")]
+    same(report, "what a Mac can", parts, ["layers", "format", "unit", "threaded", "oracle"])
+    built = [(Path(call[2]).name, *call[3:]) for call in tested.of("ninja") if "-n" not in call]
+    same(report, "with what it needs", built,
+         [("sanitize", "unit_tests", "views_tests"), ("thread", "threaded_tests"), ("release", "vantor")])
+    same(report, "and over all sources", tested.of("clang-format"), [["clang-format", "--dry-run", "--Werror", "a.cpp"]])
+    stops(report, "a part that needs Linux is named", mac.call(mac.tree / "test", "desktop"), 2, "no part 'desktop'")
+
+
+def main():
+    report = desk.Report()
+    for part in (scripts, layout, signing, identity, setting_up, starting, testing):
+        with tempfile.TemporaryDirectory(prefix="vantor-macos.") as folder:
+            try:
+                part(report, Mac(folder))
+            except (OSError, LookupError, ValueError, struct.error, subprocess.SubprocessError) as fault:
+                report.check(False, part.__name__, repr(fault))
+    print(f"{report.passed} passed, {report.failed} failed")
+    return 1 if report.failed else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
