@@ -11,6 +11,7 @@
 #include "Backend.h"
 #include "data/SessionQueue.h"
 #include "platform/macos/AccessoryApplication.h"
+#include "platform/macos/EditMenu.h"
 #include "platform/macos/EventKeyboardLayout.h"
 #include "platform/macos/EventMonitors.h"
 #include "platform/macos/FontFiles.h"
@@ -72,6 +73,7 @@ public:
     MacBackend(MainThread& mainThread, Scheduler& scheduler)
         : keychain_(keychainQueue_, mainThread), permissions_(scheduler) {
         becomeAccessoryApplication();
+        addEditMenu();
         using Kind = Permissions::Kind;
         const auto complete = [this] {
             return permissions_.granted(Kind::hearKeys) && permissions_.granted(Kind::pressKeys);

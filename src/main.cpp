@@ -202,8 +202,10 @@ int start(int& argumentCount, char** arguments, const Surroundings& surroundings
         return SingleInstance::Answer{std::move(answer.line), std::move(answer.afterwards)};
     });
     delegate = &appDelegate;
-    // Nothing is saved at the end, and the session queue may still be at work on what would be torn down here.
-    _exit(QApplication::exec());
+    const int status = QApplication::exec();
+    (void)system->keychain().finish(lastWords);
+    // Nothing else is saved at the end, and the session queue may still be at work on what would be torn down here.
+    _exit(status);
 }
 
 // What needs no windows. Nothing: the program is to start.

@@ -92,6 +92,7 @@ NSString* const NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification =
 @end
 
 @implementation NSApplication
+@synthesize mainMenu = mainMenu_;
 + (NSApplication*)sharedApplication {
     static NSApplication* const one = [[NSApplication alloc] init];
     return one;

@@ -23,8 +23,8 @@ int madeEvents();
 // A key of the hardware, to another application or to a window of ours. For the latter, whether it was passed on.
 void pressElsewhere(CGEventType type, CGKeyCode keyCode, CGEventFlags flags);
 bool pressHere(CGEventType type, CGKeyCode keyCode, CGEventFlags flags);
-// An event that was posted, on its way back to the monitors.
-void hear(CGEventRef posted);
+// An event that was posted, on its way back to the monitors; whether it was passed on to a window of ours.
+bool hear(CGEventRef posted);
 CGEventRef lastPosted();
 
 }  // namespace macdouble

@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "ServiceCalls.h"
+#include "platform/Keys.h"
 
 // A bare object: the system's events are plain structures to their users, and are counted like objects.
 @interface DoubleCGEvent : NSObject {
@@ -36,6 +37,9 @@ struct Keyboard {
     CGEventRef posted = nullptr;
 };
 
+constexpr CGKeyCode firstModifierKey = 54;  // the right Command key
+constexpr CGKeyCode lastModifierKey = 63;   // Function
+
 Keyboard& keyboard() {
     static Keyboard one;
     return one;
@@ -60,9 +64,10 @@ CGEventRef hardwareEvent(CGEventType type, CGKeyCode keyCode, CGEventFlags flags
     return (CGEventRef)event;
 }
 
-// Whether a window would still get it.
+// Whether a window would still get it, and as it is.
 bool deliver(CGEventRef event, bool global) {
-    NSEvent* shown = [NSEvent eventWithCGEvent:event];
+    NSEvent* const sent = [NSEvent eventWithCGEvent:event];
+    NSEvent* shown = sent;
     const auto monitors = keyboard().monitors;  // one may remove itself
     for (const Monitor& each : monitors) {
         if (each.global != global || (each.mask >> of(event)->type & 1) == 0) continue;
@@ -74,7 +79,14 @@ bool deliver(CGEventRef event, bool global) {
         Block_release(handler);
         if (!shown) return false;
     }
-    return true;
+    return shown == sent;
+}
+
+NSString* charactersOf(CGEventRef event, CGEventFlags flags) {
+    if (of(event)->type == kCGEventFlagsChanged)
+        [NSException raise:NSInternalInconsistencyException format:@"characters of a modifier key"];
+    if (!keyboard().layout) return nil;
+    return [NSString stringWithUTF8String:keyboard().layout(of(event)->keyCode, flags).c_str()];
 }
 
 id addMonitor(bool global, NSEventMask mask, id handler) {
@@ -138,13 +150,12 @@ id addMonitor(bool global, NSEventMask mask, id handler) {
     return event_;
 }
 - (NSString*)characters {
-    return [self charactersByApplyingModifiers:of(event_)->flags];
+    return charactersOf(event_, of(event_)->flags);
 }
 - (NSString*)charactersByApplyingModifiers:(NSEventModifierFlags)modifiers {
-    if (of(event_)->type == kCGEventFlagsChanged)
-        [NSException raise:NSInternalInconsistencyException format:@"characters of a modifier key"];
-    if (!keyboard().layout) return nil;
-    return [NSString stringWithUTF8String:keyboard().layout(of(event_)->keyCode, modifiers).c_str()];
+    // Flags that are no modifiers are none here: by this the test tells the two questions apart.
+    if (modifiers & vantor::modifier::nonCoalesced) return @"";
+    return charactersOf(event_, modifiers);
 }
 @end
 
@@ -154,7 +165,9 @@ CGEventRef CGEventCreateKeyboardEvent(CGEventSourceRef source, CGKeyCode virtual
     ++keyboard().made;
     DoubleCGEvent* const event = [[DoubleCGEvent alloc] init];
     event->keyCode = virtualKey;
-    event->type = keyDown ? kCGEventKeyDown : kCGEventKeyUp;
+    // The system makes another kind of event for its modifier keys.
+    const bool isModifier = virtualKey >= firstModifierKey && virtualKey <= lastModifierKey;
+    event->type = isModifier ? kCGEventFlagsChanged : keyDown ? kCGEventKeyDown : kCGEventKeyUp;
     return (CGEventRef)event;
 }
 void CGEventSetType(CGEventRef event, CGEventType type) { of(event)->type = type; }
@@ -184,9 +197,9 @@ void pressElsewhere(CGEventType type, CGKeyCode keyCode, CGEventFlags flags) {
 bool pressHere(CGEventType type, CGKeyCode keyCode, CGEventFlags flags) {
     return deliver(hardwareEvent(type, keyCode, flags), false);
 }
-void hear(CGEventRef posted) {
+bool hear(CGEventRef posted) {
     deliver(posted, true);
-    deliver(posted, false);
+    return deliver(posted, false);
 }
 CGEventRef lastPosted() { return keyboard().posted; }
 

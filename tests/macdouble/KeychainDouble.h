@@ -14,6 +14,7 @@ struct KeychainDouble {
     struct Question {
         std::string call;
         NSDictionary* dictionary;  // a copy, which the double keeps
+        const void* asked;         // the dictionary itself, to be compared only
     };
 
     std::vector<Question> questions;

@@ -14,7 +14,7 @@ namespace macdouble {
 namespace {
 
 void keep(const char* call, CFDictionaryRef dictionary) {
-    keychainDouble().questions.push_back({call, [(NSDictionary*)dictionary copy]});
+    keychainDouble().questions.push_back({call, [(NSDictionary*)dictionary copy], dictionary});
 }
 
 bool matches(NSDictionary* item, NSDictionary* query) {

@@ -68,6 +68,8 @@ TEST_F(KeychainTest, ReadsWithTheItemsTwoAttributesAndNothingElse) {
     };
     EXPECT_TRUE([keychainDouble().questions[0].dictionary isEqual:expected])
         << [[keychainDouble().questions[0].dictionary description] UTF8String];
+    // A number of the same value is equal, and no boolean.
+    EXPECT_EQ([keychainDouble().questions[0].dictionary objectForKey:(id)kSecReturnData], (id)kCFBooleanTrue);
 }
 
 TEST_F(KeychainTest, RemovesWithTheVeryDictionaryThatItThenAdds) {
@@ -78,6 +80,7 @@ TEST_F(KeychainTest, RemovesWithTheVeryDictionaryThatItThenAdds) {
         (id)kSecAttrAccount : @"orvendel.Vantor.accounts",
         (id)kSecValueData : bytes("{\"a\":\"b\"}"),
     };
+    EXPECT_EQ(keychainDouble().questions[0].asked, keychainDouble().questions[1].asked) << "not a like one";
     for (const auto& question : keychainDouble().questions)
         EXPECT_TRUE([question.dictionary isEqual:expected]) << [[question.dictionary description] UTF8String];
 }

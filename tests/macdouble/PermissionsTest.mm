@@ -85,6 +85,7 @@ TEST_F(PermissionsTest, ExplainsWhatIsMissingAndWhere) {
     EXPECT_THAT(power("raw keys").advice, Not(HasSubstr("Input Monitoring")));
     EXPECT_FALSE(power("posting").present);
     privacyDouble() = {true, kIOHIDAccessTypeDenied};
+    EXPECT_THAT(power("raw keys").advice, HasSubstr("may work in Vantor's own windows only"));
     EXPECT_THAT(power("raw keys").advice, Not(HasSubstr("Accessibility")));
     EXPECT_TRUE(power("posting").present);
     privacyDouble().listening = kIOHIDAccessTypeGranted;

@@ -2,7 +2,7 @@
 // The system's privacy settings as a test switches them.
 
 #include <ApplicationServices/ApplicationServices.h>
-#include <IOKit/hid/IOHIDLib.h>
+#include <IOKit/hidsystem/IOHIDLib.h>
 
 namespace macdouble {
 

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#import <AppKit/NSPasteboard.h>
 #import <Foundation/Foundation.h>
 
 #include <time.h>
@@ -41,6 +42,7 @@ using testing::IsEmpty;
 
 TEST(GeneralPasteboardTest, IsClearedBeforeATextIsPutOnIt) {
     GeneralPasteboard pasteboard;
+    [[NSPasteboard generalPasteboard] clearContents];
     EXPECT_EQ(pasteboard.text(), "");
     serviceCalls().take();
     pasteboard.setText("\n[&BBEBAAA=]\n");

@@ -6,6 +6,8 @@
 
 #include <memory>
 
+#import <AppKit/NSApplication.h>
+#import <AppKit/NSMenuItem.h>
 #import <Foundation/Foundation.h>
 
 #include "Backend.h"
@@ -182,8 +184,24 @@ TEST_F(StartUpTest, AsksTheSystemInItsOrder) {
                             "front watched",
                             "hide",
                             "unhide without activation",
+                            "status item of length -2",
+                            "image scaling 0",
+                            "image vantor",
+                            "menu Vantor",
                         }));
     EXPECT_STREQ([[[menu() itemAtIndex:0] title] UTF8String], "Disable on Guild Wars 2");
+
+    // A page hears of these keys from a menu only; without a target they go to whoever has the keyboard.
+    NSMenu* const bar = [[NSApplication sharedApplication] mainMenu];
+    NSMenu* const edit = [[bar itemAtIndex:[bar numberOfItems] - 1] submenu];
+    Calls keys;
+    for (NSInteger at = 0; at < [edit numberOfItems]; ++at) {
+        NSMenuItem* const item = [edit itemAtIndex:at];
+        EXPECT_FALSE([item target]);
+        keys.push_back(std::string([[item keyEquivalent] UTF8String]) + " " +
+                       [NSStringFromSelector([item action]) UTF8String]);
+    }
+    EXPECT_THAT(keys, ElementsAre("x cut:", "c copy:", "v paste:", "a selectAll:"));
 }
 
 TEST_F(StartUpTest, AHotkeyHeardInTheGameOpensTheOverlayAndPressesTheCamerasKey) {
@@ -236,7 +254,11 @@ TEST_F(StartUpTest, ThePasteboardAndALoginAreTypedIntoTheGame) {
     EXPECT_THAT(done(), ElementsAre("quit"));
 }
 
-TEST_F(StartUpTest, HotkeysWorkFromTheMomentThePlayerAllowsThem) {
+TEST_F(StartUpTest, HotkeysWorkFromTheMomentThePlayerAllowsTheLast) {
+    macdouble::privacyDouble() = {false, kIOHIDAccessTypeGranted};
+    launch();
+    EXPECT_EQ(scheduler.waiting(), 1U) << "one is missing";
+    delegate.reset();
     macdouble::privacyDouble() = {};
     launch();
     const auto missing = [this] {

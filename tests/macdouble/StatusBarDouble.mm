@@ -30,6 +30,7 @@ static NSMutableSet* imagesInBundle() {
 - (NSStatusItem*)statusItemWithLength:(CGFloat)length {
     NSStatusItem* const item = [[[NSStatusItem alloc] init] autorelease];
     [item setLength:length];
+    macdouble::serviceCalls().add("status item of length " + std::to_string(static_cast<int>(length)));
     [items_ addObject:item];
     return item;
 }
@@ -41,6 +42,11 @@ static NSMutableSet* imagesInBundle() {
 @implementation NSStatusItem
 @synthesize length = length_;
 @synthesize menu = menu_;
+- (void)setMenu:(NSMenu*)menu {
+    macdouble::serviceCalls().add(std::string("menu ") + [[menu title] UTF8String]);
+    [menu_ autorelease];
+    menu_ = [menu retain];
+}
 @synthesize button = button_;
 - (id)init {
     self = [super init];
@@ -61,6 +67,15 @@ static NSMutableSet* imagesInBundle() {
 @synthesize title = title_;
 @synthesize image = image_;
 @synthesize imageScaling = imageScaling_;
+- (void)setImage:(NSImage*)image {
+    macdouble::serviceCalls().add(image ? std::string("image ") + [[image name] UTF8String] : "no image");
+    [image_ autorelease];
+    image_ = [image retain];
+}
+- (void)setImageScaling:(NSImageScaling)imageScaling {
+    macdouble::serviceCalls().add("image scaling " + std::to_string(imageScaling));
+    imageScaling_ = imageScaling;
+}
 - (id)initWithFrame:(NSRect)frame {
     self = [super initWithFrame:frame];
     // Not the value that is asked for.

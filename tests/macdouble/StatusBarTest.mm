@@ -55,6 +55,9 @@ protected:
 };
 
 TEST_F(StatusBarTest, IsOneSquareItemWithItsImageScaledDown) {
+    EXPECT_EQ([macdouble::statusItems() count], 0U) << "before there is a menu";
+    item->setTitle(0, "of no entry");
+    item->setMenu("Vantor", {});
     ASSERT_EQ([macdouble::statusItems() count], 1U);
     EXPECT_EQ([shown() length], -2);
     EXPECT_EQ([[shown() button] imageScaling], 0U);
@@ -64,7 +67,8 @@ TEST_F(StatusBarTest, IsOneSquareItemWithItsImageScaledDown) {
     EXPECT_EQ([macdouble::statusItems() count], 0U);
 
     macdouble::setImageInBundle(@"vantor", false);
-    const StatusBarItem bare;
+    StatusBarItem bare;
+    bare.setMenu("Vantor", {});
     EXPECT_STREQ([[[shown() button] title] UTF8String], "Vantor");
 }
 

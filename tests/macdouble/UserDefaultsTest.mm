@@ -140,13 +140,14 @@ TEST_F(UserDefaultsTest, TakesNoTypeForAnother) {
 
 TEST_F(UserDefaultsTest, KeepsWhatIsWrittenBeyondTheProcess) {
     set("test.bool", true);
-    set("test.double", 2.5);
+    set("test.double", 0.1);
+    EXPECT_EQ(defaults->get<double>("test.double"), 0.1);
     // What another process would find.
     const auto name = std::string([[[NSProcessInfo processInfo] processName] UTF8String]) + ".plist";
     NSString* const file = [NSString stringWithUTF8String:(settingsFolder() / name).c_str()];
     NSDictionary* const kept = [NSDictionary dictionaryWithContentsOfFile:file];
     EXPECT_TRUE([[kept objectForKey:@"test.bool"] boolValue]) << [file UTF8String];
-    EXPECT_EQ([[kept objectForKey:@"test.double"] doubleValue], 2.5);
+    EXPECT_EQ([[kept objectForKey:@"test.double"] doubleValue], 0.1);
 }
 
 TEST_F(UserDefaultsTest, TellsOfEachChangeOnceOnTheMainThreadWhoeverMadeIt) {

@@ -15,6 +15,9 @@ using macdouble::serviceCalls;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
+// As it writes it with each change of its flags: closable, miniaturizable, resizable and small.
+constexpr NSWindowStyleMask ofToolkit = 30;
+
 class WindowsTest : public testing::Test {
 protected:
     WindowsTest() { (void)serviceCalls().take(); }
@@ -69,22 +72,25 @@ TEST_F(WindowsTest, FramesAreTheSystemsToKeepAndWindowsToOrderIn) {
 
 TEST_F(WindowsTest, WithoutTheSystemsOwnWayAPanelIsNonActivatingAndStaysSo) {
     NSPanel* const panel = [[[DoublePanel alloc] init] autorelease];
-    [panel setStyleMask:NSWindowStyleMaskUtilityWindow];
+    [panel setStyleMask:ofToolkit];
     EXPECT_THAT(callsFor(panel, WindowNature::nonActivating),
                 ElementsAre("background of alpha 0", "collection behaviour 2", "center", "movable by background 1",
                             "hides on deactivation 0"));
-    EXPECT_EQ([panel styleMask], NSUInteger { NSWindowStyleMaskUtilityWindow | NSWindowStyleMaskNonactivatingPanel });
-    [panel setStyleMask:NSWindowStyleMaskUtilityWindow];  // as a toolkit does with its flags
-    EXPECT_EQ([panel styleMask], NSUInteger { NSWindowStyleMaskUtilityWindow | NSWindowStyleMaskNonactivatingPanel });
-
-    // What takes the focus, and what is no panel, keeps its style.
-    NSPanel* const popup = [[[DoublePanel alloc] init] autorelease];
-    (void)callsFor(popup, WindowNature::popup);
-    EXPECT_EQ([popup styleMask], NSUInteger { 0 });
-    NSWindow* const plain = [[[NSWindow alloc] init] autorelease];
-    (void)callsFor(plain, WindowNature::nonActivating);
-    EXPECT_EQ([plain styleMask], NSUInteger { 0 });
+    EXPECT_EQ([panel styleMask], NSUInteger { NSWindowStyleMaskNonactivatingPanel });
+    [panel setStyleMask:ofToolkit];
+    EXPECT_EQ([panel styleMask], NSUInteger { NSWindowStyleMaskNonactivatingPanel });
     EXPECT_THAT(callsFor(nil, WindowNature::overlay), IsEmpty());
+}
+
+TEST_F(WindowsTest, SmallWindowsAreBorderlessWhateverTheToolkitWrites) {
+    for (const auto nature : {WindowNature::floating, WindowNature::nonActivating, WindowNature::popup,
+                              WindowNature::raisedPopup, WindowNature::overlay}) {
+        NSWindow* const its = [[[DoubleWindow alloc] init] autorelease];
+        [its setStyleMask:ofToolkit];
+        (void)callsFor(its, nature);
+        [its setStyleMask:ofToolkit];
+        EXPECT_EQ([its styleMask], nature == WindowNature::overlay ? ofToolkit : NSUInteger { 0 });
+    }
 }
 
 TEST_F(WindowsTest, ScreensCountDownFromTheFirstOnesTop) {

@@ -1,6 +1,6 @@
 #pragma once
-// Makes the toolkit's windows float over a game on macOS. Borderless, buffered, not deferred, above the others, ordered
-// out, and answering the first click they are by the toolkit itself. Main thread.
+// Makes the toolkit's windows float over a game on macOS. Buffered, not deferred, above the others, ordered out, and
+// answering the first click they are by the toolkit itself. Main thread.
 
 #include "platform/OverlayWindows.h"
 

@@ -17,21 +17,21 @@
 - (void)_setPreventsActivation:(BOOL)preventsActivation;
 @end
 
-// Keeps a panel non-activating. The toolkit writes a window's whole style anew with each change of its flags. The class
-// itself observes: it keeps nothing, and it outlives every window.
-@interface VantorNonActivatingStyle : NSObject
+// Keeps a window's style, which is the observation's context. The toolkit writes the whole style anew with each change of
+// a window's flags, and gives even a frameless one edges to be resized by. The class itself observes: it keeps nothing,
+// and it outlives every window.
+@interface VantorKeptStyle : NSObject
 @end
 
-@implementation VantorNonActivatingStyle
+@implementation VantorKeptStyle
 + (void)observeValueForKeyPath:(NSString*)keyPath
                       ofObject:(id)object
                         change:(NSDictionary*)change
                        context:(void*)context {
-    (void)keyPath, (void)change, (void)context;
-    NSPanel* const panel = object;
-    const NSWindowStyleMask style = [panel styleMask];
-    if (!(style & NSWindowStyleMaskNonactivatingPanel))
-        [panel setStyleMask:style | NSWindowStyleMaskNonactivatingPanel];
+    (void)keyPath, (void)change;
+    NSWindow* const window = object;
+    const auto kept = (NSWindowStyleMask)context;
+    if ([window styleMask] != kept) [window setStyleMask:kept];
 }
 @end
 
@@ -72,14 +72,21 @@ void dressSeamless(NSWindow* window) {
     [window setCollectionBehavior:NSWindowCollectionBehaviorMoveToActiveSpace];
 }
 
-void preventActivation(NSWindow* window) {
-    if ([window respondsToSelector:@selector(_setPreventsActivation:)])
+// The window's style where the system has no such call. A panel that becomes non-activating after it was made may be so in
+// name only: nothing better is to be had of a window that the toolkit makes.
+NSWindowStyleMask preventActivation(NSWindow* window) {
+    if ([window respondsToSelector:@selector(_setPreventsActivation:)]) {
         [window _setPreventsActivation:YES];
-    else if ([window isKindOfClass:[NSPanel class]])
-        [window addObserver:(NSObject*)[VantorNonActivatingStyle class]
-                 forKeyPath:NSStringFromSelector(@selector(styleMask))
-                    options:NSKeyValueObservingOptionInitial
-                    context:nullptr];
+        return NSWindowStyleMaskBorderless;
+    }
+    return [window isKindOfClass:[NSPanel class]] ? NSWindowStyleMaskNonactivatingPanel : NSWindowStyleMaskBorderless;
+}
+
+void keepStyle(NSWindow* window, NSWindowStyleMask style) {
+    [window addObserver:(NSObject*)[VantorKeptStyle class]
+             forKeyPath:NSStringFromSelector(@selector(styleMask))
+                options:NSKeyValueObservingOptionInitial
+                context:(void*)style];
 }
 
 }  // namespace
@@ -91,20 +98,22 @@ void NativeOverlayWindows::prepare(NativeWindow native, WindowNature nature) {
         dressMain(window, view);
     else
         dressSeamless(window);
+    NSWindowStyleMask style = NSWindowStyleMaskBorderless;
     if (nature == WindowNature::nonActivating) {
-        preventActivation(window);
+        style = preventActivation(window);
         [window center];
         makeMovableByBackground(window, view);
     }
     if (nature == WindowNature::popup || nature == WindowNature::raisedPopup) [window center];
     if (nature == WindowNature::raisedPopup) [window setLevel:raisedLevel];
+    if (nature != WindowNature::overlay) keepStyle(window, style);
     // The toolkit's tool windows go when their application is not the active one, and here the game is.
     [window setHidesOnDeactivate:NO];
 }
 
 bool NativeOverlayWindows::keepFrame(NativeWindow native, const std::string& name) {
     // Refused where another window has the name already.
-    return [windowOf(native) setFrameAutosaveName:systemText(name) ?: @""];
+    return [windowOf(native) setFrameAutosaveName:textOrEmpty(name)];
 }
 
 void NativeOverlayWindows::orderFront(NativeWindow native) { [windowOf(native) makeKeyAndOrderFront:nil]; }

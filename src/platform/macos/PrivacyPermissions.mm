@@ -2,7 +2,7 @@
 
 #import <ApplicationServices/ApplicationServices.h>
 #import <Foundation/Foundation.h>
-#import <IOKit/hid/IOHIDLib.h>
+#import <IOKit/hidsystem/IOHIDLib.h>
 
 #include <utility>
 

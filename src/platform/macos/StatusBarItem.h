@@ -1,5 +1,5 @@
 #pragma once
-// The item in the system's status bar, with its menu. Main thread, after the application object.
+// The item in the system's status bar, made with its first menu. Main thread, after the application object.
 
 #include <memory>
 
@@ -18,6 +18,8 @@ public:
 
 private:
     struct Item;
+
+    void makeItem();
 
     std::unique_ptr<Item> item_;
 };

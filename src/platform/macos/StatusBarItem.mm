@@ -46,7 +46,7 @@ NSMenu* makeMenu(NSString* title, std::vector<MenuEntry> entries);
 
 NSMenuItem* makeItem(MenuEntry entry) {
     if (entry.kind == MenuEntry::Kind::separator) return [NSMenuItem separatorItem];
-    NSString* const title = systemText(entry.title) ?: @"";
+    NSString* const title = textOrEmpty(entry.title);
     const SEL action = entry.action ? @selector(choose:) : nullptr;
     NSMenuItem* const item = [[[NSMenuItem alloc] initWithTitle:title action:action keyEquivalent:@""] autorelease];
     [item setEnabled:entry.enabled && (entry.action || !entry.submenu.empty())];
@@ -79,27 +79,29 @@ struct StatusBarItem::Item {
     }
 };
 
-StatusBarItem::StatusBarItem() {
-    @autoreleasepool {
-        item_ = std::make_unique<Item>();
-        NSStatusBarButton* const button = [item_->item button];
-        NSImage* const image = [NSImage imageNamed:@"vantor"];
-        [button setImageScaling:NSImageScaleProportionallyDown];
-        [button setImage:image];
-        // Outside the bundle there is no image, and an item without one cannot be seen.
-        if (!image) [button setTitle:@"Vantor"];
-    }
-}
+StatusBarItem::StatusBarItem() = default;
 
 StatusBarItem::~StatusBarItem() = default;
 
+void StatusBarItem::makeItem() {
+    item_ = std::make_unique<Item>();
+    NSStatusBarButton* const button = [item_->item button];
+    NSImage* const image = [NSImage imageNamed:@"vantor"];
+    [button setImageScaling:NSImageScaleProportionallyDown];
+    [button setImage:image];
+    // Outside the bundle there is no image, and an item without one cannot be seen.
+    if (!image) [button setTitle:@"Vantor"];
+}
+
 void StatusBarItem::setMenu(const std::string& title, std::vector<MenuEntry> entries) {
     @autoreleasepool {
-        [item_->item setMenu:makeMenu(systemText(title) ?: @"", std::move(entries))];
+        if (!item_) makeItem();
+        [item_->item setMenu:makeMenu(textOrEmpty(title), std::move(entries))];
     }
 }
 
 void StatusBarItem::setTitle(std::size_t position, const std::string& title) {
+    if (!item_) return;
     @autoreleasepool {
         NSMenu* const menu = [item_->item menu];
         NSString* const text = systemText(title);

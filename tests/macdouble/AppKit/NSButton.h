@@ -19,6 +19,6 @@ typedef enum : NSUInteger {
     NSImageScaling imageScaling_;
 }
 @property(copy) NSString* title;
-@property(retain) NSImage* image;
-@property NSImageScaling imageScaling;
+@property(nonatomic, retain) NSImage* image;
+@property(nonatomic) NSImageScaling imageScaling;
 @end

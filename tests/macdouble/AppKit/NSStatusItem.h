@@ -12,6 +12,6 @@
     CGFloat length_;
 }
 @property CGFloat length;
-@property(retain) NSMenu* menu;
+@property(nonatomic, retain) NSMenu* menu;
 @property(readonly, retain) NSStatusBarButton* button;
 @end
