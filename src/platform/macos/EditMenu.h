@@ -1,6 +1,6 @@
 #pragma once
-// The keys for cutting, copying and pasting in a page. A system's view hears of them from a menu only, and the toolkit makes
-// none. Main thread.
+// The keys for cutting, copying and pasting in a page. A system's view hears of them from a menu only, and the toolkit
+// makes none. Main thread.
 
 namespace vantor {
 
