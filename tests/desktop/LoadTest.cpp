@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <QtCore/QDir>
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QFile>
 #include <QtCore/QJsonDocument>
@@ -22,6 +21,7 @@
 #include <string>
 #include <thread>
 
+#include "WindowManager.h"
 #include "input/ClipboardManager.h"
 #include "platform/fake/FakeKeyMonitors.h"
 #include "platform/linux/XTestKeyPoster.h"
@@ -90,35 +90,6 @@ private:
     std::string text_;
     QProcess process_;
     xcb_window_t window_ = XCB_NONE;
-};
-
-// The window manager of this display, which a test may halt. It goes on when this ends.
-class WindowManager {
-public:
-    WindowManager() {
-        const QByteArray display = "DISPLAY=" + qgetenv("DISPLAY");
-        for (const QString& each : QDir(QStringLiteral("/proc")).entryList(QDir::Dirs)) {
-            QFile name(QStringLiteral("/proc/%1/comm").arg(each));
-            QFile variables(QStringLiteral("/proc/%1/environ").arg(each));
-            if (!name.open(QIODevice::ReadOnly) || name.readAll().trimmed() != "openbox") continue;
-            if (!variables.open(QIODevice::ReadOnly) || !variables.readAll().split('\0').contains(display)) continue;
-            process_ = each.toInt();
-        }
-        EXPECT_GT(process_, 1) << "no window manager on this display";
-    }
-    WindowManager(const WindowManager&) = delete;
-    WindowManager& operator=(const WindowManager&) = delete;
-    ~WindowManager() { resume(); }
-
-    void halt() const {
-        if (process_ > 1) ::kill(process_, SIGSTOP);
-    }
-    void resume() const {
-        if (process_ > 1) ::kill(process_, SIGCONT);
-    }
-
-private:
-    pid_t process_ = 0;
 };
 
 // Lets a test act between two keys.
