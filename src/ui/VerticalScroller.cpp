@@ -71,6 +71,12 @@ VerticalScroller::VerticalScroller(QWidget* parent) : QScrollArea(parent) {
     viewport()->installEventFilter(this);
 }
 
+void VerticalScroller::setContent(QWidget* content) {
+    // Else the toolkit gives it no less than its height where it is at its narrowest.
+    content->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Ignored);
+    setWidget(content);
+}
+
 QSize VerticalScroller::sizeHint() const { return widget() ? widget()->sizeHint() : QScrollArea::sizeHint(); }
 
 void VerticalScroller::resizeEvent(QResizeEvent* event) {

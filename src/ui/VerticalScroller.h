@@ -9,8 +9,8 @@ class VerticalScroller : public QScrollArea {
 public:
     explicit VerticalScroller(QWidget* parent);
 
-    // Adopted; as wide as the place.
-    void setContent(QWidget* content) { setWidget(content); }
+    // Adopted; as wide as the place, and as tall as it needs at that width: by heightForWidth, or a fixed height.
+    void setContent(QWidget* content);
 
     [[nodiscard]] QSize sizeHint() const override;
 

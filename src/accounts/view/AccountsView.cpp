@@ -58,8 +58,6 @@ AccountsView::AccountsView(AccountsCredentials& credentials, Fill fill, QWidget*
     single->setFont(sansFont(footnotePixels));
     column->addWidget(single);
     column->addStretch(1);
-    // As tall as its texts are at the width that they have, not at their narrowest.
-    page->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Ignored);
     scroller->setContent(page);
 
     auto* const whole = new QVBoxLayout(this);

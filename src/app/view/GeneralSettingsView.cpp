@@ -47,8 +47,6 @@ GeneralSettingsView::GeneralSettingsView(const SettingsView::Needs& needs, QWidg
     column_->addStretch(1);
 
     auto* const scroller = new VerticalScroller(this);
-    // As tall as its texts are at the width that they have, not at their narrowest.
-    page_->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Ignored);
     scroller->setContent(page_);
     auto* const whole = new QVBoxLayout(this);
     whole->setContentsMargins({});

@@ -26,8 +26,6 @@ QVBoxLayout* makeColumn(QWidget* page) {
 
 QWidget* scrolled(QWidget* page, QWidget* parent) {
     auto* const scroller = new VerticalScroller(parent);
-    // As tall as its texts are at the width that they have, not at their narrowest.
-    page->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Ignored);
     scroller->setContent(page);
     return scroller;
 }

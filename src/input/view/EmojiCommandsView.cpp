@@ -4,10 +4,10 @@
 #include <utility>
 
 #include "data/SettingKeys.h"
-#include "ui/ControlState.h"
 #include "ui/Fonts.h"
 #include "ui/Images.h"
 #include "ui/Palette.h"
+#include "ui/Pressable.h"
 
 namespace vantor {
 
@@ -19,25 +19,22 @@ constexpr int gap = 2;
 constexpr double corner = 2.5;
 
 // The dark chip under each sign, readable over a bright scene as well.
-void paintChip(QPainter& painter, const QRectF& frame, bool hovered) {
+void paintChip(QPainter& painter, const QRectF& frame, const ControlState& state) {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(palette::withAlpha(Qt::black, 0.7));
     painter.drawRoundedRect(frame, corner, corner);
-    if (!hovered) return;
-    painter.setBrush(palette::withAlpha(palette::gold, 0.16));
+    painter.setBrush(palette::withAlpha(palette::gold, 0.16 * state.glow));
     painter.drawRoundedRect(frame, corner, corner);
 }
 
 QString textOf(std::string_view text) { return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())); }
 
 // A sign in a square of 30 by 30; these windows take no focus, so neither do their buttons.
-class SignButton : public QAbstractButton {
+class SignButton : public Pressable {
 public:
-    explicit SignButton(QWidget* parent) : QAbstractButton(parent) {
-        setAttribute(Qt::WA_Hover);
+    explicit SignButton(QWidget* parent) : Pressable(parent) {
         setFocusPolicy(Qt::NoFocus);
-        setCursor(Qt::PointingHandCursor);
         setFixedSize(side, side);
     }
 
@@ -56,7 +53,7 @@ public:
 protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
-        paintChip(painter, rect(), ControlState::of(*this).hovered);
+        paintChip(painter, rect(), state());
         painter.drawPixmap(rect(), image(QStringLiteral("ink_stain"), {side, side}, devicePixelRatioF()));
         paintSign(painter, sansFont(titleSize), palette::gold);
     }
@@ -73,7 +70,7 @@ public:
 protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
-        paintChip(painter, rect(), ControlState::of(*this).hovered);
+        paintChip(painter, rect(), state());
         paintSign(painter, emojiFont(titleSize), palette::warmWhite);
     }
 };

@@ -1,17 +1,16 @@
 #include "input/view/HotkeyButton.h"
 
 #include <QtGui/QFontMetrics>
-#include <QtGui/QKeyEvent>
 #include <QtGui/QPainter>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QHBoxLayout>
 #include <utility>
 
 #include "input/view/HotkeyText.h"
-#include "ui/ControlState.h"
 #include "ui/Fonts.h"
 #include "ui/GW2ButtonStyle.h"
 #include "ui/Palette.h"
+#include "ui/Pressable.h"
 #include "ui/States.h"
 
 namespace vantor {
@@ -21,13 +20,10 @@ namespace {
 constexpr int ringRoom = 3;
 
 // A stored hotkey as a text on a pale ground, filling the width that there is.
-class HotkeyField final : public QAbstractButton {
+class HotkeyField final : public Pressable {
 public:
     HotkeyField(const Defaults& defaults, std::string_view key, QString name, QWidget* parent)
-        : QAbstractButton(parent), defaults_(defaults), key_(key), name_(std::move(name)) {
-        setAttribute(Qt::WA_Hover);
-        setFocusPolicy(Qt::TabFocus);
-        setCursor(Qt::PointingHandCursor);
+        : Pressable(parent), defaults_(defaults), key_(key), name_(std::move(name)) {
         setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
         follow();
     }
@@ -46,12 +42,12 @@ public:
 protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
-        const ControlState state = ControlState::of(*this);
+        const ControlState state = Pressable::state();
         if (!state.enabled) painter.setOpacity(disabledOpacity);
         const QRect frame =
             rect().adjusted(ringRoom, ringRoom, -ringRoom, -ringRoom).translated(0, state.pressed ? 1 : 0);
         painter.fillRect(frame, palette::withAlpha(Qt::white, 0.1));
-        if (state.hovered) paintHover(painter, frame);
+        paintHover(painter, frame, state.glow);
         painter.setFont(sansFont(14));
         painter.setPen(text().isEmpty() ? palette::sand : palette::gold);
         const QRect room = frame.adjusted(8, 2, -8, -2);
@@ -59,18 +55,6 @@ protected:
                          text().isEmpty() ? QStringLiteral("not set")
                                           : painter.fontMetrics().elidedText(text(), Qt::ElideMiddle, room.width()));
         if (state.focused) paintFocusRing(painter, frame);
-    }
-    void focusInEvent(QFocusEvent* event) override {
-        noteFocus(*this, *event);
-        QAbstractButton::focusInEvent(event);
-    }
-    void focusOutEvent(QFocusEvent* event) override {
-        noteFocus(*this, *event);
-        QAbstractButton::focusOutEvent(event);
-    }
-    void keyPressEvent(QKeyEvent* event) override {
-        if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) return click();
-        QAbstractButton::keyPressEvent(event);
     }
 
 private:

@@ -34,10 +34,11 @@ QSize MsgButton::labelSize() const {
     return {metrics.horizontalAdvance(content_) + 2 * side, metrics.height() + 14};
 }
 
-void MsgButton::paintLabel(QPainter& painter, const QRect& frame, bool hovered) const {
+void MsgButton::paintLabel(QPainter& painter, const QRect& frame, const ControlState& state) const {
     const GW2ButtonStyle style;
-    const ControlState state{.hovered = hovered, .pressed = isDown(), .enabled = isEnabled()};
-    style.paintGround(painter, frame, state);
+    ControlState bare = state;
+    bare.focused = false;
+    style.paintGround(painter, frame, bare);
     painter.setFont(sansFont(fontSize));
     painter.setPen(style.textColour(state));
     painter.drawText(frame, Qt::AlignCenter, content_);

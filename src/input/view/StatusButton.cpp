@@ -1,13 +1,11 @@
 #include "input/view/StatusButton.h"
 
 #include <QtGui/QFontMetrics>
-#include <QtGui/QKeyEvent>
 #include <QtGui/QPainter>
 #include <algorithm>
 #include <cmath>
 #include <utility>
 
-#include "ui/ControlState.h"
 #include "ui/Fonts.h"
 #include "ui/GW2ButtonStyle.h"
 #include "ui/Palette.h"
@@ -24,14 +22,11 @@ constexpr int messageGap = 6;
 }  // namespace
 
 StatusButton::StatusButton(Scheduler& scheduler, std::function<QString()> press, QWidget* parent)
-    : QAbstractButton(parent), message_(scheduler), messageWidth_(this, springs::standard, [this](double) {
+    : Pressable(parent), message_(scheduler), messageWidth_(this, springs::standard, [this](double) {
           updateGeometry();
           if (widthChanged_) widthChanged_();
           update();
       }) {
-    setAttribute(Qt::WA_Hover);
-    setFocusPolicy(Qt::TabFocus);
-    setCursor(Qt::PointingHandCursor);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     message_.onChanged([this] {
         setAccessibleDescription(message_.text().trimmed());
@@ -54,12 +49,12 @@ QSize StatusButton::minimumSizeHint() const { return sizeHint(); }
 
 void StatusButton::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    const ControlState state = ControlState::of(*this);
+    const ControlState state = Pressable::state();
     if (!state.enabled) painter.setOpacity(disabledOpacity);
     const QRect frame = rect().adjusted(ringRoom, ringRoom, -ringRoom, -ringRoom);
     const QSize label = labelSize();
     const QRect labelFrame(frame.left(), frame.top() + (state.pressed ? 1 : 0), label.width(), frame.height());
-    paintLabel(painter, labelFrame, state.hovered);
+    paintLabel(painter, labelFrame, state);
     if (!message_.text().isEmpty()) {
         painter.setFont(sansFont(footnote));
         painter.setPen(palette::gold);
@@ -67,21 +62,6 @@ void StatusButton::paintEvent(QPaintEvent*) {
         painter.drawText(room, Qt::AlignLeft | Qt::AlignVCenter, message_.text());
     }
     if (state.focused) paintFocusRing(painter, labelFrame);
-}
-
-void StatusButton::focusInEvent(QFocusEvent* event) {
-    noteFocus(*this, *event);
-    QAbstractButton::focusInEvent(event);
-}
-
-void StatusButton::focusOutEvent(QFocusEvent* event) {
-    noteFocus(*this, *event);
-    QAbstractButton::focusOutEvent(event);
-}
-
-void StatusButton::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) return click();
-    QAbstractButton::keyPressEvent(event);
 }
 
 }  // namespace vantor

@@ -2,16 +2,16 @@
 // What WaypointButton and MsgButton share: a plain button whose status message unrolls beside its label. Its width
 // follows the text along a spring. Main thread.
 
-#include <QtWidgets/QAbstractButton>
 #include <functional>
 #include <string>
 
 #include "input/StatusMessage.h"
 #include "ui/Motion.h"
+#include "ui/Pressable.h"
 
 namespace vantor {
 
-class StatusButton : public QAbstractButton {
+class StatusButton : public Pressable {
 public:
     [[nodiscard]] const QString& btnText() const { return message_.text(); }
     [[nodiscard]] QSize sizeHint() const override;
@@ -25,12 +25,9 @@ protected:
 
     // Of the label, without the message.
     [[nodiscard]] virtual QSize labelSize() const = 0;
-    virtual void paintLabel(QPainter& painter, const QRect& frame, bool hovered) const = 0;
+    virtual void paintLabel(QPainter& painter, const QRect& frame, const ControlState& state) const = 0;
 
     void paintEvent(QPaintEvent* event) override;
-    void focusInEvent(QFocusEvent* event) override;
-    void focusOutEvent(QFocusEvent* event) override;
-    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     StatusMessage message_;

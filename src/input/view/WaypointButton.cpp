@@ -35,8 +35,8 @@ void WaypointButton::mouseReleaseEvent(QMouseEvent* event) {
 
 QSize WaypointButton::labelSize() const { return {imageSize + 10, imageSize + 10}; }
 
-void WaypointButton::paintLabel(QPainter& painter, const QRect& frame, bool hovered) const {
-    if (hovered) paintHover(painter, frame);
+void WaypointButton::paintLabel(QPainter& painter, const QRect& frame, const ControlState& state) const {
+    paintHover(painter, frame, state.glow);
     painter.drawPixmap(frame.left() + 5, frame.top() + (frame.height() - imageSize) / 2,
                        image(QStringLiteral("waypoint"), {imageSize, imageSize}, devicePixelRatioF()));
 }

@@ -13,7 +13,7 @@ public:
 
 protected:
     [[nodiscard]] QSize labelSize() const override;
-    void paintLabel(QPainter& painter, const QRect& frame, bool hovered) const override;
+    void paintLabel(QPainter& painter, const QRect& frame, const ControlState& state) const override;
     void mouseReleaseEvent(QMouseEvent* event) override;
 
 private:

@@ -83,8 +83,6 @@ TimerSettingsView::TimerSettingsView(Defaults& defaults, std::function<void()> r
 
     for (auto* const slider : page->findChildren<QAbstractSlider*>()) slider->installEventFilter(this);
     auto* const scroller = new VerticalScroller(this);
-    // As tall as its texts are at the width that they have, not at their narrowest.
-    page->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Ignored);
     scroller->setContent(page);
     auto* const whole = new QVBoxLayout(this);
     whole->setContentsMargins({});
