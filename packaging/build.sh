@@ -12,9 +12,10 @@ fail() {
     echo "build: $preset failed, the whole log is $log" >&2
     exit 1
 }
-if [[ ! -f $folder/build.ninja ]]; then
+if [[ ! -f $folder/build.ninja || $top/CMakePresets.json -nt $folder/build.ninja ]]; then
     echo "build: configuring $preset" >&2
     (cd "$top" && cmake --preset "$preset") >"$log" 2>&1 || { rm -f "$folder/build.ninja"; cat "$log" >&2; exit 1; }
+    touch "$folder/build.ninja"
 fi
 if ! ninja -C "$folder" -n "$@" 2>/dev/null | grep -q 'no work to do'; then
     echo "build: building $preset ($*)" >&2
