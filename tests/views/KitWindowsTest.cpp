@@ -203,30 +203,30 @@ TEST_F(KitWindows, EveryPageOfEveryWindowNamesWhatCanBeActedOn) {
     EXPECT_GE(shown().size(), 3U) << "the main window, the icon and the emotes";
 }
 
-TEST_F(KitWindows, TheListsFrameIsKeptByOneSideOnly) {
-    for (const bool bySystem : {false, true}) {
-        natures.keepsFrames = bySystem;
-        natures.calls.clear();
-        launch();
-        ASSERT_GE(natures.calls.size(), 2U) << "it stood before the overlay";
-        EXPECT_EQ(natures.calls.front(), "keep WatchedEvents");
-        EXPECT_EQ(std::ranges::count(natures.calls, "front"), static_cast<int>(natures.calls.size()) - 1);
-        const auto all = QApplication::topLevelWidgets();
-        const auto list = std::ranges::find(all, QStringLiteral("Vantor watched events"), &QWidget::windowTitle);
-        ASSERT_NE(list, all.end());
+class KitWindowsWhoseFrames : public KitWindows, public testing::WithParamInterface<bool> {};
 
-        observer().iconPressed();
-        KitWindow::settle();
-        (*list)->move(100, 120);  // as a player drags it
-        observer().iconPressed();
-        EXPECT_EQ(defaults.get<std::string>("frame.WatchedEvents").has_value(), !bySystem);
-        (*list)->move(300, 200);  // as a system restores it
-        observer().iconPressed();
-        EXPECT_EQ((*list)->pos(), bySystem ? QPoint(300, 200) : QPoint(100, 120));
-        delegate.reset();
-        ASSERT_NE(defaults.removeValue("frame.WatchedEvents"), Defaults::Verdict::failed);
-    }
+TEST_P(KitWindowsWhoseFrames, AreKeptByOneSideOnly) {
+    const bool bySystem = GetParam();
+    natures.keepsFrames = bySystem;
+    launch();
+    ASSERT_GE(natures.calls.size(), 2U) << "it stood before the overlay";
+    EXPECT_EQ(natures.calls.front(), "keep WatchedEvents");
+    EXPECT_EQ(std::ranges::count(natures.calls, "front"), static_cast<int>(natures.calls.size()) - 1);
+    const auto all = QApplication::topLevelWidgets();
+    const auto list = std::ranges::find(all, QStringLiteral("Vantor watched events"), &QWidget::windowTitle);
+    ASSERT_NE(list, all.end());
+
+    observer().iconPressed();
+    KitWindow::settle();
+    (*list)->move(100, 120);  // as a player drags it
+    observer().iconPressed();
+    EXPECT_EQ(defaults.get<std::string>("frame.WatchedEvents").has_value(), !bySystem);
+    (*list)->move(300, 200);  // as a system restores it
+    observer().iconPressed();
+    EXPECT_EQ((*list)->pos(), bySystem ? QPoint(300, 200) : QPoint(100, 120));
 }
+
+INSTANTIATE_TEST_SUITE_P(Keepers, KitWindowsWhoseFrames, testing::Values(false, true));
 
 class KitWindowsAtTextScale : public KitWindows, public testing::WithParamInterface<double> {};
 

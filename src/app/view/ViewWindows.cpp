@@ -84,7 +84,7 @@ std::unique_ptr<AppWindow> ViewWindows::make(AppWindowName name, AppObserver& ap
         return [this, nature](WId window) { needs_.overlayWindows.prepare(static_cast<NativeWindow>(window), nature); };
     };
     Defaults& defaults = appObserver.defaults();
-    const auto remembering = [this, &defaults](std::shared_ptr<const Place> place, ViewWindow::Make makeWindow) {
+    const auto remembering = [this, &defaults](const std::shared_ptr<const Place>& place, ViewWindow::Make makeWindow) {
         return std::make_unique<ViewWindow>(
             needs_.overlayWindows,
             [&defaults, place, makeWindow = std::move(makeWindow)] {
