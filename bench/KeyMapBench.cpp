@@ -9,12 +9,12 @@
 #include <string>
 #include <thread>
 
+#include "fake/FakeKeyMonitors.h"
+#include "fake/FakeWorkspace.h"
 #include "input/ClipboardManager.h"
 #include "input/KeyStrokes.h"
-#include "platform/fake/FakeKeyMonitors.h"
-#include "platform/fake/FakeWorkspace.h"
-#include "platform/linux/XTestKeyPoster.h"
-#include "platform/linux/XkbKeyboardLayout.h"
+#include "platform/linux/keys/XTestKeyPoster.h"
+#include "platform/linux/keys/XkbKeyboardLayout.h"
 
 namespace vantor {
 namespace {

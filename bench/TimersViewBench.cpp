@@ -7,8 +7,8 @@
 #include <QtWidgets/QScrollBar>
 
 #include "data/SettingKeys.h"
-#include "platform/fake/FakeClock.h"
-#include "platform/fake/FakeDefaults.h"
+#include "fake/FakeClock.h"
+#include "fake/FakeDefaults.h"
 #include "timers/view/TimersView.h"
 
 namespace vantor {

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "base/MainThread.h"
+#include "base/Scheduler.h"
 #include "browser/view/WebView.h"
 #include "platform/Clock.h"
 #include "platform/Defaults.h"
@@ -15,11 +17,9 @@
 #include "platform/KeyPoster.h"
 #include "platform/KeyboardLayout.h"
 #include "platform/Keychain.h"
-#include "platform/MainThread.h"
 #include "platform/OverlayWindows.h"
 #include "platform/Pasteboard.h"
 #include "platform/Power.h"
-#include "platform/Scheduler.h"
 #include "platform/Screens.h"
 #include "platform/StatusItem.h"
 #include "platform/WebPage.h"

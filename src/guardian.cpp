@@ -9,7 +9,7 @@
 #include <csignal>
 #include <ctime>
 
-#include "platform/linux/KeyboardUndo.h"
+#include "platform/linux/keys/KeyboardUndo.h"
 
 namespace vantor {
 namespace {

@@ -12,8 +12,8 @@
 #include <optional>
 #include <string>
 
+#include "base/Notice.h"
 #include "platform/Keychain.h"
-#include "platform/Notice.h"
 
 namespace vantor {
 

@@ -8,7 +8,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/MainThread.h"
+#include "base/MainThread.h"
 #include "platform/UrlSession.h"
 
 namespace vantor {

@@ -6,8 +6,8 @@
 #include <string>
 
 #include "app/ApiKeyCheck.h"
+#include "base/Notice.h"
 #include "platform/Defaults.h"
-#include "platform/Notice.h"
 
 namespace vantor {
 

@@ -9,12 +9,12 @@
 
 #include "app/ApiRefusal.h"
 #include "app/TimelineFeed.h"
+#include "base/MainThread.h"
+#include "base/Notice.h"
 #include "data/Catalogue.h"
 #include "data/DataChain.h"
 #include "data/JsonFetchable.h"
 #include "data/WebApi.h"
-#include "platform/MainThread.h"
-#include "platform/Notice.h"
 #include "timers/AchievementNames.h"
 #include "timers/DataState.h"
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/Notice.h"
+#include "base/Notice.h"
 
 namespace vantor {
 

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/Notice.h"
+#include "base/Notice.h"
 #include "platform/WebPage.h"
 
 namespace vantor {

@@ -17,11 +17,11 @@
 #include <utility>
 #include <vector>
 
+#include "base/TaskQueue.h"
 #include "data/Decoder.h"
 #include "data/ResourceUrl.h"
 #include "data/SettingKeys.h"
 #include "platform/Defaults.h"
-#include "platform/TaskQueue.h"
 #include "platform/UrlSession.h"
 
 namespace vantor {

@@ -7,7 +7,7 @@
 #include <mutex>
 #include <thread>
 
-#include "platform/TaskQueue.h"
+#include "base/TaskQueue.h"
 
 namespace vantor {
 

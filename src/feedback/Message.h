@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/MainThread.h"
+#include "base/MainThread.h"
 #include "platform/UrlSession.h"
 
 namespace vantor {

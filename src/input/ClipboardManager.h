@@ -5,12 +5,12 @@
 #include <string>
 #include <vector>
 
+#include "base/Subscription.h"
 #include "input/KeyMap.h"
 #include "platform/Clock.h"
 #include "platform/KeyMonitors.h"
 #include "platform/KeyPoster.h"
 #include "platform/KeyboardLayout.h"
-#include "platform/Subscription.h"
 #include "platform/Workspace.h"
 
 namespace vantor {

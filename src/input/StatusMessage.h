@@ -6,7 +6,7 @@
 #include <functional>
 #include <memory>
 
-#include "platform/Scheduler.h"
+#include "base/Scheduler.h"
 
 namespace vantor {
 

@@ -9,7 +9,7 @@
 #include <variant>
 #include <vector>
 
-#include "platform/Subscription.h"
+#include "base/Subscription.h"
 
 namespace vantor {
 

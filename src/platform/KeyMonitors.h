@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <functional>
 
+#include "base/Subscription.h"
 #include "platform/Keys.h"
-#include "platform/Subscription.h"
 
 namespace vantor {
 

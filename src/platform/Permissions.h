@@ -4,7 +4,7 @@
 
 #include <functional>
 
-#include "platform/Subscription.h"
+#include "base/Subscription.h"
 
 namespace vantor {
 

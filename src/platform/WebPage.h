@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/Subscription.h"
+#include "base/Subscription.h"
 
 namespace vantor {
 

@@ -21,8 +21,8 @@
 
 #include "Player.h"
 #include "input/KeyStrokes.h"
-#include "platform/linux/KeyboardUndo.h"
-#include "platform/linux/XTestKeyPoster.h"
+#include "platform/linux/keys/KeyboardUndo.h"
+#include "platform/linux/keys/XTestKeyPoster.h"
 
 namespace vantor {
 namespace {

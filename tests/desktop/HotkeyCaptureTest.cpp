@@ -16,11 +16,11 @@
 #include "Player.h"
 #include "app/HotkeyDispatcher.h"
 #include "data/SettingKeys.h"
-#include "platform/fake/FakeDefaults.h"
-#include "platform/linux/KeyCodes.h"
-#include "platform/linux/RawKeyMonitors.h"
-#include "platform/linux/XTestKeyPoster.h"
-#include "platform/linux/XcbOverlayWindows.h"
+#include "fake/FakeDefaults.h"
+#include "platform/linux/desktop/XcbOverlayWindows.h"
+#include "platform/linux/keys/KeyCodes.h"
+#include "platform/linux/keys/RawKeyMonitors.h"
+#include "platform/linux/keys/XTestKeyPoster.h"
 
 namespace vantor {
 namespace {

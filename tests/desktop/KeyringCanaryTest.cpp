@@ -21,9 +21,9 @@
 #include "accounts/AccountsCredentials.h"
 #include "app/StatusMenu.h"
 #include "data/SettingKeys.h"
-#include "platform/linux/CoreFiles.h"
-#include "platform/linux/SecretServiceKeychain.h"
-#include "platform/linux/TrayStatusItem.h"
+#include "platform/linux/services/CoreFiles.h"
+#include "platform/linux/services/SecretServiceKeychain.h"
+#include "platform/linux/services/TrayStatusItem.h"
 #include "platform/qt/JsonDefaults.h"
 #include "platform/qt/QtMainThread.h"
 

@@ -13,7 +13,7 @@
 
 #include "StandInSecretService.h"
 #include "accounts/AccountsCredentials.h"
-#include "platform/linux/SecretServiceKeychain.h"
+#include "platform/linux/services/SecretServiceKeychain.h"
 #include "platform/qt/QtMainThread.h"
 
 namespace vantor {

@@ -19,11 +19,11 @@
 #include <vector>
 
 #include "input/KeyStrokes.h"
-#include "platform/linux/Doctor.h"
-#include "platform/linux/KeyCodes.h"
-#include "platform/linux/RawKeyMonitors.h"
-#include "platform/linux/XTestKeyPoster.h"
-#include "platform/linux/XkbKeyboardLayout.h"
+#include "platform/linux/keys/KeyCodes.h"
+#include "platform/linux/keys/RawKeyMonitors.h"
+#include "platform/linux/keys/XTestKeyPoster.h"
+#include "platform/linux/keys/XkbKeyboardLayout.h"
+#include "platform/linux/services/Doctor.h"
 
 namespace vantor {
 namespace {

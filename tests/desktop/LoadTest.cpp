@@ -22,12 +22,12 @@
 #include <thread>
 
 #include "WindowManager.h"
+#include "fake/FakeKeyMonitors.h"
 #include "input/ClipboardManager.h"
-#include "platform/fake/FakeKeyMonitors.h"
-#include "platform/linux/XTestKeyPoster.h"
-#include "platform/linux/XcbOverlayWindows.h"
-#include "platform/linux/XcbWorkspace.h"
-#include "platform/linux/XkbKeyboardLayout.h"
+#include "platform/linux/desktop/XcbOverlayWindows.h"
+#include "platform/linux/desktop/XcbWorkspace.h"
+#include "platform/linux/keys/XTestKeyPoster.h"
+#include "platform/linux/keys/XkbKeyboardLayout.h"
 #include "platform/qt/SystemClock.h"
 
 namespace vantor {

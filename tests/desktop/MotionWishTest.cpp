@@ -1,6 +1,6 @@
 // The wish for less motion, asked of a settings portal on the session bus. Runs in demo/private_desktop.sh.
 
-#include "platform/linux/MotionWish.h"
+#include "platform/linux/services/MotionWish.h"
 
 #include <gmock/gmock.h>
 

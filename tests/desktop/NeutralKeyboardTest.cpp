@@ -13,8 +13,8 @@
 
 #include "Player.h"
 #include "input/KeyStrokes.h"
-#include "platform/linux/RawKeyMonitors.h"
-#include "platform/linux/XTestKeyPoster.h"
+#include "platform/linux/keys/RawKeyMonitors.h"
+#include "platform/linux/keys/XTestKeyPoster.h"
 
 namespace vantor {
 namespace {

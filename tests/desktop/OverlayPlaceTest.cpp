@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "WindowManager.h"
-#include "platform/linux/XcbDesktop.h"
+#include "platform/linux/desktop/XcbDesktop.h"
 #include "ui/OverlayWindow.h"
 
 namespace vantor {

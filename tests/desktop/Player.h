@@ -6,9 +6,9 @@
 #include <cstdint>
 #include <string>
 
-#include "platform/linux/KeyboardWatch.h"
 #include "platform/linux/XConnection.h"
-#include "platform/linux/XkbHandles.h"
+#include "platform/linux/keys/KeyboardWatch.h"
+#include "platform/linux/keys/XkbHandles.h"
 
 namespace vantor {
 

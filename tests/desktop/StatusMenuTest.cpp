@@ -13,9 +13,9 @@
 #include <thread>
 
 #include "StandInStatusBar.h"
-#include "platform/fake/FakeKeychain.h"
-#include "platform/linux/TrayStatusItem.h"
-#include "platform/linux/XcbWorkspace.h"
+#include "fake/FakeKeychain.h"
+#include "platform/linux/desktop/XcbWorkspace.h"
+#include "platform/linux/services/TrayStatusItem.h"
 #include "platform/qt/SingleInstance.h"
 
 namespace vantor {

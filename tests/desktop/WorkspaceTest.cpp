@@ -15,9 +15,9 @@
 #include <algorithm>
 
 #include "app/cli/DoctorCommand.h"
-#include "platform/linux/Doctor.h"
-#include "platform/linux/XcbOverlayWindows.h"
-#include "platform/linux/XcbWorkspace.h"
+#include "platform/linux/desktop/XcbOverlayWindows.h"
+#include "platform/linux/desktop/XcbWorkspace.h"
+#include "platform/linux/services/Doctor.h"
 #include "platform/qt/SingleInstance.h"
 
 namespace vantor {

@@ -15,8 +15,8 @@
 #include "app/cli/Moment.h"
 #include "app/cli/SettingsCommand.h"
 #include "data/Decoder.h"
-#include "platform/fake/FakeClock.h"
-#include "platform/fake/FakeDefaults.h"
+#include "fake/FakeClock.h"
+#include "fake/FakeDefaults.h"
 
 namespace vantor::fuzz {
 namespace {

@@ -11,7 +11,7 @@
 #include "input/KeyStrokes.h"
 #include "input/ReadableKeyText.h"
 #include "platform/KeyClasses.h"
-#include "platform/linux/XkbKeyboardLayout.h"
+#include "platform/linux/keys/XkbKeyboardLayout.h"
 
 namespace vantor::fuzz {
 namespace {

@@ -9,8 +9,8 @@
 #include <thread>
 
 #include "KeychainDouble.h"
-#include "platform/fake/FakeMainThread.h"
-#include "platform/fake/FakeTaskQueue.h"
+#include "fake/FakeMainThread.h"
+#include "fake/FakeTaskQueue.h"
 #include "platform/macos/SecItemKeychain.h"
 
 namespace vantor {

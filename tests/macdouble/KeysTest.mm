@@ -11,7 +11,7 @@
 #include "input/ClipboardManager.h"
 #include "input/HotkeyCapture.h"
 #include "input/ReadableKeyText.h"
-#include "platform/fake/FakeDefaults.h"
+#include "fake/FakeDefaults.h"
 #include "platform/macos/EventKeyboardLayout.h"
 #include "platform/macos/EventMonitors.h"
 #include "platform/macos/HidTapKeyPoster.h"

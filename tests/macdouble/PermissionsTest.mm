@@ -5,7 +5,7 @@
 
 #include "PrivacyDouble.h"
 #include "ServiceCalls.h"
-#include "platform/fake/FakeScheduler.h"
+#include "fake/FakeScheduler.h"
 #include "platform/macos/PrivacyPermissions.h"
 #include "platform/macos/SystemPowers.h"
 

@@ -18,12 +18,12 @@
 #include "ServiceCalls.h"
 #include "StatusBarDouble.h"
 #include "app/AppDelegate.h"
-#include "platform/fake/FakeClock.h"
-#include "platform/fake/FakeDefaults.h"
-#include "platform/fake/FakeMainThread.h"
-#include "platform/fake/FakeScheduler.h"
-#include "platform/fake/FakeTaskQueue.h"
-#include "platform/fake/FakeUrlSession.h"
+#include "fake/FakeClock.h"
+#include "fake/FakeDefaults.h"
+#include "fake/FakeMainThread.h"
+#include "fake/FakeScheduler.h"
+#include "fake/FakeTaskQueue.h"
+#include "fake/FakeUrlSession.h"
 #include "platform/macos/PrivacyPermissions.h"
 
 namespace vantor {

@@ -13,7 +13,7 @@
 #include <fstream>
 #include <memory>
 
-#include "platform/fake/FakeMainThread.h"
+#include "fake/FakeMainThread.h"
 #include "platform/macos/UserDefaults.h"
 
 // The system's own carries notices between processes and needs a service for that; here the sender and the listeners

@@ -10,7 +10,7 @@
 #include <QDeadlineTimer>
 #include <QProcess>
 
-#include "platform/linux/KeyCodes.h"
+#include "platform/linux/keys/KeyCodes.h"
 
 namespace vantor::sweep {
 namespace {

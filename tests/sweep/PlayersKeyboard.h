@@ -7,7 +7,7 @@
 #include <string>
 
 #include "platform/linux/XConnection.h"
-#include "platform/linux/XkbHandles.h"
+#include "platform/linux/keys/XkbHandles.h"
 #include "sweep/DeviceKeys.h"
 #include "sweep/NestedServer.h"
 

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "platform/linux/XConnection.h"
-#include "platform/linux/XkbHandles.h"
+#include "platform/linux/keys/XkbHandles.h"
 
 namespace vantor::sweep {
 

@@ -5,11 +5,11 @@
 #include <chrono>
 #include <functional>
 
+#include "fake/FakeKeyMonitors.h"
+#include "fake/FakeWorkspace.h"
 #include "input/ClipboardManager.h"
-#include "platform/fake/FakeKeyMonitors.h"
-#include "platform/fake/FakeWorkspace.h"
-#include "platform/linux/XTestKeyPoster.h"
-#include "platform/linux/XkbKeyboardLayout.h"
+#include "platform/linux/keys/XTestKeyPoster.h"
+#include "platform/linux/keys/XkbKeyboardLayout.h"
 #include "sweep/Receiver.h"
 
 namespace vantor::sweep {

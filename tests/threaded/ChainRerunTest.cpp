@@ -8,8 +8,8 @@
 
 #include "data/DataChain.h"
 #include "data/SessionQueue.h"
-#include "platform/fake/FakeDefaults.h"
-#include "platform/fake/FakeUrlSession.h"
+#include "fake/FakeDefaults.h"
+#include "fake/FakeUrlSession.h"
 
 namespace vantor {
 namespace {

@@ -11,7 +11,7 @@
 #include "data/DataChain.h"
 #include "data/JsonFetchable.h"
 #include "data/SessionQueue.h"
-#include "platform/fake/FakeDefaults.h"
+#include "fake/FakeDefaults.h"
 
 namespace vantor {
 

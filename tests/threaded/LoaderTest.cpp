@@ -11,8 +11,8 @@
 #include "data/DataChain.h"
 #include "data/JsonFetchable.h"
 #include "data/SessionQueue.h"
-#include "platform/fake/FakeDefaults.h"
-#include "platform/fake/FakeUrlSession.h"
+#include "fake/FakeDefaults.h"
+#include "fake/FakeUrlSession.h"
 
 namespace vantor {
 

@@ -4,7 +4,7 @@
 
 #include "accounts/AccountsCredentials.h"
 #include "accounts/CredentialFill.h"
-#include "platform/fake/FakeKeychain.h"
+#include "fake/FakeKeychain.h"
 
 namespace vantor {
 namespace {

@@ -4,11 +4,11 @@
 #include "app/ApiRefusal.h"
 #include "app/GameData.h"
 #include "data/SettingKeys.h"
-#include "platform/fake/FakeClock.h"
-#include "platform/fake/FakeDefaults.h"
-#include "platform/fake/FakeMainThread.h"
-#include "platform/fake/FakeTaskQueue.h"
-#include "platform/fake/FakeUrlSession.h"
+#include "fake/FakeClock.h"
+#include "fake/FakeDefaults.h"
+#include "fake/FakeMainThread.h"
+#include "fake/FakeTaskQueue.h"
+#include "fake/FakeUrlSession.h"
 #include "timers/AchievementBlock.h"
 
 namespace vantor {

@@ -1,6 +1,6 @@
 // Which application a window belongs to, with desktop entries read from real files.
 
-#include "platform/linux/ApplicationIdentity.h"
+#include "platform/linux/desktop/ApplicationIdentity.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "platform/linux/DesktopEntries.h"
+#include "platform/linux/desktop/DesktopEntries.h"
 
 namespace vantor {
 namespace {

@@ -9,7 +9,7 @@
 #include "browser/StyleScript.h"
 #include "browser/WebAddresses.h"
 #include "browser/WebViewStore.h"
-#include "platform/fake/FakeWebPage.h"
+#include "fake/FakeWebPage.h"
 
 namespace vantor {
 namespace {

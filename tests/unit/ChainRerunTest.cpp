@@ -4,9 +4,9 @@
 #include <gmock/gmock.h>
 
 #include "data/DataChain.h"
-#include "platform/fake/FakeDefaults.h"
-#include "platform/fake/FakeTaskQueue.h"
-#include "platform/fake/FakeUrlSession.h"
+#include "fake/FakeDefaults.h"
+#include "fake/FakeTaskQueue.h"
+#include "fake/FakeUrlSession.h"
 
 namespace vantor {
 namespace {

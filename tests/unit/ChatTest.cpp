@@ -4,18 +4,18 @@
 #include <gtest/gtest.h>
 
 #include "data/SettingKeys.h"
+#include "fake/FakeClock.h"
+#include "fake/FakeDefaults.h"
+#include "fake/FakeKeyMonitors.h"
+#include "fake/FakeKeyPoster.h"
+#include "fake/FakePasteboard.h"
+#include "fake/FakePause.h"
+#include "fake/FakeScheduler.h"
+#include "fake/FakeWorkspace.h"
 #include "input/ChatLink.h"
 #include "input/EmojiCommands.h"
 #include "input/StatusMessage.h"
-#include "platform/fake/FakeClock.h"
-#include "platform/fake/FakeDefaults.h"
-#include "platform/fake/FakeKeyMonitors.h"
-#include "platform/fake/FakeKeyPoster.h"
-#include "platform/fake/FakePasteboard.h"
-#include "platform/fake/FakePause.h"
-#include "platform/fake/FakeScheduler.h"
-#include "platform/fake/FakeWorkspace.h"
-#include "platform/linux/XkbKeyboardLayout.h"
+#include "platform/linux/keys/XkbKeyboardLayout.h"
 
 namespace vantor {
 namespace {

@@ -7,11 +7,11 @@
 #include <string>
 #include <vector>
 
-#include "platform/fake/FakeKeyMonitors.h"
-#include "platform/fake/FakeKeyPoster.h"
-#include "platform/fake/FakePause.h"
-#include "platform/fake/FakeWorkspace.h"
-#include "platform/linux/XkbKeyboardLayout.h"
+#include "fake/FakeKeyMonitors.h"
+#include "fake/FakeKeyPoster.h"
+#include "fake/FakePause.h"
+#include "fake/FakeWorkspace.h"
+#include "platform/linux/keys/XkbKeyboardLayout.h"
 
 namespace vantor {
 namespace {

@@ -11,8 +11,8 @@
 
 #include "app/cli/SettingsCommand.h"
 #include "app/cli/TimelineCommand.h"
-#include "platform/fake/FakeClock.h"
-#include "platform/fake/FakeDefaults.h"
+#include "fake/FakeClock.h"
+#include "fake/FakeDefaults.h"
 #include "platform/qt/SystemClock.h"
 
 namespace vantor {

@@ -3,9 +3,9 @@
 
 #include "data/DataChain.h"
 #include "data/JsonFetchable.h"
-#include "platform/fake/FakeDefaults.h"
-#include "platform/fake/FakeTaskQueue.h"
-#include "platform/fake/FakeUrlSession.h"
+#include "fake/FakeDefaults.h"
+#include "fake/FakeTaskQueue.h"
+#include "fake/FakeUrlSession.h"
 
 namespace vantor {
 

@@ -5,18 +5,18 @@
 #include <QFile>
 
 #include "data/Decoder.h"
+#include "fake/FakeKeyMonitors.h"
+#include "fake/FakeKeyPoster.h"
+#include "fake/FakeMainThread.h"
+#include "fake/FakePasteboard.h"
+#include "fake/FakePause.h"
+#include "fake/FakeTaskQueue.h"
+#include "fake/FakeUrlSession.h"
+#include "fake/FakeWorkspace.h"
 #include "feedback/Appreciation.h"
 #include "feedback/FormEncoding.h"
 #include "feedback/Message.h"
-#include "platform/fake/FakeKeyMonitors.h"
-#include "platform/fake/FakeKeyPoster.h"
-#include "platform/fake/FakeMainThread.h"
-#include "platform/fake/FakePasteboard.h"
-#include "platform/fake/FakePause.h"
-#include "platform/fake/FakeTaskQueue.h"
-#include "platform/fake/FakeUrlSession.h"
-#include "platform/fake/FakeWorkspace.h"
-#include "platform/linux/XkbKeyboardLayout.h"
+#include "platform/linux/keys/XkbKeyboardLayout.h"
 
 namespace vantor {
 namespace {

@@ -5,8 +5,8 @@
 #include <gtest/gtest.h>
 
 #include "data/SettingKeys.h"
-#include "platform/fake/FakeDefaults.h"
-#include "platform/fake/FakeKeyMonitors.h"
+#include "fake/FakeDefaults.h"
+#include "fake/FakeKeyMonitors.h"
 
 namespace vantor {
 namespace {

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "data/SettingKeys.h"
-#include "platform/fake/FakeDefaults.h"
+#include "fake/FakeDefaults.h"
 
 namespace vantor {
 namespace {

@@ -19,7 +19,7 @@
 #include <limits>
 #include <thread>
 
-#include "platform/fake/FakeMainThread.h"
+#include "fake/FakeMainThread.h"
 #include "platform/qt/JsonDefaults.h"
 #include "platform/qt/QtMainThread.h"
 

@@ -1,6 +1,6 @@
 // The table between virtual key codes and the kernel's, in both directions.
 
-#include "platform/linux/KeyCodes.h"
+#include "platform/linux/keys/KeyCodes.h"
 
 #include <gtest/gtest.h>
 #include <linux/input-event-codes.h>

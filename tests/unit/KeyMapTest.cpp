@@ -13,8 +13,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/fake/FakeKeyboardLayout.h"
-#include "platform/linux/XkbKeyboardLayout.h"
+#include "fake/FakeKeyboardLayout.h"
+#include "platform/linux/keys/XkbKeyboardLayout.h"
 
 namespace vantor {
 namespace {

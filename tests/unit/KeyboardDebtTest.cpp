@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/linux/KeyCodes.h"
-#include "platform/linux/KeyEffects.h"
-#include "platform/linux/KeyboardDebt.h"
+#include "platform/linux/keys/KeyCodes.h"
+#include "platform/linux/keys/KeyEffects.h"
+#include "platform/linux/keys/KeyboardDebt.h"
 
 namespace vantor {
 namespace {

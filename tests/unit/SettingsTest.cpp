@@ -6,7 +6,7 @@
 #include "app/EnabledApplications.h"
 #include "app/Settings.h"
 #include "data/SettingKeys.h"
-#include "platform/fake/FakeDefaults.h"
+#include "fake/FakeDefaults.h"
 
 namespace vantor {
 

@@ -7,8 +7,8 @@
 #include <sstream>
 
 #include "app/cli/RemoteCommand.h"
-#include "platform/fake/FakeKeychain.h"
-#include "platform/fake/FakeStatusItem.h"
+#include "fake/FakeKeychain.h"
+#include "fake/FakeStatusItem.h"
 
 namespace vantor {
 namespace {

@@ -7,7 +7,7 @@
 #include <QtCore/QTimeZone>
 
 #include "data/SettingKeys.h"
-#include "platform/fake/FakeDefaults.h"
+#include "fake/FakeDefaults.h"
 #include "timers/TimeText.h"
 #include "timers/Timeline.h"
 #include "timers/VisibleWindow.h"

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/KeyCodes.h"
-#include "platform/linux/TrackedKeyboard.h"
-#include "platform/linux/XkbKeyboardLayout.h"
+#include "platform/linux/keys/KeyCodes.h"
+#include "platform/linux/keys/TrackedKeyboard.h"
+#include "platform/linux/keys/XkbKeyboardLayout.h"
 
 namespace vantor {
 namespace {

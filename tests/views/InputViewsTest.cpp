@@ -12,19 +12,19 @@
 #include <memory>
 
 #include "data/SettingKeys.h"
+#include "fake/FakeClock.h"
+#include "fake/FakeDefaults.h"
+#include "fake/FakeKeyMonitors.h"
+#include "fake/FakeKeyPoster.h"
+#include "fake/FakeKeyboardLayout.h"
+#include "fake/FakePasteboard.h"
+#include "fake/FakePause.h"
+#include "fake/FakeScheduler.h"
+#include "fake/FakeWorkspace.h"
 #include "input/view/EmojiCommandsView.h"
 #include "input/view/HotkeyButton.h"
 #include "input/view/MsgButton.h"
 #include "input/view/WaypointButton.h"
-#include "platform/fake/FakeClock.h"
-#include "platform/fake/FakeDefaults.h"
-#include "platform/fake/FakeKeyMonitors.h"
-#include "platform/fake/FakeKeyPoster.h"
-#include "platform/fake/FakeKeyboardLayout.h"
-#include "platform/fake/FakePasteboard.h"
-#include "platform/fake/FakePause.h"
-#include "platform/fake/FakeScheduler.h"
-#include "platform/fake/FakeWorkspace.h"
 
 namespace vantor {
 namespace {

@@ -7,7 +7,7 @@
 
 #include "KitPlayer.h"
 #include "app/view/TabRow.h"
-#include "platform/fake/FakeDefaults.h"
+#include "fake/FakeDefaults.h"
 #include "ui/Collapse.h"
 #include "ui/ControlState.h"
 #include "ui/Fonts.h"

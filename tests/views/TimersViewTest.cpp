@@ -10,8 +10,8 @@
 #include <map>
 
 #include "data/SettingKeys.h"
-#include "platform/fake/FakeClock.h"
-#include "platform/fake/FakeDefaults.h"
+#include "fake/FakeClock.h"
+#include "fake/FakeDefaults.h"
 #include "timers/view/RowButton.h"
 #include "timers/view/WatchAchievementButton.h"
 

@@ -7,8 +7,8 @@
 
 #include "app/view/FloatWindow.h"
 #include "data/SettingKeys.h"
-#include "platform/fake/FakeClock.h"
-#include "platform/fake/FakeDefaults.h"
+#include "fake/FakeClock.h"
+#include "fake/FakeDefaults.h"
 #include "timers/WatchedEvents.h"
 #include "timers/view/BestiaryFamilyView.h"
 #include "timers/view/BestiaryView.h"

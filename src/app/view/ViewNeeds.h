@@ -6,11 +6,11 @@
 #include <vector>
 
 #include "app/SystemPower.h"
+#include "base/Scheduler.h"
 #include "browser/WebAddresses.h"
 #include "browser/view/WebView.h"
 #include "feedback/Appreciation.h"
 #include "platform/OverlayWindows.h"
-#include "platform/Scheduler.h"
 #include "platform/Screens.h"
 #include "platform/StatusItem.h"
 #include "translators/view/TranslatorView.h"

@@ -5,9 +5,9 @@
 #include <QtWidgets/QWidget>
 #include <functional>
 
+#include "base/Scheduler.h"
 #include "feedback/Appreciation.h"
 #include "feedback/Message.h"
-#include "platform/Scheduler.h"
 
 namespace vantor {
 

@@ -7,8 +7,8 @@
 #include <QtWidgets/QWidget>
 #include <functional>
 
+#include "base/Subscription.h"
 #include "input/EmojiCommands.h"
-#include "platform/Subscription.h"
 
 namespace vantor {
 

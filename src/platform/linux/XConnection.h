@@ -9,7 +9,7 @@
 #include <map>
 #include <memory>
 
-#include "platform/Subscription.h"
+#include "base/Subscription.h"
 
 namespace vantor {
 

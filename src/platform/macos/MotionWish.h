@@ -3,7 +3,7 @@
 
 #include <functional>
 
-#include "platform/Subscription.h"
+#include "base/Subscription.h"
 
 namespace vantor {
 

@@ -5,8 +5,8 @@
 #include <chrono>
 #include <memory>
 
+#include "base/Scheduler.h"
 #include "platform/Permissions.h"
-#include "platform/Scheduler.h"
 
 namespace vantor {
 

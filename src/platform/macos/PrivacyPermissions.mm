@@ -6,7 +6,7 @@
 
 #include <utility>
 
-#include "platform/Notice.h"
+#include "base/Notice.h"
 
 namespace vantor {
 

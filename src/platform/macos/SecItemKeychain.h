@@ -5,9 +5,9 @@
 
 #include <memory>
 
+#include "base/MainThread.h"
+#include "base/TaskQueue.h"
 #include "platform/Keychain.h"
-#include "platform/MainThread.h"
-#include "platform/TaskQueue.h"
 
 namespace vantor {
 

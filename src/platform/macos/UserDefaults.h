@@ -5,8 +5,8 @@
 
 #include <memory>
 
+#include "base/MainThread.h"
 #include "platform/Defaults.h"
-#include "platform/MainThread.h"
 
 namespace vantor {
 

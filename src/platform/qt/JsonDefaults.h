@@ -14,8 +14,8 @@
 #include <memory>
 #include <mutex>
 
+#include "base/MainThread.h"
 #include "platform/Defaults.h"
-#include "platform/MainThread.h"
 
 namespace vantor {
 

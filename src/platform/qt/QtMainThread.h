@@ -3,7 +3,7 @@
 
 #include <QtCore/QObject>
 
-#include "platform/MainThread.h"
+#include "base/MainThread.h"
 
 namespace vantor {
 

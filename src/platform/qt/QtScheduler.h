@@ -3,7 +3,7 @@
 
 #include <QtCore/QObject>
 
-#include "platform/Scheduler.h"
+#include "base/Scheduler.h"
 
 namespace vantor {
 

@@ -8,7 +8,7 @@
 #include <functional>
 #include <memory>
 
-#include "platform/TaskQueue.h"
+#include "base/TaskQueue.h"
 #include "platform/UrlSession.h"
 
 namespace vantor {

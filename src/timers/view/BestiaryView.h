@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
+#include "base/Subscription.h"
 #include "data/Catalogue.h"
 #include "data/WebApi.h"
-#include "platform/Subscription.h"
 #include "timers/Bestiary.h"
 #include "timers/DataState.h"
 #include "timers/view/EmptyListView.h"

@@ -4,9 +4,9 @@
 #include <functional>
 #include <memory>
 
+#include "base/Subscription.h"
 #include "platform/Clock.h"
 #include "platform/Defaults.h"
-#include "platform/Subscription.h"
 #include "timers/Timeline.h"
 
 namespace vantor {

@@ -6,7 +6,7 @@
 #include <QtCore/QTimer>
 #include <vector>
 
-#include "platform/Notice.h"
+#include "base/Notice.h"
 #include "timers/OccurrenceRow.h"
 #include "timers/view/TimelineSource.h"
 

@@ -1,0 +1,151 @@
+#include "platform/linux/desktop/XcbDesktop.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <string_view>
+
+namespace vantor {
+namespace {
+
+struct FreeReply {
+    void operator()(void* reply) const { std::free(reply); }
+};
+
+template <typename Reply>
+std::unique_ptr<Reply, FreeReply> owned(Reply* reply) {
+    return std::unique_ptr<Reply, FreeReply>(reply);
+}
+
+constexpr std::uint32_t sourceIsPager = 2;       // EWMH, "source indication"
+constexpr std::uint32_t longestProperty = 4096;  // in units of 32 bits
+
+auto propertyOf(xcb_connection_t* connection, xcb_window_t window, xcb_atom_t property, xcb_atom_t type) {
+    const auto cookie = xcb_get_property(connection, 0, window, property, type, 0, longestProperty);
+    xcb_generic_error_t* error = nullptr;
+    auto reply = owned(xcb_get_property_reply(connection, cookie, &error));
+    std::free(error);  // the window is gone: the answer is empty
+    return reply;
+}
+
+auto attributesOf(xcb_connection_t* connection, xcb_window_t window) {
+    const auto cookie = xcb_get_window_attributes(connection, window);
+    xcb_generic_error_t* error = nullptr;
+    auto reply = owned(xcb_get_window_attributes_reply(connection, cookie, &error));
+    std::free(error);
+    return reply;
+}
+
+}  // namespace
+
+std::unique_ptr<XcbDesktop> XcbDesktop::connect(const char* displayName) {
+    int screen = 0;
+    Connection connection(xcb_connect(displayName, &screen));
+    if (xcb_connection_has_error(connection.get())) return nullptr;
+    auto screens = xcb_setup_roots_iterator(xcb_get_setup(connection.get()));
+    for (int skipped = 0; skipped < screen && screens.rem > 1; ++skipped) xcb_screen_next(&screens);
+    if (screens.rem == 0) return nullptr;
+    const auto root = screens.data->root;
+    return std::unique_ptr<XcbDesktop>(new XcbDesktop(std::move(connection), root, screen));
+}
+
+xcb_window_t XcbDesktop::activeWindow() const {
+    const auto found = numbers(root_, atoms_.netActiveWindow, XCB_ATOM_WINDOW);
+    return found.empty() ? xcb_window_t{XCB_NONE} : found.front();
+}
+
+xcb_window_t XcbDesktop::focusedWindow() const {
+    const auto reply = owned(xcb_get_input_focus_reply(connection(), xcb_get_input_focus(connection()), nullptr));
+    return reply ? reply->focus : xcb_window_t{XCB_NONE};
+}
+
+xcb_window_t XcbDesktop::clientWindow(xcb_window_t window) const {
+    // Some toolkits focus a window of their own inside the one that the window manager knows.
+    while (window != XCB_NONE && window != root_ && !windowClass(window)) {
+        xcb_generic_error_t* error = nullptr;
+        const auto reply = owned(xcb_query_tree_reply(connection(), xcb_query_tree(connection(), window), &error));
+        std::free(error);
+        window = reply ? reply->parent : xcb_window_t{XCB_NONE};
+    }
+    return window == root_ ? xcb_window_t{XCB_NONE} : window;
+}
+
+std::optional<WindowClass> XcbDesktop::windowClass(xcb_window_t window) const {
+    const auto reply = propertyOf(connection(), window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING);
+    if (!reply || reply->format != 8) return std::nullopt;
+    const std::string_view both(static_cast<const char*>(xcb_get_property_value(reply.get())),
+                                static_cast<std::size_t>(xcb_get_property_value_length(reply.get())));
+    const auto middle = both.find('\0');
+    if (middle == std::string_view::npos) return WindowClass{std::string(both), {}};
+    auto name = both.substr(middle + 1);
+    name = name.substr(0, name.find('\0'));
+    return WindowClass{std::string(both.substr(0, middle)), std::string(name)};
+}
+
+std::optional<std::uint32_t> XcbDesktop::process(xcb_window_t window) const {
+    const auto found = numbers(window, atoms_.netWmPid, XCB_ATOM_CARDINAL);
+    return found.empty() ? std::nullopt : std::optional(found.front());
+}
+
+bool XcbDesktop::exists(xcb_window_t window) const { return attributesOf(connection(), window) != nullptr; }
+
+bool XcbDesktop::isViewable(xcb_window_t window) const {
+    const auto attributes = attributesOf(connection(), window);
+    return attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
+}
+
+std::vector<xcb_window_t> XcbDesktop::clientsFromTop() const {
+    auto windows = numbers(root_, atoms_.netClientListStacking, XCB_ATOM_WINDOW);
+    std::reverse(windows.begin(), windows.end());
+    return windows;
+}
+
+bool XcbDesktop::managerSupports(xcb_atom_t atom) const {
+    const auto supported = numbers(root_, atoms_.netSupported, XCB_ATOM_ATOM);
+    return std::find(supported.begin(), supported.end(), atom) != supported.end();
+}
+
+bool XcbDesktop::selectionHasOwner(xcb_atom_t selection) const {
+    const auto cookie = xcb_get_selection_owner(connection(), selection);
+    const auto reply = owned(xcb_get_selection_owner_reply(connection(), cookie, nullptr));
+    return reply && reply->owner != XCB_NONE;
+}
+
+std::vector<std::uint32_t> XcbDesktop::numbers(xcb_window_t window, xcb_atom_t property, xcb_atom_t type) const {
+    const auto reply = propertyOf(connection(), window, property, type);
+    if (!reply || reply->format != 32) return {};
+    const auto* first = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
+    return {first, first + reply->value_len};
+}
+
+void XcbDesktop::select(xcb_window_t window, std::uint32_t eventMask) const {
+    xcb_change_window_attributes(connection(), window, XCB_CW_EVENT_MASK, &eventMask);
+}
+
+void XcbDesktop::setNumbers(xcb_window_t window, xcb_atom_t property, xcb_atom_t type,
+                            const std::vector<std::uint32_t>& values) const {
+    xcb_change_property(connection(), XCB_PROP_MODE_REPLACE, window, property, type, 32,
+                        static_cast<std::uint32_t>(values.size()), values.data());
+}
+
+void XcbDesktop::requestActivation(xcb_window_t window) const {
+    requestFromManager(window, atoms_.netActiveWindow, {sourceIsPager, XCB_CURRENT_TIME, XCB_NONE});
+}
+
+void XcbDesktop::requestStates(xcb_window_t window, xcb_atom_t first, xcb_atom_t second) const {
+    constexpr std::uint32_t add = 1;
+    requestFromManager(window, atoms_.netWmState, {add, first, second, sourceIsPager});
+}
+
+void XcbDesktop::requestFromManager(xcb_window_t window, xcb_atom_t message,
+                                    const std::array<std::uint32_t, 5>& data) const {
+    xcb_client_message_event_t request{};
+    request.response_type = XCB_CLIENT_MESSAGE;
+    request.format = 32;
+    request.window = window;
+    request.type = message;
+    std::copy(data.begin(), data.end(), request.data.data32);
+    xcb_send_event(connection(), 0, root_, XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                   reinterpret_cast<const char*>(&request));
+}
+
+}  // namespace vantor

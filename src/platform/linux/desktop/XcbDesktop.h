@@ -1,0 +1,68 @@
+#pragma once
+// One connection to the X server and the questions that the desktop's conventions answer: who is active, who has the
+// focus, what a window says about itself. A window that has vanished gives an empty answer. One thread.
+
+#include <xcb/xcb.h>
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "platform/linux/XAtoms.h"
+#include "platform/linux/desktop/ApplicationIdentity.h"
+
+namespace vantor {
+
+class XcbDesktop {
+public:
+    // Nothing when there is no server. A null name means the one that DISPLAY names.
+    [[nodiscard]] static std::unique_ptr<XcbDesktop> connect(const char* displayName = nullptr);
+
+    [[nodiscard]] xcb_connection_t* connection() const { return connection_.get(); }
+    [[nodiscard]] xcb_window_t root() const { return root_; }
+    [[nodiscard]] int screen() const { return screen_; }
+    [[nodiscard]] const XAtoms& atoms() const { return atoms_; }
+
+    [[nodiscard]] xcb_window_t activeWindow() const;
+    // XCB_NONE and XCB_INPUT_FOCUS_POINTER_ROOT as the server gives them.
+    [[nodiscard]] xcb_window_t focusedWindow() const;
+    // The window itself, or the nearest one above it, that a client has given a class.
+    [[nodiscard]] xcb_window_t clientWindow(xcb_window_t window) const;
+    [[nodiscard]] std::optional<WindowClass> windowClass(xcb_window_t window) const;
+    [[nodiscard]] std::optional<std::uint32_t> process(xcb_window_t window) const;
+    [[nodiscard]] bool exists(xcb_window_t window) const;
+    [[nodiscard]] bool isViewable(xcb_window_t window) const;
+    // The managed windows, the topmost first.
+    [[nodiscard]] std::vector<xcb_window_t> clientsFromTop() const;
+    [[nodiscard]] bool managerSupports(xcb_atom_t atom) const;
+    [[nodiscard]] bool selectionHasOwner(xcb_atom_t selection) const;
+    [[nodiscard]] std::vector<std::uint32_t> numbers(xcb_window_t window, xcb_atom_t property, xcb_atom_t type) const;
+
+    void select(xcb_window_t window, std::uint32_t eventMask) const;
+    void setNumbers(xcb_window_t window, xcb_atom_t property, xcb_atom_t type,
+                    const std::vector<std::uint32_t>& values) const;
+    // Asks the window manager to activate a window, as a pager does: no focus-stealing prevention refuses it.
+    void requestActivation(xcb_window_t window) const;
+    // Asks it to add one or two states to a mapped window.
+    void requestStates(xcb_window_t window, xcb_atom_t first, xcb_atom_t second) const;
+    void flush() const { xcb_flush(connection_.get()); }
+
+private:
+    void requestFromManager(xcb_window_t window, xcb_atom_t message, const std::array<std::uint32_t, 5>& data) const;
+
+    struct Disconnect {
+        void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
+    };
+    using Connection = std::unique_ptr<xcb_connection_t, Disconnect>;
+    XcbDesktop(Connection connection, xcb_window_t root, int screen)
+        : connection_(std::move(connection)), root_(root), screen_(screen), atoms_(XAtoms::intern(connection_.get())) {}
+
+    Connection connection_;
+    xcb_window_t root_;
+    int screen_;
+    XAtoms atoms_;
+};
+
+}  // namespace vantor

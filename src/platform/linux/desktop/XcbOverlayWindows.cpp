@@ -1,0 +1,108 @@
+#include "platform/linux/desktop/XcbOverlayWindows.h"
+
+#include <QGuiApplication>
+#include <QVariant>
+#include <QWindow>
+#include <cstdlib>
+
+namespace vantor {
+namespace {
+
+// ICCCM 4.1.2.4: flags, input and seven fields that stay unset.
+constexpr std::size_t hintFields = 9;
+constexpr std::uint32_t inputHint = 1;
+
+// The toolkit writes a window's hints anew at each showing, from its own flags: those say the same as what is written
+// here.
+// Levels among windows that are all "above" are unknown here: the last one shown is over the others.
+bool takesFocus(WindowNature nature) { return nature == WindowNature::popup || nature == WindowNature::raisedPopup; }
+
+// The server keeps a click and the focus apart, so a small window needs no focus to be clicked.
+bool refusesFocus(WindowNature nature) {
+    return nature == WindowNature::nonActivating || nature == WindowNature::floating;
+}
+
+void tellToolkit(NativeWindow native, WindowNature nature) {
+    for (auto* window : QGuiApplication::allWindows()) {
+        if (!window->handle() || window->winId() != native) continue;
+        auto flags = window->flags() | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint;
+        if (refusesFocus(nature)) flags |= Qt::WindowDoesNotAcceptFocus;
+        if (flags != window->flags()) window->setFlags(flags);
+        // The name that QWidget gives to Qt::WA_ShowWithoutActivating; it makes the user time 0 at each showing.
+        window->setProperty("_q_showWithoutActivating", !takesFocus(nature));
+    }
+}
+
+}  // namespace
+
+XcbOverlayWindows::XcbOverlayWindows(std::unique_ptr<XcbDesktop> desktop)
+    : desktop_(std::move(desktop)), readable_(xcb_get_file_descriptor(desktop_->connection()), QSocketNotifier::Read) {
+    QObject::connect(&readable_, &QSocketNotifier::activated, [this] { drain(); });
+}
+
+XcbOverlayWindows::~XcbOverlayWindows() = default;
+
+void XcbOverlayWindows::prepare(NativeWindow native, WindowNature nature) {
+    const auto window = static_cast<xcb_window_t>(native);
+    tellToolkit(native, nature);
+    prepared_[window] = nature;
+    desktop_->select(window, XCB_EVENT_MASK_STRUCTURE_NOTIFY);
+    writeHints(window, nature);
+    writeOwner(window);
+    desktop_->flush();
+}
+
+void XcbOverlayWindows::setOwnerWindow(NativeWindow owner) {
+    // Written again even when it is the same: a new window may bear the number of one that is gone.
+    owner_ = static_cast<xcb_window_t>(owner);
+    for (const auto& [window, nature] : prepared_) {
+        writeOwner(window);
+        // Window managers learn of the new owner, but do not restack for it.
+        constexpr std::uint32_t above = XCB_STACK_MODE_ABOVE;
+        if (desktop_->isViewable(window))
+            xcb_configure_window(desktop_->connection(), window, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+    }
+    desktop_->flush();
+}
+
+void XcbOverlayWindows::drain() {
+    while (auto* event = xcb_poll_for_event(desktop_->connection())) {
+        const auto type = event->response_type & 0x7f;
+        if (type == XCB_MAP_NOTIFY)
+            mapped(reinterpret_cast<const xcb_map_notify_event_t*>(event)->window);
+        else if (type == XCB_DESTROY_NOTIFY)
+            prepared_.erase(reinterpret_cast<const xcb_destroy_notify_event_t*>(event)->window);
+        std::free(event);
+    }
+    desktop_->flush();
+    if (xcb_connection_has_error(desktop_->connection())) readable_.setEnabled(false);
+}
+
+void XcbOverlayWindows::mapped(xcb_window_t window) const {
+    const auto found = prepared_.find(window);
+    if (found == prepared_.end()) return;
+    // The window manager forgets a window's states when it is hidden, and the toolkit knows only some of them.
+    const auto& atoms = desktop_->atoms();
+    desktop_->requestStates(window, atoms.netWmStateAbove, XCB_ATOM_NONE);
+    desktop_->requestStates(window, atoms.netWmStateSkipTaskbar, atoms.netWmStateSkipPager);
+    writeOwner(window);  // the toolkit has put its own there just before
+    if (takesFocus(found->second)) desktop_->requestActivation(window);
+}
+
+void XcbOverlayWindows::writeHints(xcb_window_t window, WindowNature nature) const {
+    const auto& atoms = desktop_->atoms();
+    desktop_->setNumbers(window, atoms.netWmWindowType, XCB_ATOM_ATOM, {atoms.netWmWindowTypeUtility});
+    desktop_->setNumbers(window, atoms.netWmState, XCB_ATOM_ATOM,
+                         {atoms.netWmStateAbove, atoms.netWmStateSkipTaskbar, atoms.netWmStateSkipPager});
+    if (!takesFocus(nature)) desktop_->setNumbers(window, atoms.netWmUserTime, XCB_ATOM_CARDINAL, {0});
+    std::vector<std::uint32_t> hints(hintFields, 0);
+    hints[0] = inputHint;
+    hints[1] = refusesFocus(nature) ? 0 : 1;
+    desktop_->setNumbers(window, XCB_ATOM_WM_HINTS, XCB_ATOM_WM_HINTS, hints);
+}
+
+void XcbOverlayWindows::writeOwner(xcb_window_t window) const {
+    if (owner_ != XCB_NONE) desktop_->setNumbers(window, XCB_ATOM_WM_TRANSIENT_FOR, XCB_ATOM_WINDOW, {owner_});
+}
+
+}  // namespace vantor

@@ -1,0 +1,44 @@
+#pragma once
+// Makes toolkit windows float over a game on X11: no focus when they are mapped, above the rest, kept out of the task
+// bar, and transient for the game's window, since a focused full-screen window lies above even those that are "above".
+// On a connection of its own. Main thread.
+
+#include <QSocketNotifier>
+
+#include <map>
+#include <memory>
+
+#include "platform/OverlayWindows.h"
+#include "platform/linux/desktop/XcbDesktop.h"
+
+namespace vantor {
+
+class XcbOverlayWindows final : public OverlayWindows {
+public:
+    explicit XcbOverlayWindows(std::unique_ptr<XcbDesktop> desktop);
+    XcbOverlayWindows(const XcbOverlayWindows&) = delete;
+    XcbOverlayWindows& operator=(const XcbOverlayWindows&) = delete;
+    ~XcbOverlayWindows() override;
+
+    // Once for each window; what the window manager forgets when a window is hidden is given again.
+    void prepare(NativeWindow window, WindowNature nature) override;
+    // X keeps none.
+    [[nodiscard]] bool keepFrame(NativeWindow, const std::string&) override { return false; }
+    // Mapping and raising are all that there is to it.
+    void orderFront(NativeWindow) override {}
+    // The game's window that ours lie over; 0 for none.
+    void setOwnerWindow(NativeWindow owner);
+
+private:
+    void drain();
+    void mapped(xcb_window_t window) const;
+    void writeHints(xcb_window_t window, WindowNature nature) const;
+    void writeOwner(xcb_window_t window) const;
+
+    std::unique_ptr<XcbDesktop> desktop_;
+    QSocketNotifier readable_;
+    std::map<xcb_window_t, WindowNature> prepared_;
+    xcb_window_t owner_ = XCB_NONE;
+};
+
+}  // namespace vantor

@@ -1,0 +1,62 @@
+#pragma once
+// Keeps the keyboard neutral while Vantor types, and gives it back at the end. Posted events add to what the player
+// holds, latches and locks: so held modifiers are released and never pressed again, locks are taken out and put back,
+// and the group is the one that the key map was learned from. Main thread.
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "platform/linux/keys/KeyEffects.h"
+#include "platform/linux/keys/KeyboardDebt.h"
+#include "platform/linux/keys/KeyboardWatch.h"
+#include "platform/linux/keys/PostedKeys.h"
+
+namespace vantor {
+
+class NeutralKeyboard {
+public:
+    // The effects and the group are the learned layout's. Notes in the debt before it changes anything.
+    NeutralKeyboard(const XConnection& connection, PostedKeys& keys, KeyboardDebt& debt, const KeyEffects& effects,
+                    std::uint8_t group);
+    // Puts the player's locks and group back, with what the player has changed since.
+    ~NeutralKeyboard();
+    NeutralKeyboard(const NeutralKeyboard&) = delete;
+    NeutralKeyboard& operator=(const NeutralKeyboard&) = delete;
+
+    // Before each press: undoes what the player has done meanwhile. Costs a round trip only if there is something.
+    void prepare(std::uint8_t xKeycode);
+
+private:
+    // What could not be made neutral, and what Vantor held meanwhile.
+    struct Irreducible {
+        KeyboardState state;
+        std::vector<std::uint8_t> own;
+
+        bool operator==(const Irreducible&) const = default;
+    };
+
+    [[nodiscard]] bool isNeutral(const KeyboardState& state) const;
+    // One round trip, for the state and for the player's keys.
+    [[nodiscard]] bool look(KeyboardState& state);
+    void neutralise();
+    void pressOwnAgain();
+    [[nodiscard]] std::vector<std::uint8_t> choosersAmong(std::vector<std::uint8_t> keys) const;
+    void releaseMistaken(KeyboardState& state);
+    void release(const std::bitset<256>& keys);
+    void takeLocks(const KeyboardState& state);
+    void countLocks(const KeyboardState& state);
+
+    const XConnection& connection_;
+    PostedKeys& keys_;
+    KeyboardDebt& debt_;
+    const KeyEffects& effects_;
+    const std::uint8_t group_;
+    KeyboardWatch watch_;
+    KeyboardDebt::Locks locks_;               // the player's
+    std::vector<std::uint8_t> lastOwn_;       // modifiers that Vantor held at its last press
+    std::bitset<256> playersKeys_;            // held when it was last asked, and not released since
+    std::optional<Irreducible> irreducible_;  // not tried at every key
+};
+
+}  // namespace vantor

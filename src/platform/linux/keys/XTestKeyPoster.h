@@ -1,0 +1,52 @@
+#pragma once
+// Posts keys through the server's XTEST extension, and records them so that Vantor does not react to itself. While a
+// text is typed the keyboard is neutral, and guarded. A text ends where the connection is lost; the next one renews it.
+// Main thread.
+
+#include <filesystem>
+#include <optional>
+
+#include "platform/KeyPoster.h"
+#include "platform/linux/XConnection.h"
+#include "platform/linux/keys/KeyEffects.h"
+#include "platform/linux/keys/KeyboardGuardian.h"
+#include "platform/linux/keys/NeutralKeyboard.h"
+#include "platform/linux/keys/PostedKeyRecord.h"
+#include "platform/linux/keys/PostedKeys.h"
+#include "platform/linux/keys/XkbKeyboardLayout.h"
+
+namespace vantor {
+
+class XTestKeyPoster final : public KeyPoster {
+public:
+    // The layout is the one that the key map was learned from; the guardian's program may be missing. Nothing is
+    // started before something is typed.
+    XTestKeyPoster(XConnection& connection, PostedKeyRecord& record, const XkbKeyboardLayout& learned,
+                   std::filesystem::path guardian);
+    // With the layout in force now, and without a guardian.
+    XTestKeyPoster(XConnection& connection, PostedKeyRecord& record)
+        : XTestKeyPoster(connection, record, XkbKeyboardLayout(connection), {}) {}
+    XTestKeyPoster(const XTestKeyPoster&) = delete;
+    XTestKeyPoster& operator=(const XTestKeyPoster&) = delete;
+    // Releases what it pressed and has not released.
+    ~XTestKeyPoster() override;
+
+    [[nodiscard]] std::unique_ptr<Typing> beginTyping() override;
+    [[nodiscard]] PostVerdict post(const PostedKey& key) override;
+
+private:
+    class Span;
+    void endTyping();
+    void settleAfterLoss();
+
+    XConnection& connection_;
+    PostedKeys keys_;
+    const KeyEffects effects_;
+    const std::uint8_t group_;
+    KeyboardGuardian guardian_;
+    std::uint32_t witness_ = XCB_NONE;        // once made, as long as the connection
+    std::optional<NeutralKeyboard> neutral_;  // while something is typed
+    Subscription renewal_;
+};
+
+}  // namespace vantor

@@ -1,0 +1,79 @@
+#include "platform/linux/keys/XkbKeyboardLayout.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+#include "platform/KeyClasses.h"
+#include "platform/linux/keys/KeyCodes.h"
+
+namespace vantor {
+
+namespace {
+
+struct Held {
+    ModifierFlags flag;
+    KeyCode keyCode;
+};
+// The keys that are posted for each modifier, in the order in which they go down: on some layouts a modifier key is
+// another one while a modifier is held.
+constexpr std::array<Held, 3> held = {{{modifier::option, 61}, {modifier::control, 59}, {modifier::shift, 56}}};
+
+// Every client takes a key with one of these for a shortcut, unless the layout chooses a level with it.
+constexpr std::array<const char*, 3> shortcutModifiers = {XKB_MOD_NAME_CTRL, XKB_MOD_NAME_ALT, XKB_MOD_NAME_LOGO};
+
+bool isShortcut(xkb_state* state, xkb_keycode_t key) {
+    return std::any_of(shortcutModifiers.begin(), shortcutModifiers.end(), [&](const char* name) {
+        const xkb_mod_index_t index = xkb_keymap_mod_get_index(xkb_state_get_keymap(state), name);
+        return xkb_state_mod_index_is_active(state, index, XKB_STATE_MODS_EFFECTIVE) == 1 &&
+               xkb_state_mod_index_is_consumed(state, key, index) != 1;
+    });
+}
+
+bool isControlCharacter(std::string_view text) {
+    return text.size() == 1 && (static_cast<unsigned char>(text.front()) < 0x20 || text.front() == 0x7f);
+}
+
+}  // namespace
+
+XkbKeyboardLayout::XkbKeyboardLayout(const XConnection& connection) {
+    keymap_ = coreKeymap(connection);
+    if (const XkbState state = coreState(connection, keymap_))
+        group_ = xkb_state_serialize_layout(state.get(), XKB_STATE_LAYOUT_EFFECTIVE);
+}
+
+XkbKeyboardLayout::XkbKeyboardLayout(const std::string& layout, const std::string& variant, xkb_layout_index_t group)
+    : keymap_(namedKeymap(layout, variant)), group_(group) {}
+
+std::optional<KeyboardLayout::Translation> XkbKeyboardLayout::translate(KeyCode keyCode, ModifierFlags flags) const {
+    const auto key = xKeycodeOf(keyCode);
+    if (!keymap_ || !key) return std::nullopt;
+    const XkbState state(xkb_state_new(keymap_.get()));
+    if (!state) return std::nullopt;
+
+    xkb_mod_mask_t locked = 0;
+    if (isKeypadKey(keyCode)) {
+        const xkb_mod_index_t numLock = xkb_keymap_mod_get_index(keymap_.get(), XKB_MOD_NAME_NUM);
+        if (numLock != XKB_MOD_INVALID) locked = xkb_mod_mask_t{1} << numLock;
+    }
+    xkb_state_update_mask(state.get(), 0, 0, locked, 0, 0, group_);
+    const auto lockedBefore = xkb_state_serialize_mods(state.get(), XKB_STATE_MODS_LOCKED);
+    const auto groupBefore = xkb_state_serialize_layout(state.get(), XKB_STATE_LAYOUT_LOCKED);
+    // Pressed rather than masked: only so it is what the posted keys really do on this layout.
+    for (const auto& [flag, modifierKey] : held)
+        if (flags & flag) xkb_state_update_key(state.get(), *xKeycodeOf(modifierKey), XKB_KEY_DOWN);
+
+    // A key that stands in a modifier's place may lock something, which would outlast the press.
+    if (xkb_state_serialize_mods(state.get(), XKB_STATE_MODS_LOCKED) != lockedBefore ||
+        xkb_state_serialize_layout(state.get(), XKB_STATE_LAYOUT_LOCKED) != groupBefore)
+        return std::nullopt;
+
+    std::array<char, 64> text{};
+    const int length = xkb_state_key_get_utf8(state.get(), *key, text.data(), text.size());
+    if (length <= 0 || static_cast<std::size_t>(length) >= text.size()) return std::nullopt;
+    const std::string_view characters(text.data(), static_cast<std::size_t>(length));
+    if (!isControlCharacter(characters) && isShortcut(state.get(), *key)) return std::nullopt;
+    return Translation{std::string(characters), flags};
+}
+
+}  // namespace vantor

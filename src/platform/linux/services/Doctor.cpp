@@ -1,0 +1,142 @@
+#include "platform/linux/services/Doctor.h"
+
+#include <unistd.h>
+
+#include <xcb/xinput.h>
+#include <xcb/xtest.h>
+#include <xkbcommon/xkbcommon-x11.h>
+
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QProcess>
+#include <algorithm>
+#include <cstdlib>
+#include <memory>
+
+#include "platform/linux/desktop/XcbDesktop.h"
+
+namespace vantor {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* rawKeys = "raw keys";
+constexpr const char* posting = "posting";
+
+bool isSet(const char* variable) {
+    const char* value = std::getenv(variable);
+    return value && *value;
+}
+
+bool extensionPresent(const XcbDesktop& desktop, xcb_extension_t& extension) {
+    const auto* data = xcb_get_extension_data(desktop.connection(), &extension);
+    return data && data->present;
+}
+
+// Raw events reach clients without the focus since XInput 2.1.
+bool rawKeysPresent(const XcbDesktop& desktop) {
+    if (!extensionPresent(desktop, xcb_input_id)) return false;
+    const auto cookie = xcb_input_xi_query_version(desktop.connection(), 2, 2);
+    auto* reply = xcb_input_xi_query_version_reply(desktop.connection(), cookie, nullptr);
+    const bool present = reply && (reply->major_version > 2 || reply->minor_version >= 1);
+    std::free(reply);
+    return present;
+}
+
+bool layoutPresent(const XcbDesktop& desktop) {
+    return xkb_x11_setup_xkb_extension(desktop.connection(), XKB_X11_MIN_MAJOR_XKB_VERSION,
+                                       XKB_X11_MIN_MINOR_XKB_VERSION, XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS, nullptr,
+                                       nullptr, nullptr, nullptr) == 1;
+}
+
+// Asks the session bus, if there is one: without an address the library would start a bus of its own.
+std::optional<QDBusConnection> sessionBus() {
+    const char* runtime = std::getenv("XDG_RUNTIME_DIR");
+    std::error_code none;
+    if (!isSet("DBUS_SESSION_BUS_ADDRESS") && !(runtime && fs::exists(fs::path(runtime) / "bus", none)))
+        return std::nullopt;
+    auto bus = QDBusConnection::sessionBus();
+    return bus.isConnected() ? std::optional(bus) : std::nullopt;
+}
+
+bool busHas(const std::optional<QDBusConnection>& bus, const char* service) {
+    if (!bus) return false;
+    const auto name = QString::fromLatin1(service);
+    if (bus->interface()->isServiceRegistered(name)) return true;
+    const QStringList startable = bus->interface()->activatableServiceNames();
+    return startable.contains(name);
+}
+
+std::string colourEmojiFont() {
+    QProcess list;
+    list.start(QStringLiteral("fc-list"), {QStringLiteral(":color=true"), QStringLiteral("family")});
+    if (!list.waitForFinished(5000) || list.exitCode() != 0) return {};
+    for (const auto& line : list.readAllStandardOutput().split('\n'))
+        if (line.toLower().contains("emoji")) return line.trimmed().toStdString();
+    return {};
+}
+
+Power power(const char* name, bool present, const char* found, const std::string& advice) {
+    return {name, present, present ? found : advice};
+}
+
+}  // namespace
+
+std::vector<Power> examinePowers(const OwnFiles& files) {
+    const auto desktop = XcbDesktop::connect();
+    const auto bus = sessionBus();
+    const auto onDisplay = [&](auto question) { return desktop && question(*desktop); };
+
+    const char* displayAdvice = "no X server answers: set DISPLAY to that of your desktop";
+    if (!desktop && isSet("WAYLAND_DISPLAY") && !isSet("DISPLAY"))
+        displayAdvice = "this Wayland session has no X server: switch XWayland on";
+
+    std::vector<Power> powers;
+    powers.push_back(power("display", desktop != nullptr, "an X server answers", displayAdvice));
+    powers.push_back(power(rawKeys, onDisplay(rawKeysPresent), "XInput 2",
+                           "hotkeys work in Vantor's own windows only: needs an X server with XInput 2.1"));
+    powers.push_back(power(posting, onDisplay([](const auto& it) { return extensionPresent(it, xcb_test_id); }),
+                           "XTEST", "nothing can be typed into the game: needs an X server with XTEST"));
+    powers.push_back(power("layout", onDisplay(layoutPresent), "XKB",
+                           "the keyboard's layout is unknown: needs an X server with XKB"));
+    powers.push_back(power("frontmost application",
+                           onDisplay([](const auto& it) { return it.managerSupports(it.atoms().netActiveWindow); }),
+                           "_NET_ACTIVE_WINDOW",
+                           "the game is not recognised: needs a window manager that keeps _NET_ACTIVE_WINDOW"));
+    const bool tray = onDisplay([](const auto& it) {
+        const auto name = "_NET_SYSTEM_TRAY_S" + std::to_string(it.screen());
+        return it.selectionHasOwner(internAtom(it.connection(), name));
+    });
+    powers.push_back(power("tray", tray || busHas(bus, "org.kde.StatusNotifierWatcher"), "a status bar is there",
+                           "no status item is shown: start a panel with a tray, or use the floating icon"));
+    powers.push_back(power("keyring", busHas(bus, "org.freedesktop.secrets"), "org.freedesktop.secrets",
+                           bus ? "logins cannot be stored: install a keyring such as gnome-keyring"
+                               : "logins cannot be stored: this session has no bus"));
+    const auto emoji = colourEmojiFont();
+    powers.push_back({"fonts", !emoji.empty(),
+                      emoji.empty() ? "emotes are drawn without colour: install fonts-noto-color-emoji" : emoji});
+    powers.push_back(power("guardian", access(files.guardian.c_str(), X_OK) == 0, "vantor-guardian is installed",
+                           "after a crash in the middle of a text a key or lock may stay on: install vantor-guardian "
+                           "beside vantor"));
+    std::error_code absent;
+    const bool installed = fs::is_regular_file(files.webModule, absent);
+    const bool engine = installed && files.webModuleTrouble.empty();
+    powers.push_back(power("web engine", engine, "its module is installed",
+                           installed ? "web pages stay empty, its module cannot be loaded: " + files.webModuleTrouble
+                                     : "its module is not installed: web pages stay empty"));
+    if (engine)
+        powers.push_back(power("web sandbox", geteuid() != 0, "pages are drawn in a sandbox",
+                               "off, since Vantor runs as root: start it as an ordinary user"));
+    return powers;
+}
+
+std::vector<Power> withoutKeys(std::vector<Power> powers) {
+    for (Power& each : powers)
+        if (each.name == rawKeys || each.name == posting)
+            each = {
+                each.name, false,
+                "the X server has ended the connection for keys and takes no other: Vantor tries again each second"};
+    return powers;
+}
+
+}  // namespace vantor
