@@ -11,6 +11,7 @@
 #include "base/MainThread.h"
 #include "base/Scheduler.h"
 #include "browser/view/WebView.h"
+#include "platform/Capability.h"
 #include "platform/Clock.h"
 #include "platform/Defaults.h"
 #include "platform/KeyMonitors.h"
@@ -19,7 +20,6 @@
 #include "platform/Keychain.h"
 #include "platform/OverlayWindows.h"
 #include "platform/Pasteboard.h"
-#include "platform/Power.h"
 #include "platform/Screens.h"
 #include "platform/StatusItem.h"
 #include "platform/WebPage.h"
@@ -55,11 +55,12 @@ public:
     [[nodiscard]] virtual std::unique_ptr<WebPage> makeWebPage() = 0;
     [[nodiscard]] virtual WebView::Source pageSource() = 0;
     // As they are at this call.
-    [[nodiscard]] virtual std::vector<Power> powers() = 0;
-    // Has the system put its own question to the player about the power of this name; nothing where it has none.
-    [[nodiscard]] virtual std::function<void()> ask(const std::string& power) = 0;
-    // Tells of the desktop user's wish for less motion once it is known, and of changes where the system tells of them.
-    virtual void followMotionWish(std::function<void(bool reduced)> handler) = 0;
+    [[nodiscard]] virtual std::vector<Capability> capabilities() = 0;
+    // Has the system put its own question to the player about the capability of this name; nothing where it has none.
+    [[nodiscard]] virtual std::function<void()> ask(const std::string& capability) = 0;
+    // Tells of the desktop user's wish for reduced motion once it is known, and of changes where the system tells of
+    // them.
+    virtual void followReducedMotion(std::function<void(bool reduced)> handler) = 0;
 };
 
 // Each of these says in one line on standard error why it gives nothing.
@@ -75,7 +76,7 @@ public:
 [[nodiscard]] std::unique_ptr<Clock> makeClock();
 // Copies of the program that see the same desktop share it.
 [[nodiscard]] std::string desktopName();
-[[nodiscard]] std::vector<Power> examinePowers();
+[[nodiscard]] std::vector<Capability> examineCapabilities();
 // The version of what shows pages, where it is the program's own to name.
 [[nodiscard]] std::string webEngineVersion();
 // Makes the player's own script fonts known.

@@ -19,7 +19,7 @@
 #include "platform/linux/keys/XkbKeyboardLayout.h"
 #include "platform/linux/services/CoreFiles.h"
 #include "platform/linux/services/Doctor.h"
-#include "platform/linux/services/MotionWish.h"
+#include "platform/linux/services/ReducedMotion.h"
 #include "platform/linux/services/SecretServiceKeychain.h"
 #include "platform/linux/services/TrayStatusItem.h"
 #include "platform/qt/JsonDefaults.h"
@@ -42,10 +42,10 @@ std::nullptr_t complain(const char* line) {
 
 std::filesystem::path guardian() { return guardianBeside(QCoreApplication::applicationDirPath().toStdString()); }
 
-std::vector<Power> powersHere(std::string webModuleTrouble = {}) {
-    return vantor::examinePowers({.webModule = webEngineModulePath().toStdString(),
-                                  .guardian = guardian(),
-                                  .webModuleTrouble = std::move(webModuleTrouble)});
+std::vector<Capability> capabilitiesHere(std::string webModuleTrouble = {}) {
+    return vantor::examineCapabilities({.webModule = webEngineModulePath().toStdString(),
+                                        .guardian = guardian(),
+                                        .webModuleTrouble = std::move(webModuleTrouble)});
 }
 
 // The layout, with the connection that it is read from.
@@ -148,11 +148,13 @@ public:
     [[nodiscard]] Keychain& keychain() override { return keychain_; }
     [[nodiscard]] std::unique_ptr<WebPage> makeWebPage() override { return pages_.make(); }
     [[nodiscard]] WebView::Source pageSource() override { return pages_.source(); }
-    [[nodiscard]] std::vector<Power> powers() override {
-        return keyboard_.connection.isLost() ? withoutKeys(powersHere()) : powersHere();
+    [[nodiscard]] std::vector<Capability> capabilities() override {
+        return keyboard_.connection.isLost() ? withoutKeys(capabilitiesHere()) : capabilitiesHere();
     }
     [[nodiscard]] std::function<void()> ask(const std::string&) override { return {}; }
-    void followMotionWish(std::function<void(bool reduced)> handler) override { askMotionWish(std::move(handler)); }
+    void followReducedMotion(std::function<void(bool reduced)> handler) override {
+        askReducedMotion(std::move(handler));
+    }
 
 private:
     Keyboard keyboard_;
@@ -217,7 +219,7 @@ std::unique_ptr<Clock> makeClock() { return std::make_unique<SystemClock>(); }
 std::string desktopName() { return qgetenv("DISPLAY").toStdString(); }
 
 // Whoever asks has the time to load the module, which the running program leaves alone until there is a page.
-std::vector<Power> examinePowers() { return powersHere(webEngineTrouble()); }
+std::vector<Capability> examineCapabilities() { return capabilitiesHere(webEngineTrouble()); }
 
 std::string webEngineVersion() { return vantor::webEngineVersion(); }
 

@@ -17,14 +17,14 @@
 #include "platform/macos/FontFiles.h"
 #include "platform/macos/GeneralPasteboard.h"
 #include "platform/macos/HidTapKeyPoster.h"
-#include "platform/macos/MotionWish.h"
 #include "platform/macos/NativeOverlayWindows.h"
 #include "platform/macos/NativeView.h"
 #include "platform/macos/PrivacyPermissions.h"
+#include "platform/macos/ReducedMotion.h"
 #include "platform/macos/SecItemKeychain.h"
 #include "platform/macos/SharedWorkspace.h"
 #include "platform/macos/StatusBarItem.h"
-#include "platform/macos/SystemPowers.h"
+#include "platform/macos/SystemCapabilities.h"
 #include "platform/macos/SystemScreens.h"
 #include "platform/macos/UserDefaults.h"
 #include "platform/macos/WebKitPage.h"
@@ -112,18 +112,18 @@ public:
                                : QString();
                 }};
     }
-    [[nodiscard]] std::vector<Power> powers() override { return vantor::examinePowers(permissions_); }
-    [[nodiscard]] std::function<void()> ask(const std::string& power) override {
+    [[nodiscard]] std::vector<Capability> capabilities() override { return vantor::examineCapabilities(permissions_); }
+    [[nodiscard]] std::function<void()> ask(const std::string& capability) override {
         using Kind = Permissions::Kind;
-        if (power == "posting") return [this] { permissions_.ask(Kind::pressKeys); };
+        if (capability == "posting") return [this] { permissions_.ask(Kind::pressKeys); };
         // Monitors of other applications' keys may want either permission.
-        if (power == "raw keys")
+        if (capability == "raw keys")
             return
                 [this] { permissions_.ask(permissions_.granted(Kind::hearKeys) ? Kind::pressKeys : Kind::hearKeys); };
         return {};
     }
-    void followMotionWish(std::function<void(bool reduced)> handler) override {
-        motionWish_ = observeMotionWish(std::move(handler));
+    void followReducedMotion(std::function<void(bool reduced)> handler) override {
+        reducedMotion_ = observeReducedMotion(std::move(handler));
     }
 
 private:
@@ -136,7 +136,7 @@ private:
     SecItemKeychain keychain_;
     PrivacyPermissions permissions_;
     Subscription permitted_;
-    Subscription motionWish_;
+    Subscription reducedMotion_;
     WebKitPage* page_ = nullptr;
     QPointer<QWidget> shownPage_;
 };
@@ -169,9 +169,9 @@ std::unique_ptr<Clock> makeClock() { return std::make_unique<ZonedClock>(); }
 // One desktop for each user, which the name of the socket has already.
 std::string desktopName() { return {}; }
 
-std::vector<Power> examinePowers() {
+std::vector<Capability> examineCapabilities() {
     QtScheduler scheduler;
-    return vantor::examinePowers(PrivacyPermissions(scheduler));
+    return vantor::examineCapabilities(PrivacyPermissions(scheduler));
 }
 
 std::string webEngineVersion() { return {}; }

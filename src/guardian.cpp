@@ -19,11 +19,12 @@ constexpr int notes = 3;
 constexpr int misuseStatus = 2;
 constexpr int failureStatus = 1;
 
-const KeyboardDebt* sharedNotes() {
+const PendingKeyboardCleanup* sharedNotes() {
     struct stat status {};
-    if (fstat(notes, &status) != 0 || status.st_size < static_cast<off_t>(sizeof(KeyboardDebt))) return nullptr;
-    void* memory = mmap(nullptr, sizeof(KeyboardDebt), PROT_READ, MAP_SHARED, notes, 0);
-    return memory == MAP_FAILED ? nullptr : static_cast<const KeyboardDebt*>(memory);
+    if (fstat(notes, &status) != 0 || status.st_size < static_cast<off_t>(sizeof(PendingKeyboardCleanup)))
+        return nullptr;
+    void* memory = mmap(nullptr, sizeof(PendingKeyboardCleanup), PROT_READ, MAP_SHARED, notes, 0);
+    return memory == MAP_FAILED ? nullptr : static_cast<const PendingKeyboardCleanup*>(memory);
 }
 
 // Nothing is ever written into the pipe.
@@ -36,9 +37,9 @@ void awaitEnd() {
 }
 
 // Only now: an idle connection would be woken by every change of the keyboard's mapping.
-UndoVerdict undo(const KeyboardDebt& debt) {
+UndoVerdict undo(const PendingKeyboardCleanup& pending) {
     xcb_connection_t* connection = xcb_connect(nullptr, nullptr);
-    const auto verdict = undoKeyboard(connection, debt);
+    const auto verdict = undoKeyboard(connection, pending);
     xcb_disconnect(connection);
     return verdict;
 }
@@ -46,14 +47,14 @@ UndoVerdict undo(const KeyboardDebt& debt) {
 int guard() {
     // What ends a whole session or process group must not end the one who clears up after it.
     for (const int each : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE}) std::signal(each, SIG_IGN);
-    const KeyboardDebt* debt = sharedNotes();
-    if (!debt) return misuseStatus;
+    const PendingKeyboardCleanup* pending = sharedNotes();
+    if (!pending) return misuseStatus;
     awaitEnd();
-    if (!debt->owesAnything()) return 0;
+    if (!pending->hasAny()) return 0;
     // A server that is full for a moment; one that is gone has kept nothing.
     constexpr timespec between = {0, 200000000};
     for (int tries = 0; tries < 5; ++tries) {
-        if (undo(*debt) == UndoVerdict::undone) return 0;
+        if (undo(*pending) == UndoVerdict::undone) return 0;
         nanosleep(&between, nullptr);
     }
     return failureStatus;

@@ -80,14 +80,14 @@ int actOnFocusedApplication(const Operation& operation) {
 }
 
 // For the settings panel, which has the accounts at hand.
-std::vector<SystemPower> systemPowers(backend::Backend& backend, const AccountsCredentials& credentials) {
-    std::vector<SystemPower> powers;
-    for (const Power& each : backend.powers()) {
-        powers.push_back(each.name == "keyring" ? keyringPower(credentials)
-                                                : plainPower(each.name, each.present, each.advice));
-        powers.back().ask = backend.ask(each.name);
+std::vector<SystemCapability> systemCapabilities(backend::Backend& backend, const AccountsCredentials& credentials) {
+    std::vector<SystemCapability> capabilities;
+    for (const Capability& each : backend.capabilities()) {
+        capabilities.push_back(each.name == "keyring" ? keyringCapability(credentials)
+                                                      : plainCapability(each.name, each.present, each.advice));
+        capabilities.back().ask = backend.ask(each.name);
     }
-    return powers;
+    return capabilities;
 }
 
 // A file that is not as it should be is a fault of the build, which the form then shows as an empty one.
@@ -119,7 +119,7 @@ int askRunning(const AskRunning& command) {
         std::cerr);
 }
 
-int start(int& argumentCount, char** arguments, const Surroundings& surroundings) {
+int start(int& argumentCount, char** arguments, const Overrides& overrides) {
     if (!backend::prepareToStart()) return unavailableStatus;
     QApplication::setDesktopFileName(QStringLiteral("orvendel.Vantor"));
     QApplication::setQuitOnLastWindowClosed(false);
@@ -133,32 +133,32 @@ int start(int& argumentCount, char** arguments, const Surroundings& surroundings
 
     if (registerFonts() == FontsVerdict::fallback)
         complain("the embedded typefaces cannot be read; the system's stand in");
-    dressApplication();
+    styleApplication();
 
     QtMainThread mainThread;
     QtScheduler scheduler;
-    const auto defaults = backend::makeDefaults(surroundings.settingsFile, &mainThread);
+    const auto defaults = backend::makeDefaults(overrides.settingsFile, &mainThread);
     const auto clock = backend::makeClock();
     SessionQueue queue;
     QtUrlSession session(queue);
     SystemPause pause;
     const auto system = backend::makeBackend(mainThread, scheduler);
     if (!system) return unavailableStatus;
-    system->followMotionWish([](bool reduced) { setReducedMotion(reduced); });
+    system->followReducedMotion([](bool reduced) { setReducedMotion(reduced); });
     const backend::Keys keys = system->keys();
     ViewWindows windows(
         {.overlayWindows = system->overlayWindows(),
          .screens = system->screens(),
          .scheduler = scheduler,
-         .webHosts = {surroundings.wikiHost.value_or(build::wikiHost),
-                      surroundings.videoHost.value_or(build::videoHost),
-                      surroundings.searchHost.value_or(build::searchHost)},
+         .webHosts = {overrides.wikiHost.value_or(build::wikiHost), overrides.videoHost.value_or(build::videoHost),
+                      overrides.searchHost.value_or(build::searchHost)},
          .accountSite = build::accountSite,
-         .feedbackEndpoint = surroundings.feedbackHost.value_or(build::feedbackHost) + "/api/message",
+         .feedbackEndpoint = overrides.feedbackHost.value_or(build::feedbackHost) + "/api/message",
          .supportData = embeddedSupportData(),
          .webPage = [&system] { return system->pageSource(); },
          .translator = [] { return scriptFonts(); },
-         .examineSystem = [&delegate, &system] { return systemPowers(*system, delegate->appObserver().credentials()); },
+         .examineSystem = [&delegate,
+                           &system] { return systemCapabilities(*system, delegate->appObserver().credentials()); },
          .openLink =
              [](const std::string& address) { QDesktopServices::openUrl(QUrl(QString::fromStdString(address))); },
          .menuEntries = [&delegate] { return delegate->menuEntries(); }});
@@ -174,8 +174,8 @@ int start(int& argumentCount, char** arguments, const Surroundings& surroundings
                   .queue = queue,
                   .mainThread = mainThread,
                   .clock = *clock,
-                  .hosts = {.api = surroundings.apiHost.value_or(build::apiHost),
-                            .staticFiles = surroundings.staticFiles.value_or(build::staticFiles)},
+                  .hosts = {.api = overrides.apiHost.value_or(build::apiHost),
+                            .staticFiles = overrides.staticFiles.value_or(build::staticFiles)},
                   .printLine = printLine,
                   .stop = stopForDataFault},
          .keyMonitors = keys.monitors,
@@ -210,7 +210,7 @@ int start(int& argumentCount, char** arguments, const Surroundings& surroundings
 
 // What needs no windows. Nothing: the program is to start.
 std::optional<int> runCommand(const CommandLine& line) {
-    const auto defaults = [&] { return backend::makeDefaults(line.surroundings.settingsFile, nullptr); };
+    const auto defaults = [&] { return backend::makeDefaults(line.overrides.settingsFile, nullptr); };
     const auto run = [&](const auto& command) -> std::optional<int> {
         using Command = std::decay_t<decltype(command)>;
         if constexpr (std::is_same_v<Command, ShowHelp>) {
@@ -222,7 +222,7 @@ std::optional<int> runCommand(const CommandLine& line) {
                 std::cout << "web engine " << engine << "\n";
             return 0;
         } else if constexpr (std::is_same_v<Command, RunDoctor>) {
-            std::cout << powersAsText(backend::examinePowers());
+            std::cout << capabilitiesAsText(backend::examineCapabilities());
             return 0;
         } else if constexpr (std::is_same_v<Command, PrintTimeline>) {
             return runTimeline(command, embedded(QStringLiteral(":/catalogue/events.json")).value_or(""), *defaults(),
@@ -265,7 +265,7 @@ int runMain(int count, char** arguments) {
             return *status;
         }
     }
-    return start(count, arguments, line.surroundings);
+    return start(count, arguments, line.overrides);
 }
 
 }  // namespace

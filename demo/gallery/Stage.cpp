@@ -45,16 +45,17 @@ Stage::Stage(game::Scene scene, Extent extent) : scene_(scene) {
 }
 
 void Stage::paintEvent(QPaintEvent*) {
-    if (ground_.deviceIndependentSize().toSize() != size() || ground_.devicePixelRatio() != devicePixelRatioF()) {
-        ground_ = QPixmap(size() * devicePixelRatioF());
-        ground_.setDevicePixelRatio(devicePixelRatioF());
-        QPainter painter(&ground_);
+    if (background_.deviceIndependentSize().toSize() != size() ||
+        background_.devicePixelRatio() != devicePixelRatioF()) {
+        background_ = QPixmap(size() * devicePixelRatioF());
+        background_.setDevicePixelRatio(devicePixelRatioF());
+        QPainter painter(&background_);
         game::drawScene(painter, rect(), scene_);
         const QSize panel = size() - QSize(2 * around, 2 * around);
         painter.drawPixmap(around, around, vantor::drawInkPanel(panel, devicePixelRatioF(), panelStyle));
     }
     QPainter painter(this);
-    painter.drawPixmap(0, 0, ground_);
+    painter.drawPixmap(0, 0, background_);
 }
 
 }  // namespace gallery

@@ -20,7 +20,7 @@ protected:
 
 private:
     game::Scene scene_;
-    QPixmap ground_;
+    QPixmap background_;
 };
 
 }  // namespace gallery

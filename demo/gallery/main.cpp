@@ -87,7 +87,7 @@ int run(int count, char** arguments) {
     }
     if (vantor::registerFonts() == vantor::FontsVerdict::fallback)
         std::fprintf(stderr, "vantor-gallery: the embedded typefaces cannot be read; the system's stand in\n");
-    vantor::dressApplication();
+    vantor::styleApplication();
     vantor::setTextScale(parser.value(textScale).toDouble());
     if (parser.isSet(png)) return writePictures(parser.value(png), application.devicePixelRatio());
     Stage bright(game::Scene::bright, Extent::scrolling);

@@ -47,7 +47,7 @@ void GW2Button::paintEvent(QPaintEvent*) {
     const ControlState state = Pressable::state();
     if (!state.enabled) painter.setOpacity(disabledOpacity);
     const QRect frame = rect().adjusted(ringRoom, ringRoom, -ringRoom, -ringRoom).translated(0, state.pressed ? 1 : 0);
-    style_.paintGround(painter, frame, state);
+    style_.paintBackground(painter, frame, state);
 
     painter.setFont(textFont());
     const QFontMetrics metrics(painter.font());

@@ -10,13 +10,13 @@ namespace vantor {
 
 namespace {
 
-struct Ground {
+struct Background {
     QColor top;
     QColor bottom;
     QColor edge;
 };
 
-Ground groundOf(GW2ButtonStyle::Kind kind, const ControlState& state) {
+Background backgroundOf(GW2ButtonStyle::Kind kind, const ControlState& state) {
     using Kind = GW2ButtonStyle::Kind;
     if (kind == Kind::primary) {
         if (state.pressed) return {palette::strokeDark.darker(125), palette::strokeDark, palette::line};
@@ -33,16 +33,16 @@ Ground groundOf(GW2ButtonStyle::Kind kind, const ControlState& state) {
 
 }  // namespace
 
-void GW2ButtonStyle::paintGround(QPainter& painter, const QRectF& frame, const ControlState& state) const {
-    const Ground ground = groundOf(kind_, state);
+void GW2ButtonStyle::paintBackground(QPainter& painter, const QRectF& frame, const ControlState& state) const {
+    const Background background = backgroundOf(kind_, state);
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     const QRectF inside = frame.adjusted(0.5, 0.5, -0.5, -0.5);
     const QPainterPath outline = tornOutline(inside, 1.2, 23);
     QLinearGradient fill(inside.topLeft(), inside.bottomLeft());
-    fill.setColorAt(0, ground.top);
-    fill.setColorAt(1, ground.bottom);
-    painter.setPen(QPen(ground.edge, 1));
+    fill.setColorAt(0, background.top);
+    fill.setColorAt(1, background.bottom);
+    painter.setPen(QPen(background.edge, 1));
     painter.setBrush(fill);
     painter.drawPath(outline);
     if (state.glow > 0 && !state.pressed) {

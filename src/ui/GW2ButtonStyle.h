@@ -1,5 +1,5 @@
 #pragma once
-// The ground of buttons: dark, worn, with a hairline of gold; red where a button is the one to press. Main thread.
+// The background of buttons: dark, worn, with a hairline of gold; red where a button is the one to press. Main thread.
 
 #include <QtGui/QPainter>
 
@@ -14,7 +14,7 @@ public:
     explicit GW2ButtonStyle(Kind kind = Kind::standard) : kind_(kind) {}
 
     // The focus ring stands 2 px outside the frame.
-    void paintGround(QPainter& painter, const QRectF& frame, const ControlState& state) const;
+    void paintBackground(QPainter& painter, const QRectF& frame, const ControlState& state) const;
     [[nodiscard]] QColor textColour(const ControlState& state) const;
 
 private:

@@ -152,7 +152,7 @@ void GW2Picker::paintEvent(QPaintEvent*) {
     if (!state.enabled) painter.setOpacity(disabledOpacity);
     const QRect frame = rect().adjusted(ringRoom, ringRoom, -ringRoom, -ringRoom);
     const GW2ButtonStyle style;
-    style.paintGround(painter, frame, state);
+    style.paintBackground(painter, frame, state);
     const QString picture = chosen_ ? options_.at(*chosen_).image : QString();
     int left = frame.left() + side;
     if (!picture.isEmpty()) {

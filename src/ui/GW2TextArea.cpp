@@ -19,7 +19,7 @@ constexpr int ringRoom = 3;
 GW2TextArea::GW2TextArea(const QString& placeholder, QWidget* parent) : QPlainTextEdit(parent) {
     setPlaceholderText(placeholder);
     setAccessibleName(placeholder);
-    // A frame that is never drawn, but keeps the scroll bar inside the ground.
+    // A frame that is never drawn, but keeps the scroll bar inside the background.
     setFrameShape(QFrame::Box);
     setLineWidth(ringRoom + 1);
     setFont(sansFont(14));
@@ -38,14 +38,14 @@ QSize GW2TextArea::minimumSizeHint() const {
     return {withText(100), 3 * QFontMetrics(font()).lineSpacing() + 2 * (ringRoom + 8)};
 }
 
-// The ground belongs to the frame around the text, which the toolkit paints in the widget and not in its viewport.
+// The background belongs to the frame around the text, which the toolkit paints in the widget and not in its viewport.
 bool GW2TextArea::event(QEvent* event) {
     if (event->type() == QEvent::Paint) {
         QPainter painter(this);
         ControlState state = ControlState::of(*this);
         state.focused = state.focused || hasFocus();
         if (!state.enabled) painter.setOpacity(disabledOpacity);
-        style_.paintGround(painter, QRectF(rect()).adjusted(ringRoom, ringRoom, -ringRoom, -ringRoom), state);
+        style_.paintBackground(painter, QRectF(rect()).adjusted(ringRoom, ringRoom, -ringRoom, -ringRoom), state);
         return true;
     }
     if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) update();

@@ -89,7 +89,7 @@ void GW2TextField::paintEvent(QPaintEvent* event) {
         ControlState state = ControlState::of(*this);
         state.focused = state.focused || hasFocus();
         if (!state.enabled) painter.setOpacity(disabledOpacity);
-        style_.paintGround(painter, QRectF(rect()).adjusted(ringRoom, ringRoom, -ringRoom, -ringRoom), state);
+        style_.paintBackground(painter, QRectF(rect()).adjusted(ringRoom, ringRoom, -ringRoom, -ringRoom), state);
         if (!leadingImage_.isEmpty())
             painter.drawPixmap(ringRoom + 9, (height() - imageSize()) / 2,
                                image(leadingImage_, {imageSize(), imageSize()}, devicePixelRatioF()));

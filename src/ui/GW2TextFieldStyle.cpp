@@ -8,7 +8,7 @@
 
 namespace vantor {
 
-void GW2TextFieldStyle::paintGround(QPainter& painter, const QRectF& frame, const ControlState& state) const {
+void GW2TextFieldStyle::paintBackground(QPainter& painter, const QRectF& frame, const ControlState& state) const {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     const QRectF inside = frame.adjusted(0.5, 0.5, -0.5, -0.5);

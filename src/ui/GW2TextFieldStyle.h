@@ -1,5 +1,5 @@
 #pragma once
-// The sunken ground of fields. Main thread.
+// The sunken background of fields. Main thread.
 
 #include <QtGui/QPainter>
 #include <QtGui/QPalette>
@@ -10,7 +10,7 @@ namespace vantor {
 
 class GW2TextFieldStyle {
 public:
-    void paintGround(QPainter& painter, const QRectF& frame, const ControlState& state) const;
+    void paintBackground(QPainter& painter, const QRectF& frame, const ControlState& state) const;
     // Text, hint, selection.
     [[nodiscard]] static QPalette colours();
 };

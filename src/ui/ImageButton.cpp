@@ -42,7 +42,7 @@ void ImageButton::setQuiet(bool quiet) {
 }
 
 void ImageButton::setGround(QString image) {
-    ground_ = std::move(image);
+    background_ = std::move(image);
     update();
 }
 
@@ -57,23 +57,23 @@ void ImageButton::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const ControlState state = Pressable::state();
     if (!state.enabled) painter.setOpacity(disabledOpacity);
-    const QRectF ground =
+    const QRectF background =
         QRectF(rect()).adjusted(ringRoom, ringRoom, -ringRoom, -ringRoom).translated(0, state.pressed ? 1 : 0);
-    if (!ground_.isEmpty()) {
-        const QSize whole = ground.size().toSize();
-        for (const QString& layer : {ground_, state.hovered ? hoverImage_ : image_})
-            painter.drawPixmap(ground.topLeft(), image(layer, whole, devicePixelRatioF()));
-        if (state.focused) paintFocusRing(painter, ground);
+    if (!background_.isEmpty()) {
+        const QSize whole = background.size().toSize();
+        for (const QString& layer : {background_, state.hovered ? hoverImage_ : image_})
+            painter.drawPixmap(background.topLeft(), image(layer, whole, devicePixelRatioF()));
+        if (state.focused) paintFocusRing(painter, background);
         return;
     }
     ControlState bare = state;
     bare.focused = false;
     GW2ButtonStyle(quiet_ ? GW2ButtonStyle::Kind::quiet : GW2ButtonStyle::Kind::standard)
-        .paintGround(painter, ground, bare);
+        .paintBackground(painter, background, bare);
     const QPixmap picture =
         image(state.hovered ? hoverImage_ : image_, {pictureSize(), pictureSize()}, devicePixelRatioF());
-    painter.drawPixmap(ground.center() - QPointF(pictureSize(), pictureSize()) / 2, picture);
-    if (state.focused) paintFocusRing(painter, ground);
+    painter.drawPixmap(background.center() - QPointF(pictureSize(), pictureSize()) / 2, picture);
+    if (state.focused) paintFocusRing(painter, background);
 }
 
 }  // namespace vantor

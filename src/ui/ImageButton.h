@@ -15,9 +15,9 @@ public:
     void setImages(QString imageName, QString hoverImage);
     // Of the image, at the text scale of 1; the control is 16 px wider. 20 at first.
     void setImageSize(int pixels);
-    // Without a ground of its own.
+    // Without a background of its own.
     void setQuiet(bool quiet);
-    // On a drawn ground; the images then fill it.
+    // On a drawn background; the images then fill it.
     void setGround(QString image);
 
     [[nodiscard]] QSize sizeHint() const override;
@@ -30,7 +30,7 @@ private:
 
     QString image_;
     QString hoverImage_;
-    QString ground_;
+    QString background_;
     int imageSize_ = 20;
     bool quiet_ = false;
 };

@@ -20,7 +20,7 @@ void drawShadow(QPainter& painter, const QRectF& frame, int margin) {
     }
 }
 
-// Short horizontal strokes, lighter and darker than the ground by a breath.
+// Short horizontal strokes, lighter and darker than the background by a breath.
 void drawGrain(QPainter& painter, const QRectF& frame) {
     const int strokes = static_cast<int>(frame.width() * frame.height() / 420);
     for (int index = 0; index < strokes; ++index) {
@@ -57,10 +57,10 @@ QPixmap drawInkPanel(QSize size, double devicePixelRatio, const InkPanelStyle& s
     painter.setCompositionMode(QPainter::CompositionMode_Clear);
     painter.fillPath(outline, Qt::black);
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
-    QLinearGradient ground(frame.topLeft(), frame.bottomLeft());
-    ground.setColorAt(0, palette::withAlpha(palette::inkTop, style.opacity));
-    ground.setColorAt(1, palette::withAlpha(palette::inkBottom, style.opacity));
-    painter.fillPath(outline, ground);
+    QLinearGradient background(frame.topLeft(), frame.bottomLeft());
+    background.setColorAt(0, palette::withAlpha(palette::inkTop, style.opacity));
+    background.setColorAt(1, palette::withAlpha(palette::inkBottom, style.opacity));
+    painter.fillPath(outline, background);
 
     painter.setCompositionMode(QPainter::CompositionMode_SourceAtop);
     painter.setClipPath(outline);

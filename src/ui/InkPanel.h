@@ -1,5 +1,5 @@
 #pragma once
-// The ink panel behind everything: soft shadow, dark ground with a horizontal grain, torn edges with a hairline of
+// The ink panel behind everything: soft shadow, dark background with a horizontal grain, torn edges with a hairline of
 // gold. Drawn once for a size and then only copied. Main thread.
 
 #include <QtCore/QSize>

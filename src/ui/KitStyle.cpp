@@ -65,7 +65,7 @@ QPalette kitColours() {
     return colours;
 }
 
-void dressApplication() {
+void styleApplication() {
     // Before the look's own font takes the desktop's place.
     setTextScale(textScaleFor(QApplication::font()));
     QApplication::setStyle(new KitStyle);

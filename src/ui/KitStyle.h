@@ -11,6 +11,6 @@ namespace vantor {
 
 // Once, with the application object and before the first window; after registerFonts(). Also takes the desktop's text
 // size over.
-void dressApplication();
+void styleApplication();
 
 }  // namespace vantor

@@ -143,10 +143,10 @@ std::optional<std::size_t> ListPopup::lineUnder(QPoint place) const {
 void ListPopup::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const QPainterPath ground = tornOutline(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 1.4, 29);
-    painter.fillPath(ground, QColor(0x19, 0x14, 0x10));
+    const QPainterPath background = tornOutline(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 1.4, 29);
+    painter.fillPath(background, QColor(0x19, 0x14, 0x10));
     painter.setFont(sansFont(fontSize));
-    painter.setClipPath(ground);
+    painter.setClipPath(background);
     const int picture = withText(imageSize);
     for (std::size_t i = 0; i < wants_.lines.size(); ++i) {
         const Line& line = wants_.lines[i];
@@ -175,7 +175,7 @@ void ListPopup::paintEvent(QPaintEvent*) {
         const int top = (height() - length) * scrolled_ / (whole - height());
         painter.fillRect(QRect(width() - 6, top, 3, length), palette::withAlpha(palette::gold, 0.5));
     }
-    painter.strokePath(ground, QPen(palette::withAlpha(palette::gold, 0.45), 1));
+    painter.strokePath(background, QPen(palette::withAlpha(palette::gold, 0.45), 1));
 }
 
 void ListPopup::scrollTo(int top) {

@@ -9,8 +9,8 @@
 
 namespace vantor {
 
-// The wish for less motion: VANTOR_REDUCED_MOTION=1 (or 0), else what was told last, else nothing is reduced. Told by
-// whoever asks the desktop; a motion that runs ends as it began.
+// The wish for reduced motion: VANTOR_REDUCED_MOTION=1 (or 0), else what was told last, else nothing is reduced. Told
+// by whoever asks the desktop; a motion that runs ends as it began.
 void setReducedMotion(bool reduced);
 [[nodiscard]] bool reducedMotion();
 

@@ -1,6 +1,6 @@
 #pragma once
-// Grounds that scale as nine parts: corners keep their size, edges and the middle are tiled, nothing is stretched out
-// of shape. Drawn once for a size and scale. Main thread.
+// Backgrounds that scale as nine parts: corners keep their size, edges and the middle are tiled, nothing is stretched
+// out of shape. Drawn once for a size and scale. Main thread.
 
 #include <QtCore/QRect>
 #include <QtCore/QString>

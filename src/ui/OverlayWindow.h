@@ -1,5 +1,5 @@
 #pragma once
-// A frameless, translucent window over the game. It is dragged by its ground (`movable`), resized at its edges
+// A frameless, translucent window over the game. It is dragged by its background (`movable`), resized at its edges
 // (`resizable`), and mapped without the focus. Main thread; the backend gives it its nature before it is mapped first.
 
 #include <QtCore/QPoint>

@@ -1,5 +1,5 @@
 #pragma once
-// A sunken panel: darker ground with a shadow inside its edges. Main thread.
+// A sunken panel: darker background with a shadow inside its edges. Main thread.
 
 #include <QtWidgets/QWidget>
 

@@ -182,14 +182,14 @@ TEST_F(GuardianTest, AKillAtAnyPointOfATextLeavesNothingBehind) {
 TEST_F(GuardianTest, UndoesOnlyAfterTheServerHasReadTheLastOfADeadClient) {
     auto dying = std::make_unique<XConnection>();
     const XConnection undoing;
-    KeyboardDebt debt;
-    debt.setWitness(xcb_generate_id(dying->get()));
-    debt.note(xkey::a);
-    xcb_create_window(dying->get(), 0, debt.witness(), dying->root(), 0, 0, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
+    PendingKeyboardCleanup pending;
+    pending.setSentinel(xcb_generate_id(dying->get()));
+    pending.note(xkey::a);
+    xcb_create_window(dying->get(), 0, pending.sentinel(), dying->root(), 0, 0, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
                       XCB_COPY_FROM_PARENT, 0, nullptr);
     KeyboardState state;
     ASSERT_TRUE(readKeyboard(*dying, state));
-    auto undone = std::async(std::launch::async, [&] { return undoKeyboard(undoing.get(), debt); });
+    auto undone = std::async(std::launch::async, [&] { return undoKeyboard(undoing.get(), pending); });
     EXPECT_EQ(undone.wait_for(std::chrono::milliseconds(200)), std::future_status::timeout);
     PostedKeyRecord record;
     PostedKeys(*dying, record).send(xkey::a, true);
@@ -201,12 +201,12 @@ TEST_F(GuardianTest, UndoesOnlyAfterTheServerHasReadTheLastOfADeadClient) {
 TEST_F(GuardianTest, ALatchThatWasDownWaitsForNoKey) {
     ASSERT_EQ(std::system("setxkbmap -layout de -variant T3"), 0);
     player.letGo();
-    KeyboardDebt debt;
+    PendingKeyboardCleanup pending;
     {
         const XConnection dying;
         PostedKeyRecord record;
         PostedKeys keys(dying, record);
-        keys.noteIn(&debt);
+        keys.noteIn(&pending);
         // There it is one beside AltGr.
         keys.send(xkey::altRight, true);
         keys.send(xkey::shiftLeft, true);
@@ -215,7 +215,7 @@ TEST_F(GuardianTest, ALatchThatWasDownWaitsForNoKey) {
         ASSERT_EQ(state.held, 0xa0);
     }
     const XConnection undoing;
-    EXPECT_EQ(undoKeyboard(undoing.get(), debt), UndoVerdict::undone);
+    EXPECT_EQ(undoKeyboard(undoing.get(), pending), UndoVerdict::undone);
     EXPECT_TRUE(player.keysDown().none());
     EXPECT_EQ(player.state(), KeyboardState());
 }

@@ -422,9 +422,9 @@ TEST_F(KeysTest, WhileTheServerTakesNoConnectionTheLossShowsAndItIsTriedAgain) {
     EXPECT_EQ(poster.beginTyping(), nullptr);
     EXPECT_EQ(poster.post({0, 0, true}), PostVerdict::lost);
     EXPECT_TRUE(connection.isLost());
-    const std::vector<Power> powers =
+    const std::vector<Capability> capabilities =
         withoutKeys({{"display", true, ""}, {"raw keys", true, ""}, {"posting", true, ""}});
-    EXPECT_TRUE(powers[0].present && !powers[1].present && !powers[2].present);
+    EXPECT_TRUE(capabilities[0].present && !capabilities[1].present && !capabilities[2].present);
     qputenv("DISPLAY", display);
     ASSERT_TRUE(comesTrue([&] { return renewals == 1; }));
     EXPECT_TRUE(monitors.available());

@@ -242,17 +242,18 @@ TEST_F(WorkspaceTest, BearsThatTheApplicationToReturnToHasVanished) {
     workspace_.hideAndUnhideWithoutActivation();  // nobody is left to take it
 }
 
-TEST(DoctorTest, FindsThePowersOfThePrivateDesktopAndNamesTheMissing) {
-    const auto powers = examinePowers({.webModule = "/nonexistent/module.so", .guardian = "/nonexistent/guardian"});
+TEST(DoctorTest, FindsTheCapabilitiesOfThePrivateDesktopAndNamesTheMissing) {
+    const auto capabilities =
+        examineCapabilities({.webModule = "/nonexistent/module.so", .guardian = "/nonexistent/guardian"});
     std::vector<std::string> absent;
-    for (const auto& each : powers)
+    for (const auto& each : capabilities)
         if (!each.present) absent.push_back(each.name);
-    EXPECT_EQ(powers.size(), 10U);
-    EXPECT_EQ(absent, (std::vector<std::string>{"tray", "guardian", "web engine"})) << powersAsText(powers);
+    EXPECT_EQ(capabilities.size(), 10U);
+    EXPECT_EQ(absent, (std::vector<std::string>{"tray", "guardian", "web engine"})) << capabilitiesAsText(capabilities);
 
     const auto display = qgetenv("DISPLAY");
     qunsetenv("DISPLAY");
-    const auto without = examinePowers(
+    const auto without = examineCapabilities(
         {.webModule = "/proc/self/exe", .guardian = "/proc/self/exe", .webModuleTrouble = "libX.so: no such file"});
     qputenv("DISPLAY", display);
     absent.clear();
@@ -261,9 +262,9 @@ TEST(DoctorTest, FindsThePowersOfThePrivateDesktopAndNamesTheMissing) {
             absent.push_back(each.name);
     EXPECT_EQ(absent, (std::vector<std::string>{"display", "raw keys", "posting", "layout", "frontmost application",
                                                 "tray", "web engine"}));
-    EXPECT_NE(powersAsText(without).find("cannot be loaded: libX.so: no such file"), std::string::npos);
-    EXPECT_NE(powersAsText(without).find("display                no   no X server"), std::string::npos)
-        << powersAsText(without);
+    EXPECT_NE(capabilitiesAsText(without).find("cannot be loaded: libX.so: no such file"), std::string::npos);
+    EXPECT_NE(capabilitiesAsText(without).find("display                no   no X server"), std::string::npos)
+        << capabilitiesAsText(without);
 }
 
 TEST(SingleInstanceTest, SecondStartAsksTheFirstAndAStaleSocketIsReplaced) {

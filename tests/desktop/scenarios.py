@@ -213,7 +213,7 @@ def moved_clock(report, arguments, folder):
                 os.environ.pop(name) if value is None else os.environ.update({name: value})
             with vantor:
                 place = desk.wait_until(lambda: vantor.windows().get("watched"))
-                # The ground of a row, or the scene where there is none.
+                # The background of a row, or the scene where there is none.
                 look = lambda: desk.pixels(place[0] + 16, place[1] + 30, 4, 4)
                 if entering:
                     bare = look()
@@ -296,7 +296,7 @@ def logins(report, arguments, folder):
 def command_line(report, arguments, folder):
     doctor = subprocess.run([arguments.vantor, "--doctor"], capture_output=True, text=True, timeout=desk.PATIENCE)
     report.check(doctor.returncode == 0 and all(name in doctor.stdout for name in ("display", "raw keys", "keyring")),
-                 "--doctor names the powers", doctor.stdout + doctor.stderr)
+                 "--doctor names the capabilities", doctor.stdout + doctor.stderr)
     with desk.Game(arguments.game, folder) as game:
         desk.wait_until(game.has_focus)
         text = "Typed [once] & for All"

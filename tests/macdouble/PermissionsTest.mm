@@ -7,7 +7,7 @@
 #include "ServiceCalls.h"
 #include "fake/FakeScheduler.h"
 #include "platform/macos/PrivacyPermissions.h"
-#include "platform/macos/SystemPowers.h"
+#include "platform/macos/SystemCapabilities.h"
 
 namespace vantor {
 namespace {
@@ -28,8 +28,8 @@ protected:
         serviceCalls().take();
     }
     void look() { scheduler.advance(PrivacyPermissions::between); }
-    Power power(const std::string& name) const {
-        for (const Power& each : examinePowers(permissions))
+    Capability capability(const std::string& name) const {
+        for (const Capability& each : examineCapabilities(permissions))
             if (each.name == name) return each;
         return {};
     }
@@ -77,20 +77,20 @@ TEST_F(PermissionsTest, TellsOfAChangeWhileSomebodyListens) {
 }
 
 TEST_F(PermissionsTest, ExplainsWhatIsMissingAndWhere) {
-    EXPECT_FALSE(power("raw keys").present);
-    EXPECT_THAT(power("raw keys").advice, HasSubstr("Input Monitoring and Accessibility"));
-    EXPECT_THAT(power("posting").advice, HasSubstr("Accessibility"));
+    EXPECT_FALSE(capability("raw keys").present);
+    EXPECT_THAT(capability("raw keys").advice, HasSubstr("Input Monitoring and Accessibility"));
+    EXPECT_THAT(capability("posting").advice, HasSubstr("Accessibility"));
     privacyDouble().listening = kIOHIDAccessTypeGranted;
-    EXPECT_FALSE(power("raw keys").present);
-    EXPECT_THAT(power("raw keys").advice, Not(HasSubstr("Input Monitoring")));
-    EXPECT_FALSE(power("posting").present);
+    EXPECT_FALSE(capability("raw keys").present);
+    EXPECT_THAT(capability("raw keys").advice, Not(HasSubstr("Input Monitoring")));
+    EXPECT_FALSE(capability("posting").present);
     privacyDouble() = {true, kIOHIDAccessTypeDenied};
-    EXPECT_THAT(power("raw keys").advice, HasSubstr("may work in Vantor's own windows only"));
-    EXPECT_THAT(power("raw keys").advice, Not(HasSubstr("Accessibility")));
-    EXPECT_TRUE(power("posting").present);
+    EXPECT_THAT(capability("raw keys").advice, HasSubstr("may work in Vantor's own windows only"));
+    EXPECT_THAT(capability("raw keys").advice, Not(HasSubstr("Accessibility")));
+    EXPECT_TRUE(capability("posting").present);
     privacyDouble().listening = kIOHIDAccessTypeGranted;
-    EXPECT_TRUE(power("raw keys").present);
-    EXPECT_TRUE(power("keyring").present);
+    EXPECT_TRUE(capability("raw keys").present);
+    EXPECT_TRUE(capability("keyring").present);
 }
 
 }  // namespace

@@ -263,7 +263,7 @@ TEST_F(StartUpTest, HotkeysWorkFromTheMomentThePlayerAllowsTheLast) {
     launch();
     const auto missing = [this] {
         std::vector<std::string> names;
-        for (const Power& each : backend->powers())
+        for (const Capability& each : backend->capabilities())
             if (!each.present) names.push_back(each.name);
         return names;
     };
@@ -287,7 +287,7 @@ TEST_F(StartUpTest, HotkeysWorkFromTheMomentThePlayerAllowsTheLast) {
 TEST_F(StartUpTest, TheWishForLessMotionIsFollowed) {
     launch();
     std::vector<bool> told;
-    backend->followMotionWish([&](bool reduced) { told.push_back(reduced); });
+    backend->followReducedMotion([&](bool reduced) { told.push_back(reduced); });
     macdouble::setReducesMotion(true);
     EXPECT_THAT(told, ElementsAre(false, true));
     macdouble::setReducesMotion(false);

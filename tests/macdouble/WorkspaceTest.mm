@@ -10,7 +10,7 @@
 
 #include "DesktopDouble.h"
 #include "ServiceCalls.h"
-#include "platform/macos/MotionWish.h"
+#include "platform/macos/ReducedMotion.h"
 #include "platform/macos/SharedWorkspace.h"
 
 namespace vantor {
@@ -98,11 +98,11 @@ TEST_F(SharedWorkspaceTest, HandsTheFocusBackByHiding) {
     EXPECT_THAT(serviceCalls().take(), IsEmpty());
 }
 
-TEST(MotionWishTest, IsToldAtOnceAndAtEachChangeUntilItEnds) {
+TEST(ReducedMotionTest, IsToldAtOnceAndAtEachChangeUntilItEnds) {
     std::vector<bool> told;
     macdouble::setReducesMotion(true);
     Subscription following;
-    following = observeMotionWish([&](bool reduced) {
+    following = observeReducedMotion([&](bool reduced) {
         told.push_back(reduced);
         if (told.size() == 3) following.reset();
     });

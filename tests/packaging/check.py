@@ -190,8 +190,8 @@ def one_shot(report, root, version):
     report.check(timeline.returncode == 0 and len(json.loads(timeline.stdout)) > 100, "--timeline --json prints the day",
                  timeline.stderr)
     doctor = run(vantor, "--doctor").stdout
-    for power in ("display", "guardian", "web engine"):
-        report.check(re.search(rf"^{power} +yes ", doctor, re.M), f"--doctor finds: {power}", doctor)
+    for capability in ("display", "guardian", "web engine"):
+        report.check(re.search(rf"^{capability} +yes ", doctor, re.M), f"--doctor finds: {capability}", doctor)
 
 
 def in_a_desktop(report, root, game, folder):
@@ -231,12 +231,12 @@ def in_a_desktop(report, root, game, folder):
 
 def without_parts(report, root):
     """What a player sees whose installation lost something."""
-    for file, power in (("vantor-guardian", "guardian"), ("libvantor_web.so", "web engine")):
+    for file, capability in (("vantor-guardian", "guardian"), ("libvantor_web.so", "web engine")):
         part = root.folder / "usr/lib/vantor" / file
         aside = part.with_suffix(".aside")
         part.rename(aside)
         doctor = run(root.bin / "vantor", "--doctor").stdout
-        report.check(re.search(rf"^{power} +no ", doctor, re.M), f"without {file}, --doctor says so", doctor)
+        report.check(re.search(rf"^{capability} +no ", doctor, re.M), f"without {file}, --doctor says so", doctor)
         aside.rename(part)
 
 

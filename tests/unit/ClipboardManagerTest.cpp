@@ -110,8 +110,8 @@ TEST(ClipboardManagerOrder, PostsOnlyAfterTheFocusWaitAndReleasesAfterAFailedPos
     FakeKeyMonitors monitors;
     FakeWorkspace workspace;
     // What had happened at each wait.
-    struct Witness final : Pause {
-        Witness(FakeKeyPoster& post, FakeWorkspace& desktop) : poster(post), workspace(desktop) {}
+    struct Sentinel final : Pause {
+        Sentinel(FakeKeyPoster& post, FakeWorkspace& desktop) : poster(post), workspace(desktop) {}
         void wait(std::chrono::microseconds) override {
             seen.emplace_back(workspace.calls.size(), poster.posted.size());
         }

@@ -94,13 +94,12 @@ TEST(CommandLine, RefusesWhatItDoesNotKnowInOneLineThatRepeatsNoValue) {
     }
 }
 
-TEST(CommandLine, TakesItsSurroundingsFromOptionsBeforeTheEnvironment) {
+TEST(CommandLine, TakesItsOverridesFromOptionsBeforeTheEnvironment) {
     const auto result = parsed({"--static-files", "qrc:/other", "--doctor", "--settings", "mine"},
                                {{"VANTOR_API_HOST", "http://127.0.0.1:8080"},
                                 {"VANTOR_STATIC_FILES", "https://files.example"},
                                 {"VANTOR_SETTINGS", "theirs"}});
-    EXPECT_EQ(std::get<CommandLine>(result).surroundings,
-              (Surroundings{"mine", "http://127.0.0.1:8080", "qrc:/other"}));
+    EXPECT_EQ(std::get<CommandLine>(result).overrides, (Overrides{"mine", "http://127.0.0.1:8080", "qrc:/other"}));
     EXPECT_TRUE(std::holds_alternative<UsageError>(parsed({}, {{"VANTOR_API_HOST", "nowhere"}})));
 }
 

@@ -95,7 +95,7 @@ TEST(KitContrast, TextReadsOnTheGroundsOfControls) {
     struct Pair {
         const char* name;
         QColor text;
-        QColor ground;
+        QColor background;
     };
     for (const Pair& pair :
          {Pair{"hint in a field", palette::dim, palette::fieldInk},
@@ -105,7 +105,7 @@ TEST(KitContrast, TextReadsOnTheGroundsOfControls) {
           Pair{"the chosen tab of a column", palette::gold, over(palette::red, 0.4, panel)},
           Pair{"the name on the stroke", palette::gold, palette::strokeLight},
           Pair{"the hotkey on the stroke", over(palette::warmWhite, 0.85, palette::strokeLight), palette::strokeLight}})
-        EXPECT_GE(contrast(pair.text, pair.ground), 4.5) << pair.name;
+        EXPECT_GE(contrast(pair.text, pair.background), 4.5) << pair.name;
 }
 
 // The differential equation itself, in small steps.
@@ -226,7 +226,7 @@ TEST(KitRepaint, HoveringPaintsOnlyTheHoveredControl) {
         const PaintCounter counter;
         hover(*hovered, QEvent::HoverEnter);
         for (const QWidget* const control : controls) EXPECT_EQ(counter.of(control), control == hovered ? 1 : 0);
-        // The ground behind it, and no more.
+        // The background behind it, and no more.
         EXPECT_TRUE(hovered->geometry().contains(counter.regionOf(&window)));
         hover(*hovered, QEvent::HoverLeave);
     }

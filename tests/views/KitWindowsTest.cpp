@@ -141,7 +141,8 @@ protected:
              [] {
                  return TranslatorNeeds{[](const Script&) { return true; }, {}};
              },
-         .examineSystem = [] { return std::vector<SystemPower>{plainPower("keyring", false, "Install one")}; },
+         .examineSystem =
+             [] { return std::vector<SystemCapability>{plainCapability("keyring", false, "Install one")}; },
          .openLink = [](const std::string&) {},
          .menuEntries = [] { return std::vector<MenuEntry>(); }}};
     std::unique_ptr<AppDelegate> delegate;

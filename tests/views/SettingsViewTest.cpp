@@ -65,7 +65,7 @@ protected:
                     return new AccountsView(
                         *credentials, [this](const std::string& name) { filled.push_back(name); }, parent);
                 },
-                [this] { return powers; },
+                [this] { return capabilities; },
                 [this](const QString& link) { opened.push_back(link.toStdString()); },
                 {QStringLiteral("https://wiki.example"), QStringLiteral("https://account.example")}},
             nullptr);
@@ -139,7 +139,7 @@ protected:
     FakeKeychain keychain;
     std::optional<AccountsCredentials> credentials;
     std::optional<ApiKeyField> key;
-    std::vector<SystemPower> powers{{"Status bar", true, "is there"}, {"Web pages", false, "install it"}};
+    std::vector<SystemCapability> capabilities{{"Status bar", true, "is there"}, {"Web pages", false, "install it"}};
     Words made, hotkeys, opened, filled, printed;
     int accepted = 0;
     std::unique_ptr<SettingsView> panel;
@@ -261,7 +261,7 @@ TEST_F(SettingsViewTest, NamesWhatTheMachineLacksFirst) {
     const auto place = [&](const std::string& text) { return std::ranges::find(all, text) - all.begin(); };
     EXPECT_THAT(all, Contains("One thing is missing; the rest goes on working without it."));
     EXPECT_LT(place("Web pages"), place("Status bar"));
-    powers[1].have = true;
+    capabilities[1].have = true;
     panel->select(SettingsView::Page::timers);
     panel->select(SettingsView::Page::general);
     settle();
@@ -269,10 +269,11 @@ TEST_F(SettingsViewTest, NamesWhatTheMachineLacksFirst) {
 
     keychain.isLocked = true;
     open();
-    EXPECT_FALSE(keyringPower(*credentials).have);
-    EXPECT_EQ(plainPower("posting", true, "XTEST"), (SystemPower{"Typing into the game", true, "works"}));
-    EXPECT_EQ(plainPower("posting", false, "do this"), (SystemPower{"Typing into the game", false, "do this"}));
-    EXPECT_EQ(plainPower("flying", false, "cannot"), (SystemPower{"flying", false, "cannot"}));
+    EXPECT_FALSE(keyringCapability(*credentials).have);
+    EXPECT_EQ(plainCapability("posting", true, "XTEST"), (SystemCapability{"Typing into the game", true, "works"}));
+    EXPECT_EQ(plainCapability("posting", false, "do this"),
+              (SystemCapability{"Typing into the game", false, "do this"}));
+    EXPECT_EQ(plainCapability("flying", false, "cannot"), (SystemCapability{"flying", false, "cannot"}));
 }
 
 TEST_F(SettingsViewTest, ScrollsNoFartherThanItsTexts) {

@@ -33,7 +33,7 @@ constexpr std::array<const char*, WebPage::propertyCount> propertyNames = {
 
 void say(const std::string& line) { std::cout << line << std::endl; }
 
-// The ground that the overlay gives its pages.
+// The background that the overlay gives its pages.
 class Window final : public OverlayWindow {
 public:
     Window()

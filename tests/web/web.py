@@ -134,7 +134,7 @@ def first_opening(the):
 
 
 def picture(the):
-    """What the player sees: the page over the window's own ground, no white, fades at the edges."""
+    """What the player sees: the page over the window's own background, no white, fades at the edges."""
     with pages.Server() as server, the.probe(server) as probe:
         server.bodies[UPDATES] = "<p style='font-size:40px; font-weight:bold; line-height:50px'>" + "WWWWW " * 80 + "</p>"
         probe.do("show", "updates")
@@ -143,8 +143,8 @@ def picture(the):
         shown = lambda: (236, 230, 214) in colours(*inner)
         the.check(desk.wait_until(shown), "the page's letters are seen in their colour")
         found = colours(*inner)
-        the.check(max(map(max, found)) < 245, "no white ground behind them", max(found))
-        the.check(any(abs(each[1] - GROUND[1]) < 12 and each[0] < 30 for each in found), "the window's ground shows through")
+        the.check(max(map(max, found)) < 245, "no white background behind them", max(found))
+        the.check(any(abs(each[1] - GROUND[1]) < 12 and each[0] < 30 for each in found), "the window's background shows through")
         # A sheet of one colour shows the fades alone, at each of the four edges.
         server.bodies["/sheet"] = "<div style='position:fixed;inset:0;background:#c0c0c0;box-shadow:none!important'></div>"
         probe.do(f"load {server.host}/sheet")
@@ -157,7 +157,7 @@ def picture(the):
             the.check(steps[0] < 130 and steps == sorted(steps) and steps[-1] == 0xc0, f"a soft fade at the {edge}", steps)
         if "VANTOR_PICTURES" in os.environ:
             desk.picture(Path(os.environ["VANTOR_PICTURES"]) / "web.png")
-    # The same many times over: the engine's own ground was white on some of the runs.
+    # The same many times over: the engine's own background was white on some of the runs.
     white = 0
     for _ in range(5):
         with pages.Server() as server, the.probe(server) as probe:
@@ -165,7 +165,7 @@ def picture(the):
             seen(server, UPDATES)
             desk.wait_until(lambda: (242, 215, 140) in colours(40, 40, 400, 200))
             white += max(map(max, colours(40, 40, 800, 480))) > 245
-    the.check(white == 0, "never a white ground in five starts", white)
+    the.check(white == 0, "never a white background in five starts", white)
 
 
 def without_sheet(the):

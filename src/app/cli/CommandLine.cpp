@@ -35,7 +35,7 @@ enum class Id {
     staticFiles,
 };
 
-enum class Role { command, detail, surroundings };
+enum class Role { command, detail, overrides };
 
 struct Option {
     Id id;
@@ -66,9 +66,9 @@ constexpr std::array options{
     Option{Id::doctor, Role::command, "--doctor", "", "tell what Vantor can do here, and what to do about the rest"},
     Option{Id::version, Role::command, "--version", "", "print the version"},
     Option{Id::help, Role::command, "--help", "", "print this text"},
-    Option{Id::settings, Role::surroundings, "--settings", "FILE", "keep the settings in FILE; or VANTOR_SETTINGS"},
-    Option{Id::apiHost, Role::surroundings, "--api-host", "URL", "the game's web API; or VANTOR_API_HOST"},
-    Option{Id::staticFiles, Role::surroundings, "--static-files", "URL", "the catalogue files; or VANTOR_STATIC_FILES"},
+    Option{Id::settings, Role::overrides, "--settings", "FILE", "keep the settings in FILE; or VANTOR_SETTINGS"},
+    Option{Id::apiHost, Role::overrides, "--api-host", "URL", "the game's web API; or VANTOR_API_HOST"},
+    Option{Id::staticFiles, Role::overrides, "--static-files", "URL", "the catalogue files; or VANTOR_STATIC_FILES"},
 };
 
 const Option* optionNamed(std::string_view name) {
@@ -88,13 +88,13 @@ std::optional<std::string> textOrStandardInput(const std::string& operand) {
 class Parser {
 public:
     explicit Parser(const EnvironmentLookup& environment) {
-        surroundings_ = {.settingsFile = environment("VANTOR_SETTINGS"),
-                         .apiHost = environment("VANTOR_API_HOST"),
-                         .staticFiles = environment("VANTOR_STATIC_FILES"),
-                         .wikiHost = environment("VANTOR_WIKI_HOST"),
-                         .videoHost = environment("VANTOR_VIDEO_HOST"),
-                         .searchHost = environment("VANTOR_SEARCH_HOST"),
-                         .feedbackHost = environment("VANTOR_FEEDBACK_HOST")};
+        overrides_ = {.settingsFile = environment("VANTOR_SETTINGS"),
+                      .apiHost = environment("VANTOR_API_HOST"),
+                      .staticFiles = environment("VANTOR_STATIC_FILES"),
+                      .wikiHost = environment("VANTOR_WIKI_HOST"),
+                      .videoHost = environment("VANTOR_VIDEO_HOST"),
+                      .searchHost = environment("VANTOR_SEARCH_HOST"),
+                      .feedbackHost = environment("VANTOR_FEEDBACK_HOST")};
     }
 
     [[nodiscard]] std::variant<CommandLine, UsageError> parse(std::span<const std::string> arguments) {
@@ -118,7 +118,7 @@ public:
             } else if (equals != std::string::npos) {
                 return error(name + " takes no value");
             }
-            if (option->id == Id::help) return CommandLine{ShowHelp{}, surroundings_};
+            if (option->id == Id::help) return CommandLine{ShowHelp{}, overrides_};
             if (auto wrong = take(*option, operand)) return *std::move(wrong);
         }
         return finish();
@@ -160,13 +160,13 @@ private:
                 break;
             case Id::settings:
                 if (operand.empty()) return error("--settings: no file name");
-                surroundings_.settingsFile = operand;
+                overrides_.settingsFile = operand;
                 break;
             case Id::apiHost:
-                surroundings_.apiHost = operand;
+                overrides_.apiHost = operand;
                 break;
             case Id::staticFiles:
-                surroundings_.staticFiles = operand;
+                overrides_.staticFiles = operand;
                 break;
             default:
                 break;
@@ -185,14 +185,13 @@ private:
     }
 
     [[nodiscard]] std::variant<CommandLine, UsageError> finish() {
-        if (surroundings_.apiHost && !hasScheme(*surroundings_.apiHost, {"https://", "http://"}))
+        if (overrides_.apiHost && !hasScheme(*overrides_.apiHost, {"https://", "http://"}))
             return error("the web API's host is no http or https URL");
         for (const auto& host :
-             {surroundings_.wikiHost, surroundings_.videoHost, surroundings_.searchHost, surroundings_.feedbackHost})
+             {overrides_.wikiHost, overrides_.videoHost, overrides_.searchHost, overrides_.feedbackHost})
             if (host && !hasScheme(*host, {"https://", "http://"}))
                 return error("the host of the pages or of the feedback service is no http or https URL");
-        if (surroundings_.staticFiles &&
-            !hasScheme(*surroundings_.staticFiles, {"https://", "http://", "file:///", "qrc:/"}))
+        if (overrides_.staticFiles && !hasScheme(*overrides_.staticFiles, {"https://", "http://", "file:///", "qrc:/"}))
             return error("the place of the catalogue files is no http, https, file or qrc URL");
 
         const std::optional<Id> command = command_ ? std::optional(command_->id) : std::nullopt;
@@ -202,7 +201,7 @@ private:
                 return error(std::string(option->name) +
                              (detail == Id::json ? " needs --timeline or --key-map" : " needs --timeline"));
             }
-        return CommandLine{commandOf(command), surroundings_};
+        return CommandLine{commandOf(command), overrides_};
     }
 
     [[nodiscard]] Command commandOf(std::optional<Id> command) {
@@ -238,7 +237,7 @@ private:
         }
     }
 
-    Surroundings surroundings_;
+    Overrides overrides_;
     const Option* command_ = nullptr;
     std::vector<Id> details_;
     std::string text_;

@@ -80,7 +80,7 @@ using Command = std::variant<StartProgram, ShowHelp, ShowVersion, RunDoctor, Pri
                              PressText, ChangeSettings, PrintSetting, AskRunning>;
 
 // From an option, else from the environment, else nothing: the default is taken.
-struct Surroundings {
+struct Overrides {
     std::optional<std::string> settingsFile;  // --settings, VANTOR_SETTINGS
     std::optional<std::string> apiHost;       // --api-host, VANTOR_API_HOST
     std::optional<std::string> staticFiles;   // --static-files, VANTOR_STATIC_FILES
@@ -90,12 +90,12 @@ struct Surroundings {
     std::optional<std::string> searchHost{};    // VANTOR_SEARCH_HOST
     std::optional<std::string> feedbackHost{};  // VANTOR_FEEDBACK_HOST
 
-    bool operator==(const Surroundings&) const = default;
+    bool operator==(const Overrides&) const = default;
 };
 
 struct CommandLine {
     Command command;
-    Surroundings surroundings;
+    Overrides overrides;
 
     bool operator==(const CommandLine&) const = default;
 };

@@ -4,11 +4,11 @@
 
 namespace vantor {
 
-std::string powersAsText(const std::vector<Power>& powers) {
+std::string capabilitiesAsText(const std::vector<Capability>& capabilities) {
     std::size_t widest = 0;
-    for (const auto& each : powers) widest = std::max(widest, each.name.size());
+    for (const auto& each : capabilities) widest = std::max(widest, each.name.size());
     std::string text;
-    for (const auto& each : powers) {
+    for (const auto& each : capabilities) {
         text += each.name + std::string(widest - each.name.size(), ' ');
         text += each.present ? "  yes  " : "  no   ";
         text += each.advice + '\n';

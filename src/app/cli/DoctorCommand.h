@@ -4,11 +4,11 @@
 #include <string>
 #include <vector>
 
-#include "platform/Power.h"
+#include "platform/Capability.h"
 
 namespace vantor {
 
 // One line for each, with a line feed at its end.
-[[nodiscard]] std::string powersAsText(const std::vector<Power>& powers);
+[[nodiscard]] std::string capabilitiesAsText(const std::vector<Capability>& capabilities);
 
 }  // namespace vantor

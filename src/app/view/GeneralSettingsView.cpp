@@ -43,7 +43,7 @@ GeneralSettingsView::GeneralSettingsView(const SettingsView::Needs& needs, QWidg
     column_->addWidget(new ApiSettingsView(needs_.helpHosts, needs_.openLink, page_));
 
     addSection(QStringLiteral("What Vantor needs on this machine"));
-    column_->addWidget(new SystemPowersView(needs_.examineSystem, page_));
+    column_->addWidget(new SystemCapabilitiesView(needs_.examineSystem, page_));
     column_->addStretch(1);
 
     auto* const scroller = new VerticalScroller(this);

@@ -80,11 +80,11 @@ void IconMenu::fill(const std::vector<MenuEntry>& entries) {
 }
 
 void IconMenu::paintEvent(QPaintEvent* event) {
-    if (ground_.deviceIndependentSize().toSize() != size() || ground_.devicePixelRatio() != devicePixelRatioF())
-        ground_ = drawInkPanel(size(), devicePixelRatioF(), panel);
+    if (background_.deviceIndependentSize().toSize() != size() || background_.devicePixelRatio() != devicePixelRatioF())
+        background_ = drawInkPanel(size(), devicePixelRatioF(), panel);
     {
         QPainter painter(this);
-        painter.drawPixmap(0, 0, ground_);
+        painter.drawPixmap(0, 0, background_);
     }
     QMenu::paintEvent(event);
 }

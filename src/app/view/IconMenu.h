@@ -24,7 +24,7 @@ private:
     IconMenu(const QString& title, QWidget* parent);
     void fill(const std::vector<MenuEntry>& entries);
 
-    QPixmap ground_;
+    QPixmap background_;
 };
 
 }  // namespace vantor

@@ -32,8 +32,8 @@ MainWindow::MainWindow(AppObserver& appObserver, const ViewNeeds& needs, Watched
                                panelStyle.margin + 8);
     auto* const content = new ContentView(appObserver, needs, watched, this);
     layout->addWidget(content);
-    // Else the first control would get the keyboard with a click on the ground, unseen, and a Space meant for the game
-    // would press it: the close button.
+    // Else the first control would get the keyboard with a click on the background, unseen, and a Space meant for the
+    // game would press it: the close button.
     content->setFocus();
 }
 

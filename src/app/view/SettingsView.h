@@ -7,7 +7,7 @@
 
 #include "app/ApiKeyField.h"
 #include "app/view/ApiSettingsView.h"
-#include "app/view/SystemPowersView.h"
+#include "app/view/SystemCapabilitiesView.h"
 #include "platform/Defaults.h"
 #include "ui/Tabber.h"
 
@@ -31,7 +31,7 @@ public:
         std::function<QWidget*(const HotkeySetting& setting, QWidget* parent)> makeHotkeyField;
         MakePage makeTimersPage;
         MakePage makeAccountsPage;
-        SystemPowersView::Examine examineSystem;
+        SystemCapabilitiesView::Examine examineSystem;
         OpenLink openLink;
         HelpHosts helpHosts;
     };

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "app/SystemPower.h"
+#include "app/SystemCapability.h"
 #include "base/Scheduler.h"
 #include "browser/WebAddresses.h"
 #include "browser/view/WebView.h"
@@ -29,7 +29,7 @@ struct ViewNeeds {
     std::function<WebView::Source()> webPage;
     // Asked when its tab is shown first.
     std::function<TranslatorNeeds()> translator;
-    std::function<std::vector<SystemPower>()> examineSystem;
+    std::function<std::vector<SystemCapability>()> examineSystem;
     // In the default browser.
     std::function<void(const std::string& address)> openLink;
     // Of the status item, as it is at this moment.

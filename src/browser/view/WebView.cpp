@@ -37,7 +37,7 @@ void WebView::place() {
 
 void WebView::resizeEvent(QResizeEvent*) { place(); }
 
-// The engine may take a second to come; until then the ground is shown, and never a white page.
+// The engine may take a second to come; until then the background is shown, and never a white page.
 void WebView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.fillRect(rect(), palette::withAlpha(Qt::black, 0.22));

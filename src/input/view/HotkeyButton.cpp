@@ -19,7 +19,7 @@ namespace {
 
 constexpr int ringRoom = 3;
 
-// A stored hotkey as a text on a pale ground, filling the width that there is.
+// A stored hotkey as a text on a pale background, filling the width that there is.
 class HotkeyField final : public Pressable {
 public:
     HotkeyField(const Defaults& defaults, std::string_view key, QString name, QWidget* parent)

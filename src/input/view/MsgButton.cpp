@@ -38,7 +38,7 @@ void MsgButton::paintLabel(QPainter& painter, const QRect& frame, const ControlS
     const GW2ButtonStyle style;
     ControlState bare = state;
     bare.focused = false;
-    style.paintGround(painter, frame, bare);
+    style.paintBackground(painter, frame, bare);
     painter.setFont(sansFont(fontSize));
     painter.setPen(style.textColour(state));
     painter.drawText(frame, Qt::AlignCenter, content_);

@@ -45,9 +45,9 @@ NSWindow* windowOf(NativeWindow native) { return [(NSView*)native window]; }
 
 BOOL staysUnderThePointer(id, SEL) { return NO; }
 
-// Movable by its ground, as the system understands it: by every view that does not refuse. The toolkit has one view for
+// Movable by its background, as the system understands it: by every view that does not refuse. The toolkit has one view for
 // all that is drawn in a window, and one that is not opaque does not refuse, so each slider would drag the window. Ours
-// refuses; what of it is ground the window itself knows, and is moved by that.
+// refuses; what of it is background the window itself knows, and is moved by that.
 void makeMovableByBackground(NSWindow* window, NSView* view) {
     const char types[] = {*@encode(BOOL), *@encode(id), *@encode(SEL), '\0'};
     class_addMethod([view class], @selector(mouseDownCanMoveWindow), (IMP)staysUnderThePointer, types);
@@ -55,7 +55,7 @@ void makeMovableByBackground(NSWindow* window, NSView* view) {
 }
 
 // The main window, with none of what a title and its buttons would show.
-void dressMain(NSWindow* window, NSView* view) {
+void styleMain(NSWindow* window, NSView* view) {
     [window setTitleVisibility:NSWindowTitleHidden];
     [window setTitlebarAppearsTransparent:YES];
     [window setOpaque:NO];
@@ -67,7 +67,7 @@ void dressMain(NSWindow* window, NSView* view) {
     [window setCollectionBehavior:NSWindowCollectionBehaviorMoveToActiveSpace];
 }
 
-void dressSeamless(NSWindow* window) {
+void styleSeamless(NSWindow* window) {
     [window setBackgroundColor:[NSColor clearColor]];
     [window setCollectionBehavior:NSWindowCollectionBehaviorMoveToActiveSpace];
 }
@@ -95,9 +95,9 @@ void NativeOverlayWindows::prepare(NativeWindow native, WindowNature nature) {
     NSView* const view = (NSView*)native;
     NSWindow* const window = windowOf(native);
     if (nature == WindowNature::overlay)
-        dressMain(window, view);
+        styleMain(window, view);
     else
-        dressSeamless(window);
+        styleSeamless(window);
     NSWindowStyleMask style = NSWindowStyleMaskBorderless;
     if (nature == WindowNature::nonActivating) {
         style = preventActivation(window);

@@ -43,8 +43,8 @@ public:
 };
 
 // A texture lies under what the window paints, where the window has a hole for it, unless it says otherwise. A page
-// without ground cannot lie there: the game would show through the hole. The engine says otherwise only while it
-// believes that the page has no ground, which it finds out late or never.
+// without background cannot lie there: the game would show through the hole. The engine says otherwise only while it
+// believes that the page has no background, which it finds out late or never.
 void layOnTop(QQuickWidget& drawing) {
     drawing.setAttribute(Qt::WA_AlwaysStackOnTop);
     if (QWidget* const under = drawing.parentWidget()) under->update();
@@ -62,20 +62,20 @@ bool PageDrawings::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::ChildAdded && watched == parent()) {
         // The engine's own class has no header; what it is made of has.
         if (auto* const drawing = qobject_cast<QQuickWidget*>(static_cast<QChildEvent*>(event)->child()))
-            dress(*drawing);
+            prepare(*drawing);
     } else if (event->type() == QEvent::Resize && watched != parent()) {
         fadesOf(static_cast<QQuickWidget&>(*watched))->setSize(static_cast<QResizeEvent*>(event)->size());
     }
     return false;
 }
 
-void PageDrawings::dress(QQuickWidget& drawing) {
+void PageDrawings::prepare(QQuickWidget& drawing) {
     // A layout may take out a drawing and put it back.
     if (fadesOf(drawing)) return;
     (new EdgeFades(drawing.quickWindow()->contentItem()))->setSize(drawing.size());
     drawing.installEventFilter(this);
     layOnTop(drawing);
-    // The engine changes its mind when it changes the ground's colour, right after this signal.
+    // The engine changes its mind when it changes the background's colour, right after this signal.
     QObject::connect(
         drawing.quickWindow(), &QQuickWindow::colorChanged, &drawing, [&drawing] { layOnTop(drawing); },
         Qt::QueuedConnection);

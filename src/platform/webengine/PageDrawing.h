@@ -16,7 +16,7 @@ public:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void dress(QQuickWidget& drawing);
+    void prepare(QQuickWidget& drawing);
 };
 
 }  // namespace vantor

@@ -45,9 +45,9 @@ void configure(QWebEngineSettings& settings) {
     settings.setUnknownUrlSchemePolicy(QWebEngineSettings::AllowUnknownUrlSchemesFromUserInteraction);
 }
 
-// Nothing of a page is seen before the scripts at its end have dressed it, for three seconds at most: it would flash in
-// its own colours. Its own ground comes last, because the engine goes on laying the first that it saw, white as a rule,
-// under a page that has none any more.
+// Nothing of a page is seen before the scripts at its end have styled it, for three seconds at most: it would flash in
+// its own colours. Its own background comes last, because the engine goes on laying the first that it saw, white as a
+// rule, under a page that has none any more.
 constexpr const char* veil =
     "(() => {"
     "    const veil = new CSSStyleSheet();"

@@ -79,14 +79,14 @@ void BestiaryFamilyView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const bool done = family_.tracked && family_.state == AchievementState::done;
-    const QRectF ground = QRectF(rect()).adjusted(2.5, 2.5, -2.5, -2.5).translated(0, isDown() ? 1 : 0);
+    const QRectF background = QRectF(rect()).adjusted(2.5, 2.5, -2.5, -2.5).translated(0, isDown() ? 1 : 0);
     painter.setPen(QPen(done ? palette::withAlpha(palette::green, 0.35) : palette::withAlpha(palette::gold, 0.12), 1));
     painter.setBrush(isDown() ? QColor(0, 0, 0, 120) : QColor(0, 0, 0, 70));
-    painter.drawRoundedRect(ground, 4, 4);
+    painter.drawRoundedRect(background, 4, 4);
     if (underMouse()) {
         painter.setPen(Qt::NoPen);
         painter.setBrush(palette::withAlpha(palette::gold, 0.07));
-        painter.drawRoundedRect(ground, 4, 4);
+        painter.drawRoundedRect(background, 4, 4);
     }
     painter.translate(0, isDown() ? 1 : 0);
     paintIcon(painter, QRect(edge, edge, pictureSize, pictureSize));
@@ -107,7 +107,7 @@ void BestiaryFamilyView::paintEvent(QPaintEvent*) {
     paragraph(sansFont(12), palette::dim, family_.unlock, 3);
     if (family_.tracked)
         paintProgress(painter, QRect(textLeft, height() - edge - progressHeight() + 6, room, withText(20)));
-    if (hasFocus()) paintFocusRing(painter, ground.adjusted(1.5, 1.5, -1.5, -1.5));
+    if (hasFocus()) paintFocusRing(painter, background.adjusted(1.5, 1.5, -1.5, -1.5));
 }
 
 void BestiaryFamilyView::paintIcon(QPainter& painter, const QRect& frame) const {

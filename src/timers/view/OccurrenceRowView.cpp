@@ -196,11 +196,11 @@ int OccurrenceRowView::headHeight() const { return layout_.rowHeight(!row_.getTh
 
 void OccurrenceRowView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    paintGround(painter);
+    paintBackground(painter);
     paintTexts(painter);
 }
 
-void OccurrenceRowView::paintGround(QPainter& painter) const {
+void OccurrenceRowView::paintBackground(QPainter& painter) const {
     const QRect frame = rect();
     const auto glow = [&](const QColor& colour, double start, double middle, double end) {
         QLinearGradient gradient(frame.topLeft(), frame.topRight());

@@ -56,7 +56,7 @@ private:
     void placeControls();
     [[nodiscard]] int actionsLeft() const;
     [[nodiscard]] int headHeight() const;
-    void paintGround(QPainter& painter) const;
+    void paintBackground(QPainter& painter) const;
     void paintTexts(QPainter& painter) const;
 
     Actions actions_;

@@ -27,23 +27,23 @@ void RowButton::setSpokenName(const QString& name) {
 void RowButton::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const QRectF ground = QRectF(rect()).adjusted(3, 3, -3, -3).translated(0, isDown() ? 1 : 0);
+    const QRectF background = QRectF(rect()).adjusted(3, 3, -3, -3).translated(0, isDown() ? 1 : 0);
     painter.setOpacity(isEnabled() ? 1.0 : 0.45);
-    paintGround(painter, ground);
+    paintBackground(painter, background);
     if (underMouse() && isEnabled()) {
         painter.setPen(Qt::NoPen);
         painter.setBrush(palette::withAlpha(palette::gold, 0.07));
-        painter.drawRoundedRect(ground, 3, 3);
+        painter.drawRoundedRect(background, 3, 3);
     }
-    painter.drawPixmap(ground.center() - QPointF(10, 10), vantor::image(image_, {20, 20}, devicePixelRatioF()));
-    if (hasFocus()) paintFocusRing(painter, ground);
+    painter.drawPixmap(background.center() - QPointF(10, 10), vantor::image(image_, {20, 20}, devicePixelRatioF()));
+    if (hasFocus()) paintFocusRing(painter, background);
 }
 
-void RowButton::paintGround(QPainter& painter, const QRectF& ground) const {
+void RowButton::paintBackground(QPainter& painter, const QRectF& background) const {
     if (plain_) return;
     painter.setPen(QPen(palette::withAlpha(palette::gold, underMouse() ? 0.34 : 0.18), 1));
     painter.setBrush(isDown() ? QColor(0x12, 0x0D, 0x0A) : QColor(0x2A, 0x22, 0x1B));
-    painter.drawRoundedRect(ground.adjusted(0.5, 0.5, -0.5, -0.5), 3, 3);
+    painter.drawRoundedRect(background.adjusted(0.5, 0.5, -0.5, -0.5), 3, 3);
 }
 
 }  // namespace vantor

@@ -1,5 +1,5 @@
 #pragma once
-// The small square control of a timers row: an image on a dark ground. Main thread.
+// The small square control of a timers row: an image on a dark background. Main thread.
 
 #include <QtWidgets/QAbstractButton>
 
@@ -12,7 +12,7 @@ public:
     void setImage(const QString& image);
     // What it does and to which event, for whoever cannot see the row.
     void setSpokenName(const QString& name);
-    // Without ground and hairline until it is hovered.
+    // Without background and hairline until it is hovered.
     void setPlain(bool plain) { plain_ = plain; }
 
     // The 32 x 32 control and the room for its focus ring.
@@ -20,7 +20,7 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
-    virtual void paintGround(QPainter& painter, const QRectF& ground) const;
+    virtual void paintBackground(QPainter& painter, const QRectF& background) const;
 
 private:
     QString image_;

@@ -32,20 +32,20 @@ void WatchAchievementButton::setEvent(const std::string& name, bool watched, con
     setSpokenName(QStringLiteral("Watch ") + spoken);
 }
 
-void WatchAchievementButton::paintGround(QPainter& painter, const QRectF& ground) const {
-    RowButton::paintGround(painter, ground);
-    const QRectF inner = ground.adjusted(1, 1, -1, -1);
+void WatchAchievementButton::paintBackground(QPainter& painter, const QRectF& background) const {
+    RowButton::paintBackground(painter, background);
+    const QRectF inner = background.adjusted(1, 1, -1, -1);
     painter.setPen(Qt::NoPen);
     if (isChecked()) {
         // From the middle of the lower edge: whole up to 20, gone at 90.
-        QRadialGradient glow(QPointF(ground.center().x(), ground.bottom()), 90);
+        QRadialGradient glow(QPointF(background.center().x(), background.bottom()), 90);
         glow.setColorAt(20.0 / 90, palette::withAlpha(orange, 0.2));
         glow.setColorAt(1, palette::withAlpha(orange, 0));
         painter.setBrush(glow);
         painter.drawRoundedRect(inner, 3, 3);
         painter.setPen(QPen(palette::withAlpha(palette::brightAmber, 0.6), 1));
         painter.setBrush(Qt::NoBrush);
-        painter.drawRoundedRect(ground.adjusted(0.5, 0.5, -0.5, -0.5), 3, 3);
+        painter.drawRoundedRect(background.adjusted(0.5, 0.5, -0.5, -0.5), 3, 3);
     } else {
         QLinearGradient shade(inner.topLeft(), inner.bottomLeft());
         shade.setColorAt(0, QColor(0, 0, 0, 128));

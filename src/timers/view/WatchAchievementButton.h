@@ -17,7 +17,7 @@ public:
     void setEvent(const std::string& name, bool watched, const QString& spoken);
 
 protected:
-    void paintGround(QPainter& painter, const QRectF& ground) const override;
+    void paintBackground(QPainter& painter, const QRectF& background) const override;
 
 private:
     Defaults& defaults_;

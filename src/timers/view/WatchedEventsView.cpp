@@ -82,7 +82,7 @@ void WatchedEventsView::follow() {
     }
     keepToScreen();
     setAccessibleDescription(spoken.join(QStringLiteral(", ")));
-    ground_ = {};
+    background_ = {};
     updateGeometry();
     if (fit_) fit_(sizeHint());
     update();
@@ -107,8 +107,8 @@ void WatchedEventsView::keepToScreen() {
 void WatchedEventsView::paintEvent(QPaintEvent*) {
     if (lines_.empty()) return;
     QPainter painter(this);
-    if (ground_.isNull()) ground_ = drawInkPanel(size(), devicePixelRatioF(), panelStyle);
-    painter.drawPixmap(0, 0, ground_);
+    if (background_.isNull()) background_ = drawInkPanel(size(), devicePixelRatioF(), panelStyle);
+    painter.drawPixmap(0, 0, background_);
     for (const Line& line : lines_) {
         painter.setPen(palette::gold);
         const double baseLine = line.frame.center().y() + withText(7);

@@ -43,7 +43,7 @@ private:
     WatchedFeed& feed_;
     Fit fit_;
     std::vector<Line> lines_;
-    QPixmap ground_;
+    QPixmap background_;
     Subscription rows_;
 };
 

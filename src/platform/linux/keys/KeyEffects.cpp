@@ -14,10 +14,10 @@ constexpr xkb_layout_index_t groupLimit = 4;  // the X server's
 
 KeyEffects::KeyEffects(const XkbKeymap& keymap, xkb_layout_index_t group)
     : keymap_(keymap ? shared(keymap) : nullptr), group_(group) {
-    if (keymap_) findChoosers();
+    if (keymap_) findModifierKeys();
 }
 
-void KeyEffects::findChoosers() {
+void KeyEffects::findModifierKeys() {
     const XkbState state(xkb_state_new(keymap_.get()));
     if (!state) return;
     const auto groups = xkb_keymap_num_layouts(keymap_.get());
@@ -31,7 +31,7 @@ void KeyEffects::findChoosers() {
                 const auto changed = xkb_state_update_key(state.get(), key, XKB_KEY_DOWN);
                 if (changed & (XKB_STATE_MODS_DEPRESSED | XKB_STATE_MODS_LATCHED | XKB_STATE_MODS_LOCKED |
                                XKB_STATE_LAYOUT_DEPRESSED | XKB_STATE_LAYOUT_LATCHED | XKB_STATE_LAYOUT_LOCKED))
-                    choosers_.set(key);
+                    modifierKeys_.set(key);
                 xkb_state_update_key(state.get(), key, XKB_KEY_UP);
             }
         }

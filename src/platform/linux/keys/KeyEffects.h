@@ -22,7 +22,7 @@ public:
     KeyEffects(const XkbKeymap& keymap, xkb_layout_index_t group);
 
     // The keys that hold, latch or lock a modifier or a group, in any group, with Shift or without.
-    [[nodiscard]] const std::bitset<256>& choosers() const { return choosers_; }
+    [[nodiscard]] const std::bitset<256>& modifierKeys() const { return modifierKeys_; }
     [[nodiscard]] std::uint8_t groups() const { return groups_; }
     // While these are down, pressed in this order: beside another modifier a key may be another one.
     [[nodiscard]] State holding(const std::vector<std::uint8_t>& keys) const;
@@ -32,11 +32,11 @@ public:
     [[nodiscard]] bool differsBeside(const std::vector<std::uint8_t>& others, std::uint8_t key) const;
 
 private:
-    void findChoosers();
+    void findModifierKeys();
 
     XkbKeymap keymap_;
     xkb_layout_index_t group_ = 0;
-    std::bitset<256> choosers_;
+    std::bitset<256> modifierKeys_;
     std::uint8_t groups_ = 1;
 };
 

@@ -28,7 +28,9 @@ int movedUp(int descriptor) {
 
 }  // namespace
 
-void KeyboardGuardian::Unmap::operator()(KeyboardDebt* debt) const { munmap(debt, sizeof(KeyboardDebt)); }
+void KeyboardGuardian::Unmap::operator()(PendingKeyboardCleanup* pending) const {
+    munmap(pending, sizeof(PendingKeyboardCleanup));
+}
 
 KeyboardGuardian::Descriptor& KeyboardGuardian::Descriptor::operator=(Descriptor&& other) noexcept {
     if (this != &other) {
@@ -68,10 +70,10 @@ KeyboardGuardian::Verdict KeyboardGuardian::ensureRunning() {
 
 bool KeyboardGuardian::start() {
     const Descriptor notes(movedUp(memfd_create("vantor-keyboard", MFD_CLOEXEC)));
-    if (notes.get() < 0 || ftruncate(notes.get(), sizeof(KeyboardDebt)) != 0) return false;
-    void* memory = mmap(nullptr, sizeof(KeyboardDebt), PROT_READ | PROT_WRITE, MAP_SHARED, notes.get(), 0);
+    if (notes.get() < 0 || ftruncate(notes.get(), sizeof(PendingKeyboardCleanup)) != 0) return false;
+    void* memory = mmap(nullptr, sizeof(PendingKeyboardCleanup), PROT_READ | PROT_WRITE, MAP_SHARED, notes.get(), 0);
     if (memory == MAP_FAILED) return false;
-    shared_.reset(new (memory) KeyboardDebt);
+    shared_.reset(new (memory) PendingKeyboardCleanup);
 
     // Closed on exec: another child that held the writing end would keep the guardian from seeing our end.
     std::array<int, 2> ends{};

@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <memory>
 
-#include "platform/linux/keys/KeyboardDebt.h"
+#include "platform/linux/keys/PendingKeyboardCleanup.h"
 
 namespace vantor {
 
@@ -25,13 +25,13 @@ public:
     // Starts it, or starts it again if it has ended. What it cannot guard is typed all the same.
     Verdict ensureRunning();
     // Where to note. Another place after each ensureRunning() and after letGo().
-    [[nodiscard]] KeyboardDebt& debt() { return shared_ ? *shared_ : ownNotes_; }
+    [[nodiscard]] PendingKeyboardCleanup& pending() { return shared_ ? *shared_ : ownNotes_; }
     // Has it undo what is noted: true if there was a guardian to do it. Nothing is noted afterwards.
     bool letGo();
 
 private:
     struct Unmap {
-        void operator()(KeyboardDebt* debt) const;
+        void operator()(PendingKeyboardCleanup* pending) const;
     };
     class Descriptor {
     public:
@@ -55,8 +55,8 @@ private:
     std::filesystem::path program_;
     pid_t process_ = 0;
     Descriptor pipe_;  // its writing end; the guardian sees it close
-    std::unique_ptr<KeyboardDebt, Unmap> shared_;
-    KeyboardDebt ownNotes_;  // without a guardian
+    std::unique_ptr<PendingKeyboardCleanup, Unmap> shared_;
+    PendingKeyboardCleanup ownNotes_;  // without a guardian
 };
 
 // Where it lies for a program in this folder: beside it, or below the library folder of an installation.

@@ -33,11 +33,11 @@ bool tellsOfItsEnd(const xcb_generic_event_t& event, xcb_window_t window) {
            reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window == window;
 }
 
-void awaitEndOf(xcb_connection_t* connection, xcb_window_t witness) {
-    if (witness == XCB_NONE) return;
+void awaitEndOf(xcb_connection_t* connection, xcb_window_t sentinel) {
+    if (sentinel == XCB_NONE) return;
     const std::uint32_t events = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
     auto* gone = xcb_request_check(
-        connection, xcb_change_window_attributes_checked(connection, witness, XCB_CW_EVENT_MASK, &events));
+        connection, xcb_change_window_attributes_checked(connection, sentinel, XCB_CW_EVENT_MASK, &events));
     if (gone) {
         std::free(gone);
         return;
@@ -45,7 +45,7 @@ void awaitEndOf(xcb_connection_t* connection, xcb_window_t witness) {
     const long end = millisecondsNow() + patienceMilliseconds;
     for (bool ended = false; !ended;) {
         while (auto* event = xcb_poll_for_event(connection)) {
-            ended = ended || tellsOfItsEnd(*event, witness);
+            ended = ended || tellsOfItsEnd(*event, sentinel);
             std::free(event);
         }
         const long left = end - millisecondsNow();
@@ -64,16 +64,16 @@ void lockModifiers(xcb_connection_t* connection, std::uint8_t affected, std::uin
                              group.value_or(0), everyLatch, 1, 0);
 }
 
-UndoVerdict undoKeyboard(xcb_connection_t* connection, const KeyboardDebt& debt) {
+UndoVerdict undoKeyboard(xcb_connection_t* connection, const PendingKeyboardCleanup& pending) {
     if (xcb_connection_has_error(connection)) return UndoVerdict::unavailable;
-    awaitEndOf(connection, debt.witness());
-    if (debt.owesKeys() && isPresent(connection, xcb_test_id))
+    awaitEndOf(connection, pending.sentinel());
+    if (pending.hasKeys() && isPresent(connection, xcb_test_id))
         for (unsigned key = 0; key < 256; ++key)
-            if (debt.mayBeDown(static_cast<std::uint8_t>(key)))
+            if (pending.mayBeDown(static_cast<std::uint8_t>(key)))
                 xcb_test_fake_input(connection, XCB_KEY_RELEASE, static_cast<std::uint8_t>(key), XCB_CURRENT_TIME,
                                     XCB_NONE, 0, 0, 0);
     // Even where none is owed: a key that was let go here may have been a latch.
-    const auto locks = debt.locks();
+    const auto locks = pending.locks();
     if (isPresent(connection, xcb_xkb_id)) {
         std::free(xcb_xkb_use_extension_reply(connection, xcb_xkb_use_extension(connection, 1, 0), nullptr));
         lockModifiers(connection, locks.modifiers, locks.modifiers, locks.group);

@@ -14,9 +14,9 @@ constexpr int desperateRound = 3;
 
 }  // namespace
 
-NeutralKeyboard::NeutralKeyboard(const XConnection& connection, PostedKeys& keys, KeyboardDebt& debt,
+NeutralKeyboard::NeutralKeyboard(const XConnection& connection, PostedKeys& keys, PendingKeyboardCleanup& pending,
                                  const KeyEffects& effects, std::uint8_t group)
-    : connection_(connection), keys_(keys), debt_(debt), effects_(effects), group_(group) {
+    : connection_(connection), keys_(keys), debt_(pending), effects_(effects), group_(group) {
     neutralise();
 }
 
@@ -45,8 +45,8 @@ bool NeutralKeyboard::isNeutral(const KeyboardState& state) const {
 void NeutralKeyboard::prepare(std::uint8_t xKeycode) {
     const KeyboardState& newest = watch_.newest();
     if (!isNeutral(newest) && irreducible_ != Irreducible{newest, keys_.inOrder()}) neutralise();
-    lastOwn_ = choosersAmong(keys_.inOrder());
-    if (effects_.choosers()[xKeycode]) lastOwn_.push_back(xKeycode);
+    lastOwn_ = modifierKeysAmong(keys_.inOrder());
+    if (effects_.modifierKeys()[xKeycode]) lastOwn_.push_back(xKeycode);
     // A key that is down cannot go down: the press would be lost.
     if (playersKeys_[xKeycode]) {
         keys_.send(xKeycode, false);
@@ -54,8 +54,8 @@ void NeutralKeyboard::prepare(std::uint8_t xKeycode) {
     }
 }
 
-std::vector<std::uint8_t> NeutralKeyboard::choosersAmong(std::vector<std::uint8_t> keys) const {
-    std::erase_if(keys, [this](std::uint8_t key) { return !effects_.choosers()[key]; });
+std::vector<std::uint8_t> NeutralKeyboard::modifierKeysAmong(std::vector<std::uint8_t> keys) const {
+    std::erase_if(keys, [this](std::uint8_t key) { return !effects_.modifierKeys()[key]; });
     return keys;
 }
 
@@ -75,7 +75,7 @@ void NeutralKeyboard::neutralise() {
         if (isNeutral(state)) return;
         // Keys first: the release of a lock's key may unlock it, that of a latch's key latches.
         const bool byAStranger = round >= desperateRound && state.held != effects_.holding(keys_.inOrder()).modifiers;
-        const auto holding = byAStranger ? playersKeys_ : playersKeys_ & effects_.choosers();
+        const auto holding = byAStranger ? playersKeys_ : playersKeys_ & effects_.modifierKeys();
         if (holding.any()) {
             release(holding);
         } else if (state.latched != 0 || state.locked != 0 || state.lockedGroup != group_) {
@@ -90,7 +90,7 @@ void NeutralKeyboard::neutralise() {
 // A modifier that Vantor holds may be up, since the hand has let go of the same one, which the server takes as up for
 // all devices; or it may be another one than it should, since it went down beside one that the hand held.
 void NeutralKeyboard::pressOwnAgain() {
-    const auto own = choosersAmong(keys_.inOrder());
+    const auto own = modifierKeysAmong(keys_.inOrder());
     for (auto key = own.rbegin(); key != own.rend(); ++key) keys_.send(*key, false);
     // A latch among them now waits for a key. The request takes it out together with what waits in the server.
     lockModifiers(connection_.get(), 0, 0, std::nullopt);
@@ -103,7 +103,7 @@ void NeutralKeyboard::releaseMistaken(KeyboardState& state) {
     std::bitset<256> mistaken;
     for (; !lastOwn_.empty(); lastOwn_.pop_back())  // the last pressed goes up first
         for (std::size_t key = 0; key < playersKeys_.size(); ++key)
-            if (playersKeys_[key] && effects_.choosers()[key] &&
+            if (playersKeys_[key] && effects_.modifierKeys()[key] &&
                 effects_.differsBeside(lastOwn_, static_cast<std::uint8_t>(key)))
                 mistaken.set(key);
     if (mistaken.none()) return;

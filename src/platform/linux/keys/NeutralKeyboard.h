@@ -8,17 +8,17 @@
 #include <vector>
 
 #include "platform/linux/keys/KeyEffects.h"
-#include "platform/linux/keys/KeyboardDebt.h"
 #include "platform/linux/keys/KeyboardWatch.h"
+#include "platform/linux/keys/PendingKeyboardCleanup.h"
 #include "platform/linux/keys/PostedKeys.h"
 
 namespace vantor {
 
 class NeutralKeyboard {
 public:
-    // The effects and the group are the learned layout's. Notes in the debt before it changes anything.
-    NeutralKeyboard(const XConnection& connection, PostedKeys& keys, KeyboardDebt& debt, const KeyEffects& effects,
-                    std::uint8_t group);
+    // The effects and the group are the learned layout's. Notes in the pending before it changes anything.
+    NeutralKeyboard(const XConnection& connection, PostedKeys& keys, PendingKeyboardCleanup& pending,
+                    const KeyEffects& effects, std::uint8_t group);
     // Puts the player's locks and group back, with what the player has changed since.
     ~NeutralKeyboard();
     NeutralKeyboard(const NeutralKeyboard&) = delete;
@@ -41,7 +41,7 @@ private:
     [[nodiscard]] bool look(KeyboardState& state);
     void neutralise();
     void pressOwnAgain();
-    [[nodiscard]] std::vector<std::uint8_t> choosersAmong(std::vector<std::uint8_t> keys) const;
+    [[nodiscard]] std::vector<std::uint8_t> modifierKeysAmong(std::vector<std::uint8_t> keys) const;
     void releaseMistaken(KeyboardState& state);
     void release(const std::bitset<256>& keys);
     void takeLocks(const KeyboardState& state);
@@ -49,11 +49,11 @@ private:
 
     const XConnection& connection_;
     PostedKeys& keys_;
-    KeyboardDebt& debt_;
+    PendingKeyboardCleanup& debt_;
     const KeyEffects& effects_;
     const std::uint8_t group_;
     KeyboardWatch watch_;
-    KeyboardDebt::Locks locks_;               // the player's
+    PendingKeyboardCleanup::Locks locks_;     // the player's
     std::vector<std::uint8_t> lastOwn_;       // modifiers that Vantor held at its last press
     std::bitset<256> playersKeys_;            // held when it was last asked, and not released since
     std::optional<Irreducible> irreducible_;  // not tried at every key

@@ -11,7 +11,7 @@ namespace vantor {
 namespace {
 
 // A window that is never shown.
-xcb_window_t makeWitness(const XConnection& connection) {
+xcb_window_t makeSentinel(const XConnection& connection) {
     const xcb_window_t window = xcb_generate_id(connection.get());
     const std::uint32_t unmanaged = 1;
     xcb_create_window(connection.get(), 0, window, connection.root(), -1, -1, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
@@ -45,7 +45,7 @@ XTestKeyPoster::XTestKeyPoster(XConnection& connection, PostedKeyRecord& record,
       group_(static_cast<std::uint8_t>(learned.group())),
       guardian_(std::move(guardian)),
       renewal_(connection.onRenewal([this] {
-          witness_ = XCB_NONE;
+          sentinel_ = XCB_NONE;
           keys_.releaseAll();
           xcb_flush(connection_.get());
       })) {}
@@ -62,10 +62,10 @@ std::unique_ptr<KeyPoster::Typing> XTestKeyPoster::beginTyping() {
     static_cast<void>(connection_.renew());
     if (!connection_.hasTest() || !connection_.hasKeyboard() || connection_.isLost()) return nullptr;
     guardian_.ensureRunning();
-    if (witness_ == XCB_NONE) witness_ = makeWitness(connection_);
-    guardian_.debt().setWitness(witness_);
-    keys_.noteIn(&guardian_.debt());
-    neutral_.emplace(connection_, keys_, guardian_.debt(), effects_, group_);
+    if (sentinel_ == XCB_NONE) sentinel_ = makeSentinel(connection_);
+    guardian_.pending().setSentinel(sentinel_);
+    keys_.noteIn(&guardian_.pending());
+    neutral_.emplace(connection_, keys_, guardian_.pending(), effects_, group_);
     return std::make_unique<Span>(*this);
 }
 
@@ -94,8 +94,8 @@ void XTestKeyPoster::settleAfterLoss() {
     keys_.noteIn(nullptr);
     if (guardian_.letGo()) return;
     const XConnection another;
-    if (another.get()) static_cast<void>(undoKeyboard(another.get(), guardian_.debt()));
-    guardian_.debt().clear();
+    if (another.get()) static_cast<void>(undoKeyboard(another.get(), guardian_.pending()));
+    guardian_.pending().clear();
 }
 
 }  // namespace vantor

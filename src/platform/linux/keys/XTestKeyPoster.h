@@ -44,7 +44,7 @@ private:
     const KeyEffects effects_;
     const std::uint8_t group_;
     KeyboardGuardian guardian_;
-    std::uint32_t witness_ = XCB_NONE;        // once made, as long as the connection
+    std::uint32_t sentinel_ = XCB_NONE;       // once made, as long as the connection
     std::optional<NeutralKeyboard> neutral_;  // while something is typed
     Subscription renewal_;
 };

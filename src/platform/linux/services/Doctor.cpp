@@ -76,13 +76,13 @@ std::string colourEmojiFont() {
     return {};
 }
 
-Power power(const char* name, bool present, const char* found, const std::string& advice) {
+Capability capability(const char* name, bool present, const char* found, const std::string& advice) {
     return {name, present, present ? found : advice};
 }
 
 }  // namespace
 
-std::vector<Power> examinePowers(const OwnFiles& files) {
+std::vector<Capability> examineCapabilities(const OwnFiles& files) {
     const auto desktop = XcbDesktop::connect();
     const auto bus = sessionBus();
     const auto onDisplay = [&](auto question) { return desktop && question(*desktop); };
@@ -91,52 +91,56 @@ std::vector<Power> examinePowers(const OwnFiles& files) {
     if (!desktop && isSet("WAYLAND_DISPLAY") && !isSet("DISPLAY"))
         displayAdvice = "this Wayland session has no X server: switch XWayland on";
 
-    std::vector<Power> powers;
-    powers.push_back(power("display", desktop != nullptr, "an X server answers", displayAdvice));
-    powers.push_back(power(rawKeys, onDisplay(rawKeysPresent), "XInput 2",
-                           "hotkeys work in Vantor's own windows only: needs an X server with XInput 2.1"));
-    powers.push_back(power(posting, onDisplay([](const auto& it) { return extensionPresent(it, xcb_test_id); }),
-                           "XTEST", "nothing can be typed into the game: needs an X server with XTEST"));
-    powers.push_back(power("layout", onDisplay(layoutPresent), "XKB",
-                           "the keyboard's layout is unknown: needs an X server with XKB"));
-    powers.push_back(power("frontmost application",
-                           onDisplay([](const auto& it) { return it.managerSupports(it.atoms().netActiveWindow); }),
-                           "_NET_ACTIVE_WINDOW",
-                           "the game is not recognised: needs a window manager that keeps _NET_ACTIVE_WINDOW"));
+    std::vector<Capability> capabilities;
+    capabilities.push_back(capability("display", desktop != nullptr, "an X server answers", displayAdvice));
+    capabilities.push_back(capability(rawKeys, onDisplay(rawKeysPresent), "XInput 2",
+                                      "hotkeys work in Vantor's own windows only: needs an X server with XInput 2.1"));
+    capabilities.push_back(capability(posting,
+                                      onDisplay([](const auto& it) { return extensionPresent(it, xcb_test_id); }),
+                                      "XTEST", "nothing can be typed into the game: needs an X server with XTEST"));
+    capabilities.push_back(capability("layout", onDisplay(layoutPresent), "XKB",
+                                      "the keyboard's layout is unknown: needs an X server with XKB"));
+    capabilities.push_back(capability(
+        "frontmost application",
+        onDisplay([](const auto& it) { return it.managerSupports(it.atoms().netActiveWindow); }), "_NET_ACTIVE_WINDOW",
+        "the game is not recognised: needs a window manager that keeps _NET_ACTIVE_WINDOW"));
     const bool tray = onDisplay([](const auto& it) {
         const auto name = "_NET_SYSTEM_TRAY_S" + std::to_string(it.screen());
         return it.selectionHasOwner(internAtom(it.connection(), name));
     });
-    powers.push_back(power("tray", tray || busHas(bus, "org.kde.StatusNotifierWatcher"), "a status bar is there",
-                           "no status item is shown: start a panel with a tray, or use the floating icon"));
-    powers.push_back(power("keyring", busHas(bus, "org.freedesktop.secrets"), "org.freedesktop.secrets",
-                           bus ? "logins cannot be stored: install a keyring such as gnome-keyring"
-                               : "logins cannot be stored: this session has no bus"));
+    capabilities.push_back(capability("tray", tray || busHas(bus, "org.kde.StatusNotifierWatcher"),
+                                      "a status bar is there",
+                                      "no status item is shown: start a panel with a tray, or use the floating icon"));
+    capabilities.push_back(capability("keyring", busHas(bus, "org.freedesktop.secrets"), "org.freedesktop.secrets",
+                                      bus ? "logins cannot be stored: install a keyring such as gnome-keyring"
+                                          : "logins cannot be stored: this session has no bus"));
     const auto emoji = colourEmojiFont();
-    powers.push_back({"fonts", !emoji.empty(),
-                      emoji.empty() ? "emotes are drawn without colour: install fonts-noto-color-emoji" : emoji});
-    powers.push_back(power("guardian", access(files.guardian.c_str(), X_OK) == 0, "vantor-guardian is installed",
-                           "after a crash in the middle of a text a key or lock may stay on: install vantor-guardian "
-                           "beside vantor"));
+    capabilities.push_back({"fonts", !emoji.empty(),
+                            emoji.empty() ? "emotes are drawn without colour: install fonts-noto-color-emoji" : emoji});
+    capabilities.push_back(
+        capability("guardian", access(files.guardian.c_str(), X_OK) == 0, "vantor-guardian is installed",
+                   "after a crash in the middle of a text a key or lock may stay on: install vantor-guardian "
+                   "beside vantor"));
     std::error_code absent;
     const bool installed = fs::is_regular_file(files.webModule, absent);
     const bool engine = installed && files.webModuleTrouble.empty();
-    powers.push_back(power("web engine", engine, "its module is installed",
-                           installed ? "web pages stay empty, its module cannot be loaded: " + files.webModuleTrouble
-                                     : "its module is not installed: web pages stay empty"));
+    capabilities.push_back(
+        capability("web engine", engine, "its module is installed",
+                   installed ? "web pages stay empty, its module cannot be loaded: " + files.webModuleTrouble
+                             : "its module is not installed: web pages stay empty"));
     if (engine)
-        powers.push_back(power("web sandbox", geteuid() != 0, "pages are drawn in a sandbox",
-                               "off, since Vantor runs as root: start it as an ordinary user"));
-    return powers;
+        capabilities.push_back(capability("web sandbox", geteuid() != 0, "pages are drawn in a sandbox",
+                                          "off, since Vantor runs as root: start it as an ordinary user"));
+    return capabilities;
 }
 
-std::vector<Power> withoutKeys(std::vector<Power> powers) {
-    for (Power& each : powers)
+std::vector<Capability> withoutKeys(std::vector<Capability> capabilities) {
+    for (Capability& each : capabilities)
         if (each.name == rawKeys || each.name == posting)
             each = {
                 each.name, false,
                 "the X server has ended the connection for keys and takes no other: Vantor tries again each second"};
-    return powers;
+    return capabilities;
 }
 
 }  // namespace vantor

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/Power.h"
+#include "platform/Capability.h"
 
 namespace vantor {
 
@@ -19,8 +19,8 @@ struct OwnFiles {
 };
 
 // In the order in which they are shown.
-[[nodiscard]] std::vector<Power> examinePowers(const OwnFiles& files);
+[[nodiscard]] std::vector<Capability> examineCapabilities(const OwnFiles& files);
 // The same for a program whose connection for keys is lost, which it alone can know.
-[[nodiscard]] std::vector<Power> withoutKeys(std::vector<Power> powers);
+[[nodiscard]] std::vector<Capability> withoutKeys(std::vector<Capability> capabilities);
 
 }  // namespace vantor

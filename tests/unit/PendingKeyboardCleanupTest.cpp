@@ -4,32 +4,33 @@
 
 #include "platform/linux/keys/KeyCodes.h"
 #include "platform/linux/keys/KeyEffects.h"
-#include "platform/linux/keys/KeyboardDebt.h"
+#include "platform/linux/keys/PendingKeyboardCleanup.h"
 
 namespace vantor {
 namespace {
 
-TEST(KeyboardDebtTest, KeepsKeysAndLocksUntilItIsCleared) {
-    KeyboardDebt debt;
-    EXPECT_FALSE(debt.owesAnything());
+TEST(PendingKeyboardCleanupTest, KeepsKeysAndLocksUntilItIsCleared) {
+    PendingKeyboardCleanup pending;
+    EXPECT_FALSE(pending.hasAny());
     for (const int key : {8, 63, 64, 127, 128, 255}) {
-        debt.note(static_cast<std::uint8_t>(key));
-        EXPECT_TRUE(debt.mayBeDown(static_cast<std::uint8_t>(key)));
-        EXPECT_FALSE(debt.mayBeDown(static_cast<std::uint8_t>(key - 1)) && key != 64 && key != 128);
+        pending.note(static_cast<std::uint8_t>(key));
+        EXPECT_TRUE(pending.mayBeDown(static_cast<std::uint8_t>(key)));
+        EXPECT_FALSE(pending.mayBeDown(static_cast<std::uint8_t>(key - 1)) && key != 64 && key != 128);
     }
-    EXPECT_TRUE(debt.owesKeys());
-    debt.clear();
-    EXPECT_FALSE(debt.owesAnything());
+    EXPECT_TRUE(pending.hasKeys());
+    pending.clear();
+    EXPECT_FALSE(pending.hasAny());
     // The first group is a group as well.
-    for (const KeyboardDebt::Locks locks :
-         {KeyboardDebt::Locks{0x12, std::nullopt}, KeyboardDebt::Locks{0xff, 3}, KeyboardDebt::Locks{0, 0}}) {
-        debt.note(locks);
-        EXPECT_EQ(debt.locks(), locks);
-        EXPECT_TRUE(debt.owesAnything());
-        EXPECT_FALSE(debt.owesKeys());
+    for (const PendingKeyboardCleanup::Locks locks :
+         {PendingKeyboardCleanup::Locks{0x12, std::nullopt}, PendingKeyboardCleanup::Locks{0xff, 3},
+          PendingKeyboardCleanup::Locks{0, 0}}) {
+        pending.note(locks);
+        EXPECT_EQ(pending.locks(), locks);
+        EXPECT_TRUE(pending.hasAny());
+        EXPECT_FALSE(pending.hasKeys());
     }
-    debt.note(KeyboardDebt::Locks{});
-    EXPECT_FALSE(debt.owesAnything());
+    pending.note(PendingKeyboardCleanup::Locks{});
+    EXPECT_FALSE(pending.hasAny());
 }
 
 TEST(KeyEffectsTest, NamesTheKeysThatChooseAndTheModifiersOfThoseThatArePosted) {
@@ -39,10 +40,10 @@ TEST(KeyEffectsTest, NamesTheKeysThatChooseAndTheModifiersOfThoseThatArePosted) 
     // Caps Lock, Shift, Option, Control, right Shift, right Option, right Control, both Commands, Number Lock, and the
     // menu key, which switches the group here.
     for (const int code : {57, 56, 58, 59, 60, 61, 62, 54, 55, 71, 110})
-        EXPECT_TRUE(german.choosers()[keyOf(static_cast<KeyCode>(code))]) << code;
+        EXPECT_TRUE(german.modifierKeys()[keyOf(static_cast<KeyCode>(code))]) << code;
     for (const int code : {0, 13, 36, 48, 49, 53, 76, 87, 122})
-        EXPECT_FALSE(german.choosers()[keyOf(static_cast<KeyCode>(code))]) << code;
-    EXPECT_TRUE(KeyEffects(nullptr, 0).choosers().none());
+        EXPECT_FALSE(german.modifierKeys()[keyOf(static_cast<KeyCode>(code))]) << code;
+    EXPECT_TRUE(KeyEffects(nullptr, 0).modifierKeys().none());
 }
 
 TEST(KeyEffectsTest, TellsTheStateOfHeldKeysInTheOrderOfTheirPresses) {

@@ -5,12 +5,12 @@
 
 namespace vantor {
 
-struct Power {
+struct Capability {
     std::string name;
     bool present = false;
     std::string advice;  // what is found, or what to do
 
-    bool operator==(const Power&) const = default;
+    bool operator==(const Capability&) const = default;
 };
 
 }  // namespace vantor

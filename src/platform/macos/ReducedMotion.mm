@@ -1,4 +1,4 @@
-#include "platform/macos/MotionWish.h"
+#include "platform/macos/ReducedMotion.h"
 
 #import <AppKit/NSWorkspace.h>
 
@@ -30,7 +30,7 @@
 
 namespace vantor {
 
-Subscription observeMotionWish(std::function<void(bool reduced)> handler) {
+Subscription observeReducedMotion(std::function<void(bool reduced)> handler) {
     VantorMotionListener* const listener = [[VantorMotionListener alloc] initWithHandler:std::move(handler)];
     // The workspace's own center: the default one does not hear of it.
     [[[NSWorkspace sharedWorkspace] notificationCenter]

@@ -1,4 +1,4 @@
-#include "platform/macos/SystemPowers.h"
+#include "platform/macos/SystemCapabilities.h"
 
 #include <string>
 
@@ -12,7 +12,7 @@ std::string allowIn(const std::string& settings) {
 
 }  // namespace
 
-std::vector<Power> examinePowers(const Permissions& permissions) {
+std::vector<Capability> examineCapabilities(const Permissions& permissions) {
     const bool hears = permissions.granted(Permissions::Kind::hearKeys);
     const bool presses = permissions.granted(Permissions::Kind::pressKeys);
     // The system tells keys of other applications only to whom it also trusts with pressing them.

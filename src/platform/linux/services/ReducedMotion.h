@@ -9,7 +9,7 @@ namespace vantor {
 
 // Asks the settings portal and returns at once; the answer comes later, and never where no portal gives one within two
 // seconds.
-void askMotionWish(std::function<void(bool reduced)> answer);
+void askReducedMotion(std::function<void(bool reduced)> answer);
 
 // What the portal's value of this setting says; nothing for a value of another type. The settings:
 // org.gnome.desktop.interface enable-animations (a boolean), org.kde.kdeglobals.KDE AnimationDurationFactor (a number

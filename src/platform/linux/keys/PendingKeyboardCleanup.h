@@ -13,7 +13,7 @@
 
 namespace vantor {
 
-class KeyboardDebt {
+class PendingKeyboardCleanup {
 public:
     // The player's, to be put back.
     struct Locks {
@@ -25,8 +25,8 @@ public:
 
     // A window of the connection that posts. The server destroys it when it has done the last of that connection's
     // requests, and no sooner; to undo before that would be too early.
-    void setWitness(std::uint32_t window) { witness_ = window; }
-    [[nodiscard]] std::uint32_t witness() const { return witness_; }
+    void setSentinel(std::uint32_t window) { sentinel_ = window; }
+    [[nodiscard]] std::uint32_t sentinel() const { return sentinel_; }
 
     void note(std::uint8_t key) { keys_[key / bits].fetch_or(bitOf(key)); }
     [[nodiscard]] bool mayBeDown(std::uint8_t key) const { return (keys_[key / bits] & bitOf(key)) != 0; }
@@ -42,7 +42,7 @@ public:
         return locks;
     }
 
-    [[nodiscard]] bool owesKeys() const {
+    [[nodiscard]] bool hasKeys() const {
         for (const auto& each : keys_)
             if (each != 0) return true;
         return false;
@@ -51,7 +51,7 @@ public:
         locks_ = 0;
         for (auto& each : keys_) each = 0;
     }
-    [[nodiscard]] bool owesAnything() const { return locks_ != 0 || owesKeys(); }
+    [[nodiscard]] bool hasAny() const { return locks_ != 0 || hasKeys(); }
 
 private:
     static constexpr std::size_t bits = 64;
@@ -59,7 +59,7 @@ private:
     [[nodiscard]] static constexpr std::uint64_t bitOf(std::uint8_t key) { return std::uint64_t{1} << key % bits; }
 
     static_assert(std::atomic<std::uint64_t>::is_always_lock_free && std::atomic<std::uint32_t>::is_always_lock_free);
-    std::atomic<std::uint32_t> witness_ = 0;
+    std::atomic<std::uint32_t> sentinel_ = 0;
     std::atomic<std::uint32_t> locks_ = 0;
     std::array<std::atomic<std::uint64_t>, 4> keys_ = {};
 };

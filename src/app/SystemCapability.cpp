@@ -1,4 +1,4 @@
-#include "app/SystemPower.h"
+#include "app/SystemCapability.h"
 
 #include <algorithm>
 #include <array>
@@ -30,15 +30,15 @@ constexpr std::array plainWords{
 
 }  // namespace
 
-SystemPower plainPower(const std::string& name, bool present, const std::string& advice) {
+SystemCapability plainCapability(const std::string& name, bool present, const std::string& advice) {
     const auto* words = std::ranges::find(plainWords, name, &PlainWords::name);
     if (words == plainWords.end()) return {name, present, advice};
     return {std::string(words->what), present, present ? std::string(words->works) : advice};
 }
 
-SystemPower keyringPower(const AccountsCredentials& credentials) {
+SystemCapability keyringCapability(const AccountsCredentials& credentials) {
     using Storage = AccountsCredentials::Storage;
-    const std::string what = plainPower("keyring", true, {}).what;
+    const std::string what = plainCapability("keyring", true, {}).what;
     switch (credentials.storage()) {
         case Storage::reading:
             return {what, true, "is being asked for your accounts"};

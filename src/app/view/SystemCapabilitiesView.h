@@ -8,15 +8,15 @@
 #include <functional>
 #include <vector>
 
-#include "app/SystemPower.h"
+#include "app/SystemCapability.h"
 
 namespace vantor {
 
-class SystemPowersView : public QWidget {
+class SystemCapabilitiesView : public QWidget {
 public:
-    using Examine = std::function<std::vector<SystemPower>()>;
+    using Examine = std::function<std::vector<SystemCapability>()>;
 
-    SystemPowersView(Examine examine, QWidget* parent);
+    SystemCapabilitiesView(Examine examine, QWidget* parent);
 
 protected:
     void showEvent(QShowEvent* event) override;
@@ -26,7 +26,7 @@ private:
     void refresh();
 
     Examine examine_;
-    std::vector<SystemPower> shown_;
+    std::vector<SystemCapability> shown_;
     QVBoxLayout* column_;
     QWidget* list_ = nullptr;
     QTimer again_;

@@ -8,6 +8,6 @@
 namespace vantor {
 
 // Tells at once, and again whenever a display setting of accessibility has changed, until the subscription ends.
-[[nodiscard]] Subscription observeMotionWish(std::function<void(bool reduced)> handler);
+[[nodiscard]] Subscription observeReducedMotion(std::function<void(bool reduced)> handler);
 
 }  // namespace vantor

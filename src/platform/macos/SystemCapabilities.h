@@ -4,12 +4,12 @@
 
 #include <vector>
 
+#include "platform/Capability.h"
 #include "platform/Permissions.h"
-#include "platform/Power.h"
 
 namespace vantor {
 
 // In the order in which they are shown.
-[[nodiscard]] std::vector<Power> examinePowers(const Permissions& permissions);
+[[nodiscard]] std::vector<Capability> examineCapabilities(const Permissions& permissions);
 
 }  // namespace vantor

@@ -1,6 +1,6 @@
-// The wish for less motion, asked of a settings portal on the session bus. Runs in demo/private_desktop.sh.
+// The wish for reduced motion, asked of a settings portal on the session bus. Runs in demo/private_desktop.sh.
 
-#include "platform/linux/services/MotionWish.h"
+#include "platform/linux/services/ReducedMotion.h"
 
 #include <gmock/gmock.h>
 
@@ -56,7 +56,7 @@ private:
     QDBusConnection bus_;
 };
 
-class MotionWishTest : public testing::Test {
+class ReducedMotionTest : public testing::Test {
 protected:
     static bool comesTrue(const std::function<bool()>& condition) {
         QElapsedTimer timer;
@@ -70,7 +70,7 @@ protected:
     std::vector<bool> ask(std::size_t expectedQuestions) {
         portal.asked.clear();
         std::vector<bool> answers;
-        askMotionWish([&answers](bool reduced) { answers.push_back(reduced); });
+        askReducedMotion([&answers](bool reduced) { answers.push_back(reduced); });
         EXPECT_THAT(answers, ElementsAre()) << "it does not wait for the bus";
         EXPECT_TRUE(comesTrue([&] { return portal.asked.size() >= expectedQuestions; }));
         // Replies come in order: when this one is there, the last answer is too.
@@ -91,7 +91,7 @@ protected:
 const std::string gnome = "Read org.gnome.desktop.interface enable-animations";
 const std::string kde = "Read org.kde.kdeglobals.KDE AnimationDurationFactor";
 
-TEST_F(MotionWishTest, AnimationsThatAreOffAreTheWishForLessMotion) {
+TEST_F(ReducedMotionTest, AnimationsThatAreOffAreTheWishForLessMotion) {
     portal.settings["enable-animations"] = false;
     EXPECT_THAT(ask(1), ElementsAre(true));
     EXPECT_THAT(portal.asked, ElementsAre(gnome));
@@ -99,7 +99,7 @@ TEST_F(MotionWishTest, AnimationsThatAreOffAreTheWishForLessMotion) {
     EXPECT_THAT(ask(1), ElementsAre(false));
 }
 
-TEST_F(MotionWishTest, TheOtherDesktopsFactorIsAskedWhereTheFirstSettingIsUnknown) {
+TEST_F(ReducedMotionTest, TheOtherDesktopsFactorIsAskedWhereTheFirstSettingIsUnknown) {
     portal.settings["AnimationDurationFactor"] = QStringLiteral("0");
     EXPECT_THAT(ask(2), ElementsAre(true));
     EXPECT_THAT(portal.asked, ElementsAre(gnome, kde));
@@ -110,7 +110,7 @@ TEST_F(MotionWishTest, TheOtherDesktopsFactorIsAskedWhereTheFirstSettingIsUnknow
     EXPECT_THAT(ask(2), ElementsAre(true));
 }
 
-TEST_F(MotionWishTest, WithoutASettingNothingIsAnswered) {
+TEST_F(ReducedMotionTest, WithoutASettingNothingIsAnswered) {
     EXPECT_THAT(ask(2), ElementsAre());
     EXPECT_THAT(portal.asked, ElementsAre(gnome, kde));
 }

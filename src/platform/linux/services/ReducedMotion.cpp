@@ -1,4 +1,4 @@
-#include "platform/linux/services/MotionWish.h"
+#include "platform/linux/services/ReducedMotion.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtDBus/QDBusConnection>
@@ -58,7 +58,7 @@ std::optional<bool> reducedMotionIn(const QVariant& portalValue) {
     return isNumber ? std::optional(factor == 0) : std::nullopt;
 }
 
-void askMotionWish(std::function<void(bool)> answer) {
+void askReducedMotion(std::function<void(bool)> answer) {
     if (QDBusConnection::sessionBus().isConnected()) ask(0, std::move(answer));
 }
 
