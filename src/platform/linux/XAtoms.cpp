@@ -2,8 +2,9 @@
 
 #include <array>
 #include <cstdint>
-#include <cstdlib>
 #include <utility>
+
+#include "platform/linux/XReply.h"
 
 namespace vantor {
 namespace {
@@ -31,10 +32,8 @@ xcb_intern_atom_cookie_t ask(xcb_connection_t* connection, std::string_view name
 }
 
 xcb_atom_t answer(xcb_connection_t* connection, xcb_intern_atom_cookie_t cookie) {
-    auto* reply = xcb_intern_atom_reply(connection, cookie, nullptr);
-    const xcb_atom_t atom = reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
-    std::free(reply);
-    return atom;
+    const auto reply = owned(xcb_intern_atom_reply(connection, cookie, nullptr));
+    return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
 }
 
 }  // namespace

@@ -4,42 +4,29 @@
 #include <xcb/xtest.h>
 #include <xkbcommon/xkbcommon-x11.h>
 
-#include <cstdlib>
 #include <utility>
 
 namespace vantor {
 
-void FreeDeleter::operator()(void* memory) const { std::free(memory); }
+XConnection::XConnection(const char* displayName) : displayName_(displayName ? displayName : "") { connect(); }
 
-namespace {
-
-// Null where no server answers.
-xcb_connection_t* connect(int& screen) {
-    xcb_connection_t* connection = xcb_connect(nullptr, &screen);
-    if (!xcb_connection_has_error(connection)) return connection;
-    xcb_disconnect(connection);
-    return nullptr;
-}
-
-}  // namespace
-
-XConnection::XConnection() {
-    int screen = 0;
-    connection_ = connect(screen);
-    if (connection_) examine(screen);
-}
-
-XConnection::~XConnection() {
-    if (connection_) xcb_disconnect(connection_);
+void XConnection::connect() {
+    connection_.reset(xcb_connect(displayName_.empty() ? nullptr : displayName_.c_str(), &screen_));
+    if (xcb_connection_has_error(connection_.get())) return connection_.reset();
+    auto roots = xcb_setup_roots_iterator(xcb_get_setup(connection_.get()));
+    for (int skipped = 0; skipped < screen_ && roots.rem > 1; ++skipped) xcb_screen_next(&roots);
+    root_ = roots.data->root;
+    extensions_.reset();
 }
 
 bool XConnection::renew() {
     if (!isLost()) return connection_ != nullptr;
-    int screen = 0;
-    auto* fresh = connect(screen);
-    if (!fresh) return false;
-    const std::unique_ptr<xcb_connection_t, Disconnect> old(std::exchange(connection_, fresh));
-    examine(screen);
+    auto old = std::move(connection_);
+    connect();
+    if (!connection_) {
+        connection_ = std::move(old);
+        return false;
+    }
     const auto handlers = renewalHandlers_;  // a handler may end its subscription
     for (const auto& [number, handler] : handlers) handler();
     return true;
@@ -51,24 +38,28 @@ Subscription XConnection::onRenewal(std::function<void()> handler) {
     return Subscription([this, number] { renewalHandlers_.erase(number); });
 }
 
-void XConnection::examine(int screen) {
-    auto roots = xcb_setup_roots_iterator(xcb_get_setup(connection_));
-    while (screen-- > 0) xcb_screen_next(&roots);
-    root_ = roots.data->root;
+const XConnection::Extensions& XConnection::extensions() const {
+    if (extensions_) return *extensions_;
+    auto& found = extensions_.emplace();
+    if (!connection_) return found;
+    auto* const server = connection_.get();
 
-    const auto* test = xcb_get_extension_data(connection_, &xcb_test_id);
-    hasTest_ = test && test->present;
+    const auto* test = xcb_get_extension_data(server, &xcb_test_id);
+    found.test = test && test->present;
 
     // Raw events reach a client without the focus from version 2.1 on.
-    const auto* input = xcb_get_extension_data(connection_, &xcb_input_id);
+    const auto* input = xcb_get_extension_data(server, &xcb_input_id);
     if (input && input->present) {
-        const XReply<xcb_input_xi_query_version_reply_t> version(
-            xcb_input_xi_query_version_reply(connection_, xcb_input_xi_query_version(connection_, 2, 2), nullptr));
-        if (version && (version->major_version > 2 || version->minor_version >= 1)) inputOpcode_ = input->major_opcode;
+        const auto version =
+            owned(xcb_input_xi_query_version_reply(server, xcb_input_xi_query_version(server, 2, 2), nullptr));
+        if (version && (version->major_version > 2 || version->minor_version >= 1))
+            found.inputOpcode = input->major_opcode;
     }
 
-    xkb_x11_setup_xkb_extension(connection_, XKB_X11_MIN_MAJOR_XKB_VERSION, XKB_X11_MIN_MINOR_XKB_VERSION,
-                                XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS, nullptr, nullptr, &keyboardEventBase_, nullptr);
+    xkb_x11_setup_xkb_extension(server, XKB_X11_MIN_MAJOR_XKB_VERSION, XKB_X11_MIN_MINOR_XKB_VERSION,
+                                XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS, nullptr, nullptr, &found.keyboardEventBase,
+                                nullptr);
+    return found;
 }
 
 }  // namespace vantor

@@ -1,6 +1,6 @@
 #pragma once
-// Vantor's own connection to the X server for keys, beside the toolkit's, and what the server offers on it. The server
-// may end it, as it does at another client's request; it can be renewed then. Main thread.
+// A connection of Vantor's own to the X server, beside the toolkit's, and what the server offers on it. The server may
+// end it, as it does at another client's request; it can be renewed then. One thread.
 
 #include <xcb/xcb.h>
 
@@ -8,8 +8,11 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
+#include <string>
 
 #include "base/Subscription.h"
+#include "platform/linux/XReply.h"
 
 namespace vantor {
 
@@ -17,50 +20,51 @@ class XConnection {
 public:
     enum class Verdict { connected, noDisplay };
 
-    // The display that DISPLAY names. Without one everything else here answers "no".
-    XConnection();
-    ~XConnection();
+    // Null means the display that DISPLAY names. Without one everything else here answers "no".
+    explicit XConnection(const char* displayName = nullptr);
+    ~XConnection() = default;
     XConnection(const XConnection&) = delete;
     XConnection& operator=(const XConnection&) = delete;
 
     [[nodiscard]] Verdict verdict() const { return connection_ ? Verdict::connected : Verdict::noDisplay; }
-    [[nodiscard]] xcb_connection_t* get() const { return connection_; }  // null without a display
+    [[nodiscard]] xcb_connection_t* get() const { return connection_.get(); }  // null without a display
     [[nodiscard]] xcb_window_t root() const { return root_; }
+    [[nodiscard]] int screen() const { return screen_; }
 
     // Whether it was there and is no more. What is asked of it then has no answer and does no harm.
-    [[nodiscard]] bool isLost() const { return connection_ && xcb_connection_has_error(connection_) != 0; }
+    [[nodiscard]] bool isLost() const { return connection_ && xcb_connection_has_error(connection_.get()) != 0; }
     // Connects again if it is lost. False where no server answers: it stays lost. What was made or selected on the old
     // connection is gone with it, so who has such a thing has to be told.
     bool renew();
     // Called after a renewal, while the old connection's descriptor is still open.
     [[nodiscard]] Subscription onRenewal(std::function<void()> handler);
 
-    [[nodiscard]] bool hasTest() const { return hasTest_; }
-    [[nodiscard]] bool hasRawKeys() const { return inputOpcode_ != 0; }
-    [[nodiscard]] bool hasKeyboard() const { return keyboardEventBase_ != 0; }
-    [[nodiscard]] std::uint8_t inputOpcode() const { return inputOpcode_; }              // of XInput2 events
-    [[nodiscard]] std::uint8_t keyboardEventBase() const { return keyboardEventBase_; }  // of XKB events
+    // The extensions are asked for at the first of these questions.
+    [[nodiscard]] bool hasTest() const { return extensions().test; }
+    [[nodiscard]] bool hasRawKeys() const { return inputOpcode() != 0; }
+    [[nodiscard]] bool hasKeyboard() const { return keyboardEventBase() != 0; }
+    [[nodiscard]] std::uint8_t inputOpcode() const { return extensions().inputOpcode; }  // of XInput2 events
+    [[nodiscard]] std::uint8_t keyboardEventBase() const { return extensions().keyboardEventBase; }  // of XKB events
 
 private:
+    struct Extensions {
+        bool test = false;
+        std::uint8_t inputOpcode = 0;
+        std::uint8_t keyboardEventBase = 0;
+    };
+    void connect();
+    const Extensions& extensions() const;
+
+    std::string displayName_;
     struct Disconnect {
         void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
     };
-    void examine(int screen);
-
-    xcb_connection_t* connection_ = nullptr;
-    xcb_window_t root_ = 0;
-    bool hasTest_ = false;
-    std::uint8_t inputOpcode_ = 0;
-    std::uint8_t keyboardEventBase_ = 0;
+    std::unique_ptr<xcb_connection_t, Disconnect> connection_;
+    xcb_window_t root_ = XCB_NONE;
+    int screen_ = 0;
+    mutable std::optional<Extensions> extensions_;
     int next_ = 0;
     std::map<int, std::function<void()>> renewalHandlers_;
 };
-
-// A reply or event that xcb hands over to be freed.
-struct FreeDeleter {
-    void operator()(void* memory) const;
-};
-template <typename T>
-using XReply = std::unique_ptr<T, FreeDeleter>;
 
 }  // namespace vantor

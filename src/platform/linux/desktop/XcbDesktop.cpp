@@ -1,29 +1,19 @@
 #include "platform/linux/desktop/XcbDesktop.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <string_view>
 
 namespace vantor {
 namespace {
-
-struct FreeReply {
-    void operator()(void* reply) const { std::free(reply); }
-};
-
-template <typename Reply>
-std::unique_ptr<Reply, FreeReply> owned(Reply* reply) {
-    return std::unique_ptr<Reply, FreeReply>(reply);
-}
 
 constexpr std::uint32_t sourceIsPager = 2;       // EWMH, "source indication"
 constexpr std::uint32_t longestProperty = 4096;  // in units of 32 bits
 
 auto propertyOf(xcb_connection_t* connection, xcb_window_t window, xcb_atom_t property, xcb_atom_t type) {
     const auto cookie = xcb_get_property(connection, 0, window, property, type, 0, longestProperty);
-    xcb_generic_error_t* error = nullptr;
+    xcb_generic_error_t* error = nullptr;  // the window is gone: the answer is empty
     auto reply = owned(xcb_get_property_reply(connection, cookie, &error));
-    std::free(error);  // the window is gone: the answer is empty
+    const auto freed = owned(error);
     return reply;
 }
 
@@ -31,25 +21,20 @@ auto attributesOf(xcb_connection_t* connection, xcb_window_t window) {
     const auto cookie = xcb_get_window_attributes(connection, window);
     xcb_generic_error_t* error = nullptr;
     auto reply = owned(xcb_get_window_attributes_reply(connection, cookie, &error));
-    std::free(error);
+    const auto freed = owned(error);
     return reply;
 }
 
 }  // namespace
 
 std::unique_ptr<XcbDesktop> XcbDesktop::connect(const char* displayName) {
-    int screen = 0;
-    Connection connection(xcb_connect(displayName, &screen));
-    if (xcb_connection_has_error(connection.get())) return nullptr;
-    auto screens = xcb_setup_roots_iterator(xcb_get_setup(connection.get()));
-    for (int skipped = 0; skipped < screen && screens.rem > 1; ++skipped) xcb_screen_next(&screens);
-    if (screens.rem == 0) return nullptr;
-    const auto root = screens.data->root;
-    return std::unique_ptr<XcbDesktop>(new XcbDesktop(std::move(connection), root, screen));
+    auto connection = std::make_unique<XConnection>(displayName);
+    if (connection->verdict() != XConnection::Verdict::connected) return nullptr;
+    return std::unique_ptr<XcbDesktop>(new XcbDesktop(std::move(connection)));
 }
 
 xcb_window_t XcbDesktop::activeWindow() const {
-    const auto found = numbers(root_, atoms_.netActiveWindow, XCB_ATOM_WINDOW);
+    const auto found = numbers(root(), atoms_.netActiveWindow, XCB_ATOM_WINDOW);
     return found.empty() ? xcb_window_t{XCB_NONE} : found.front();
 }
 
@@ -60,13 +45,13 @@ xcb_window_t XcbDesktop::focusedWindow() const {
 
 xcb_window_t XcbDesktop::clientWindow(xcb_window_t window) const {
     // Some toolkits focus a window of their own inside the one that the window manager knows.
-    while (window != XCB_NONE && window != root_ && !windowClass(window)) {
+    while (window != XCB_NONE && window != root() && !windowClass(window)) {
         xcb_generic_error_t* error = nullptr;
         const auto reply = owned(xcb_query_tree_reply(connection(), xcb_query_tree(connection(), window), &error));
-        std::free(error);
+        const auto freed = owned(error);
         window = reply ? reply->parent : xcb_window_t{XCB_NONE};
     }
-    return window == root_ ? xcb_window_t{XCB_NONE} : window;
+    return window == root() ? xcb_window_t{XCB_NONE} : window;
 }
 
 std::optional<WindowClass> XcbDesktop::windowClass(xcb_window_t window) const {
@@ -94,13 +79,13 @@ bool XcbDesktop::isViewable(xcb_window_t window) const {
 }
 
 std::vector<xcb_window_t> XcbDesktop::clientsFromTop() const {
-    auto windows = numbers(root_, atoms_.netClientListStacking, XCB_ATOM_WINDOW);
+    auto windows = numbers(root(), atoms_.netClientListStacking, XCB_ATOM_WINDOW);
     std::reverse(windows.begin(), windows.end());
     return windows;
 }
 
 bool XcbDesktop::managerSupports(xcb_atom_t atom) const {
-    const auto supported = numbers(root_, atoms_.netSupported, XCB_ATOM_ATOM);
+    const auto supported = numbers(root(), atoms_.netSupported, XCB_ATOM_ATOM);
     return std::find(supported.begin(), supported.end(), atom) != supported.end();
 }
 
@@ -144,7 +129,7 @@ void XcbDesktop::requestFromManager(xcb_window_t window, xcb_atom_t message,
     request.window = window;
     request.type = message;
     std::copy(data.begin(), data.end(), request.data.data32);
-    xcb_send_event(connection(), 0, root_, XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+    xcb_send_event(connection(), 0, root(), XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
                    reinterpret_cast<const char*>(&request));
 }
 

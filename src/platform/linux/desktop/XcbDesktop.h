@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "platform/linux/XAtoms.h"
+#include "platform/linux/XConnection.h"
 #include "platform/linux/desktop/ApplicationIdentity.h"
 
 namespace vantor {
@@ -20,9 +21,10 @@ public:
     // Nothing when there is no server. A null name means the one that DISPLAY names.
     [[nodiscard]] static std::unique_ptr<XcbDesktop> connect(const char* displayName = nullptr);
 
-    [[nodiscard]] xcb_connection_t* connection() const { return connection_.get(); }
-    [[nodiscard]] xcb_window_t root() const { return root_; }
-    [[nodiscard]] int screen() const { return screen_; }
+    [[nodiscard]] const XConnection& server() const { return *connection_; }
+    [[nodiscard]] xcb_connection_t* connection() const { return connection_->get(); }
+    [[nodiscard]] xcb_window_t root() const { return connection_->root(); }
+    [[nodiscard]] int screen() const { return connection_->screen(); }
     [[nodiscard]] const XAtoms& atoms() const { return atoms_; }
 
     [[nodiscard]] xcb_window_t activeWindow() const;
@@ -47,21 +49,15 @@ public:
     void requestActivation(xcb_window_t window) const;
     // Asks it to add one or two states to a mapped window.
     void requestStates(xcb_window_t window, xcb_atom_t first, xcb_atom_t second) const;
-    void flush() const { xcb_flush(connection_.get()); }
+    void flush() const { xcb_flush(connection()); }
 
 private:
     void requestFromManager(xcb_window_t window, xcb_atom_t message, const std::array<std::uint32_t, 5>& data) const;
 
-    struct Disconnect {
-        void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
-    };
-    using Connection = std::unique_ptr<xcb_connection_t, Disconnect>;
-    XcbDesktop(Connection connection, xcb_window_t root, int screen)
-        : connection_(std::move(connection)), root_(root), screen_(screen), atoms_(XAtoms::intern(connection_.get())) {}
+    explicit XcbDesktop(std::unique_ptr<XConnection> connection)
+        : connection_(std::move(connection)), atoms_(XAtoms::intern(connection_->get())) {}
 
-    Connection connection_;
-    xcb_window_t root_;
-    int screen_;
+    std::unique_ptr<XConnection> connection_;
     XAtoms atoms_;
 };
 

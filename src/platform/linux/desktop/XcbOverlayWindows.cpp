@@ -66,13 +66,12 @@ void XcbOverlayWindows::setOwnerWindow(NativeWindow owner) {
 }
 
 void XcbOverlayWindows::drain() {
-    while (auto* event = xcb_poll_for_event(desktop_->connection())) {
+    while (const auto event = owned(xcb_poll_for_event(desktop_->connection()))) {
         const auto type = event->response_type & 0x7f;
         if (type == XCB_MAP_NOTIFY)
-            mapped(reinterpret_cast<const xcb_map_notify_event_t*>(event)->window);
+            mapped(reinterpret_cast<const xcb_map_notify_event_t*>(event.get())->window);
         else if (type == XCB_DESTROY_NOTIFY)
-            prepared_.erase(reinterpret_cast<const xcb_destroy_notify_event_t*>(event)->window);
-        std::free(event);
+            prepared_.erase(reinterpret_cast<const xcb_destroy_notify_event_t*>(event.get())->window);
     }
     desktop_->flush();
     if (xcb_connection_has_error(desktop_->connection())) readable_.setEnabled(false);

@@ -99,19 +99,18 @@ bool XcbWorkspace::awaitFocusReturned(std::chrono::milliseconds atMost) {
 
 void XcbWorkspace::drain() {
     bool changed = false;
-    while (auto* event = xcb_poll_for_event(desktop_->connection())) {
+    while (const auto event = owned(xcb_poll_for_event(desktop_->connection()))) {
         const auto type = event->response_type & 0x7f;
         if (type == XCB_PROPERTY_NOTIFY) {
-            const auto atom = reinterpret_cast<const xcb_property_notify_event_t*>(event)->atom;
+            const auto atom = reinterpret_cast<const xcb_property_notify_event_t*>(event.get())->atom;
             changed |= atom == desktop_->atoms().netActiveWindow || atom == XCB_ATOM_WM_CLASS;
         } else if (type == XCB_DESTROY_NOTIFY) {
             // The next window may be given the same number: nothing is known of it.
-            const auto gone = reinterpret_cast<const xcb_destroy_notify_event_t*>(event)->window;
+            const auto gone = reinterpret_cast<const xcb_destroy_notify_event_t*>(event.get())->window;
             if (gone == lastOther_) lastOther_ = XCB_NONE;
             if (gone == active_) active_ = XCB_NONE;
             changed = true;
         }
-        std::free(event);
     }
     if (xcb_connection_has_error(desktop_->connection())) {
         readable_.setEnabled(false);  // the server is gone; a closed descriptor is readable for ever

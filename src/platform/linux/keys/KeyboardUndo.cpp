@@ -8,8 +8,9 @@
 #include <xcb/xkb.h>
 #undef explicit
 
-#include <cstdlib>
 #include <ctime>
+
+#include "platform/linux/XReply.h"
 
 namespace vantor {
 namespace {
@@ -36,18 +37,15 @@ bool tellsOfItsEnd(const xcb_generic_event_t& event, xcb_window_t window) {
 void awaitEndOf(xcb_connection_t* connection, xcb_window_t sentinel) {
     if (sentinel == XCB_NONE) return;
     const std::uint32_t events = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
-    auto* gone = xcb_request_check(
-        connection, xcb_change_window_attributes_checked(connection, sentinel, XCB_CW_EVENT_MASK, &events));
+    const auto gone = owned(xcb_request_check(
+        connection, xcb_change_window_attributes_checked(connection, sentinel, XCB_CW_EVENT_MASK, &events)));
     if (gone) {
-        std::free(gone);
         return;
     }
     const long end = millisecondsNow() + patienceMilliseconds;
     for (bool ended = false; !ended;) {
-        while (auto* event = xcb_poll_for_event(connection)) {
+        while (const auto event = owned(xcb_poll_for_event(connection)))
             ended = ended || tellsOfItsEnd(*event, sentinel);
-            std::free(event);
-        }
         const long left = end - millisecondsNow();
         if (ended || left <= 0 || xcb_connection_has_error(connection)) return;
         pollfd socket = {xcb_get_file_descriptor(connection), POLLIN, 0};
@@ -75,10 +73,11 @@ UndoVerdict undoKeyboard(xcb_connection_t* connection, const PendingKeyboardClea
     // Even where none is owed: a key that was let go here may have been a latch.
     const auto locks = pending.locks();
     if (isPresent(connection, xcb_xkb_id)) {
-        std::free(xcb_xkb_use_extension_reply(connection, xcb_xkb_use_extension(connection, 1, 0), nullptr));
+        const auto ready =
+            owned(xcb_xkb_use_extension_reply(connection, xcb_xkb_use_extension(connection, 1, 0), nullptr));
         lockModifiers(connection, locks.modifiers, locks.modifiers, locks.group);
     }
-    std::free(xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
+    const auto done = owned(xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
     return xcb_connection_has_error(connection) ? UndoVerdict::unavailable : UndoVerdict::undone;
 }
 

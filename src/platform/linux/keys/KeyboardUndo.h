@@ -10,7 +10,7 @@ namespace vantor {
 
 enum class UndoVerdict { undone, unavailable };
 
-// Waits until the server has done with the connection that owes, two seconds at most, and until it has undone all.
+// Waits until the server has done with the connection that posted, two seconds at most, and until it has undone all.
 [[nodiscard]] UndoVerdict undoKeyboard(xcb_connection_t* connection, const PendingKeyboardCleanup& pending);
 
 // Locks and unlocks modifiers, and locks a group where one is named. Latches are cleared: a key would use them up.

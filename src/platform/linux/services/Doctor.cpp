@@ -2,10 +2,6 @@
 
 #include <unistd.h>
 
-#include <xcb/xinput.h>
-#include <xcb/xtest.h>
-#include <xkbcommon/xkbcommon-x11.h>
-
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QProcess>
@@ -26,27 +22,6 @@ constexpr const char* posting = "posting";
 bool isSet(const char* variable) {
     const char* value = std::getenv(variable);
     return value && *value;
-}
-
-bool extensionPresent(const XcbDesktop& desktop, xcb_extension_t& extension) {
-    const auto* data = xcb_get_extension_data(desktop.connection(), &extension);
-    return data && data->present;
-}
-
-// Raw events reach clients without the focus since XInput 2.1.
-bool rawKeysPresent(const XcbDesktop& desktop) {
-    if (!extensionPresent(desktop, xcb_input_id)) return false;
-    const auto cookie = xcb_input_xi_query_version(desktop.connection(), 2, 2);
-    auto* reply = xcb_input_xi_query_version_reply(desktop.connection(), cookie, nullptr);
-    const bool present = reply && (reply->major_version > 2 || reply->minor_version >= 1);
-    std::free(reply);
-    return present;
-}
-
-bool layoutPresent(const XcbDesktop& desktop) {
-    return xkb_x11_setup_xkb_extension(desktop.connection(), XKB_X11_MIN_MAJOR_XKB_VERSION,
-                                       XKB_X11_MIN_MINOR_XKB_VERSION, XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS, nullptr,
-                                       nullptr, nullptr, nullptr) == 1;
 }
 
 // Asks the session bus, if there is one: without an address the library would start a bus of its own.
@@ -93,13 +68,13 @@ std::vector<Capability> examineCapabilities(const OwnFiles& files) {
 
     std::vector<Capability> capabilities;
     capabilities.push_back(capability("display", desktop != nullptr, "an X server answers", displayAdvice));
-    capabilities.push_back(capability(rawKeys, onDisplay(rawKeysPresent), "XInput 2",
+    capabilities.push_back(capability(rawKeys, onDisplay([](const auto& it) { return it.server().hasRawKeys(); }),
+                                      "XInput 2",
                                       "hotkeys work in Vantor's own windows only: needs an X server with XInput 2.1"));
-    capabilities.push_back(capability(posting,
-                                      onDisplay([](const auto& it) { return extensionPresent(it, xcb_test_id); }),
-                                      "XTEST", "nothing can be typed into the game: needs an X server with XTEST"));
-    capabilities.push_back(capability("layout", onDisplay(layoutPresent), "XKB",
-                                      "the keyboard's layout is unknown: needs an X server with XKB"));
+    capabilities.push_back(capability(posting, onDisplay([](const auto& it) { return it.server().hasTest(); }), "XTEST",
+                                      "nothing can be typed into the game: needs an X server with XTEST"));
+    capabilities.push_back(capability("layout", onDisplay([](const auto& it) { return it.server().hasKeyboard(); }),
+                                      "XKB", "the keyboard's layout is unknown: needs an X server with XKB"));
     capabilities.push_back(capability(
         "frontmost application",
         onDisplay([](const auto& it) { return it.managerSupports(it.atoms().netActiveWindow); }), "_NET_ACTIVE_WINDOW",
