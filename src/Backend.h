@@ -10,7 +10,6 @@
 
 #include "base/MainThread.h"
 #include "base/Scheduler.h"
-#include "browser/view/WebView.h"
 #include "platform/Capability.h"
 #include "platform/Clock.h"
 #include "platform/Defaults.h"
@@ -19,10 +18,10 @@
 #include "platform/KeyboardLayout.h"
 #include "platform/Keychain.h"
 #include "platform/OverlayWindows.h"
+#include "platform/PageSource.h"
 #include "platform/Pasteboard.h"
 #include "platform/Screens.h"
 #include "platform/StatusItem.h"
-#include "platform/WebPage.h"
 #include "platform/Workspace.h"
 
 namespace vantor::backend {
@@ -53,11 +52,11 @@ public:
     [[nodiscard]] virtual Keychain& keychain() = 0;
     // The one embedded page, and where it is shown.
     [[nodiscard]] virtual std::unique_ptr<WebPage> makeWebPage() = 0;
-    [[nodiscard]] virtual WebView::Source pageSource() = 0;
+    [[nodiscard]] virtual PageSource pageSource() = 0;
     // As they are at this call.
     [[nodiscard]] virtual std::vector<Capability> capabilities() = 0;
-    // Has the system put its own question to the player about the capability of this name; nothing where it has none.
-    [[nodiscard]] virtual std::function<void()> ask(const std::string& capability) = 0;
+    // Has the system put its own question to the player about this capability; nothing where it has none.
+    [[nodiscard]] virtual std::function<void()> ask(CapabilityKind capability) = 0;
     // Tells of the desktop user's wish for reduced motion once it is known, and of changes where the system tells of
     // them.
     virtual void followReducedMotion(std::function<void(bool reduced)> handler) = 0;

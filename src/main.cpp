@@ -83,9 +83,9 @@ int actOnFocusedApplication(const Operation& operation) {
 std::vector<SystemCapability> systemCapabilities(backend::Backend& backend, const AccountsCredentials& credentials) {
     std::vector<SystemCapability> capabilities;
     for (const Capability& each : backend.capabilities()) {
-        capabilities.push_back(each.name == "keyring" ? keyringCapability(credentials)
-                                                      : plainCapability(each.name, each.present, each.advice));
-        capabilities.back().ask = backend.ask(each.name);
+        capabilities.push_back(each.kind == CapabilityKind::keyring ? keyringCapability(credentials)
+                                                                    : plainCapability(each));
+        capabilities.back().ask = backend.ask(each.kind);
     }
     return capabilities;
 }

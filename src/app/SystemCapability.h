@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "accounts/AccountsCredentials.h"
+#include "platform/Capability.h"
 
 namespace vantor {
 
@@ -21,9 +22,10 @@ struct SystemCapability {
     }
 };
 
-// In plain words, of what the examination of the machine calls by its name, such as "raw keys". An unknown name stands
-// for itself.
-[[nodiscard]] SystemCapability plainCapability(const std::string& name, bool present, const std::string& advice);
+// In the field's words, as `--doctor` prints it, such as "raw keys".
+[[nodiscard]] std::string capabilityName(CapabilityKind kind);
+// In plain words.
+[[nodiscard]] SystemCapability plainCapability(const Capability& capability);
 
 // Whether the logins are where they belong, in place of what the machine says of its keyring.
 [[nodiscard]] SystemCapability keyringCapability(const AccountsCredentials& credentials);

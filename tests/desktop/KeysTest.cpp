@@ -422,8 +422,9 @@ TEST_F(KeysTest, WhileTheServerTakesNoConnectionTheLossShowsAndItIsTriedAgain) {
     EXPECT_EQ(poster.beginTyping(), nullptr);
     EXPECT_EQ(poster.post({0, 0, true}), PostVerdict::lost);
     EXPECT_TRUE(connection.isLost());
-    const std::vector<Capability> capabilities =
-        withoutKeys({{"display", true, ""}, {"raw keys", true, ""}, {"posting", true, ""}});
+    const std::vector<Capability> capabilities = withoutKeys({{CapabilityKind::display, true, ""},
+                                                              {CapabilityKind::rawKeys, true, ""},
+                                                              {CapabilityKind::posting, true, ""}});
     EXPECT_TRUE(capabilities[0].present && !capabilities[1].present && !capabilities[2].present);
     qputenv("DISPLAY", display);
     ASSERT_TRUE(comesTrue([&] { return renewals == 1; }));

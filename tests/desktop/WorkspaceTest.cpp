@@ -14,6 +14,7 @@
 #include <QtWidgets/QWidget>
 #include <algorithm>
 
+#include "app/SystemCapability.h"
 #include "app/cli/DoctorCommand.h"
 #include "platform/linux/desktop/XcbOverlayWindows.h"
 #include "platform/linux/desktop/XcbWorkspace.h"
@@ -247,7 +248,7 @@ TEST(DoctorTest, FindsTheCapabilitiesOfThePrivateDesktopAndNamesTheMissing) {
         examineCapabilities({.webModule = "/nonexistent/module.so", .guardian = "/nonexistent/guardian"});
     std::vector<std::string> absent;
     for (const auto& each : capabilities)
-        if (!each.present) absent.push_back(each.name);
+        if (!each.present) absent.push_back(capabilityName(each.kind));
     EXPECT_EQ(capabilities.size(), 10U);
     EXPECT_EQ(absent, (std::vector<std::string>{"tray", "guardian", "web engine"})) << capabilitiesAsText(capabilities);
 
@@ -258,8 +259,8 @@ TEST(DoctorTest, FindsTheCapabilitiesOfThePrivateDesktopAndNamesTheMissing) {
     qputenv("DISPLAY", display);
     absent.clear();
     for (const auto& each : without)
-        if (!each.present && each.name != "web sandbox")  // whose answer is the user's
-            absent.push_back(each.name);
+        if (!each.present && each.kind != CapabilityKind::webSandbox)  // whose answer is the user's
+            absent.push_back(capabilityName(each.kind));
     EXPECT_EQ(absent, (std::vector<std::string>{"display", "raw keys", "posting", "layout", "frontmost application",
                                                 "tray", "web engine"}));
     EXPECT_NE(capabilitiesAsText(without).find("cannot be loaded: libX.so: no such file"), std::string::npos);

@@ -262,16 +262,16 @@ TEST_F(StartUpTest, HotkeysWorkFromTheMomentThePlayerAllowsTheLast) {
     macdouble::privacyDouble() = {};
     launch();
     const auto missing = [this] {
-        std::vector<std::string> names;
+        std::vector<CapabilityKind> names;
         for (const Capability& each : backend->capabilities())
-            if (!each.present) names.push_back(each.name);
+            if (!each.present) names.push_back(each.kind);
         return names;
     };
-    EXPECT_THAT(missing(), ElementsAre("raw keys", "posting"));
+    EXPECT_THAT(missing(), ElementsAre(CapabilityKind::rawKeys, CapabilityKind::posting));
     (void)serviceCalls().take();
-    backend->ask("raw keys")();
-    backend->ask("posting")();
-    EXPECT_FALSE(backend->ask("keyring"));
+    backend->ask(CapabilityKind::rawKeys)();
+    backend->ask(CapabilityKind::posting)();
+    EXPECT_FALSE(backend->ask(CapabilityKind::keyring));
     EXPECT_THAT(done(), ElementsAre("ask for listening", "ask for accessibility"));
 
     macdouble::privacyDouble() = {true, kIOHIDAccessTypeGranted};

@@ -36,9 +36,8 @@ struct Engine final : WebEngine {
 class BrowserViewTest : public testing::Test {
 protected:
     BrowserViewTest() : store(makePage(), [] { return std::nullopt; }) {
-        panel =
-            std::make_unique<WebPanel>(WebView::Source{*page, [] { return nullptr; }, [this] { return trouble; }},
-                                       store, WebHosts{"https://wiki", "https://videos", "https://search"}, nullptr);
+        panel = std::make_unique<WebPanel>(PageSource{*page, [] { return nullptr; }}, store,
+                                           WebHosts{"https://wiki", "https://videos", "https://search"}, nullptr);
         panel->resize(600, 400);
     }
     std::unique_ptr<WebPage> makePage() {
@@ -61,7 +60,6 @@ protected:
     Record record;
     LazyWebPage* page = nullptr;
     bool missing = false;
-    QString trouble;
     WebViewStore store;
     std::unique_ptr<WebPanel> panel;
 };
@@ -131,11 +129,9 @@ TEST_F(BrowserViewTest, TroubleStandsInThePagesPlace) {
     panel->QWidget::show();
     EXPECT_EQ(light(), 0);
     missing = true;
-    trouble = QStringLiteral("There is no engine.");
     store.load("https://wiki/a");
     EXPECT_GT(light(), 100);
     missing = false;
-    trouble.clear();
     store.load("https://wiki/a");
     EXPECT_EQ(light(), 0);
 }

@@ -135,14 +135,16 @@ protected:
          .supportData = {"Somebody.1234", {{"xmr", "Coin", "wallet", "memo"}}, "https://licence"},
          .webPage =
              [this] {
-                 return WebView::Source{*webPage, [] { return nullptr; }, [] { return QStringLiteral("No engine"); }};
+                 return PageSource{*webPage, [] { return nullptr; }};
              },
          .translator =
              [] {
                  return TranslatorNeeds{[](const Script&) { return true; }, {}};
              },
          .examineSystem =
-             [] { return std::vector<SystemCapability>{plainCapability("keyring", false, "Install one")}; },
+             [] {
+                 return std::vector<SystemCapability>{plainCapability({CapabilityKind::keyring, false, "Install one"})};
+             },
          .openLink = [](const std::string&) {},
          .menuEntries = [] { return std::vector<MenuEntry>(); }}};
     std::unique_ptr<AppDelegate> delegate;

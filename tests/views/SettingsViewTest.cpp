@@ -270,10 +270,10 @@ TEST_F(SettingsViewTest, NamesWhatTheMachineLacksFirst) {
     keychain.isLocked = true;
     open();
     EXPECT_FALSE(keyringCapability(*credentials).have);
-    EXPECT_EQ(plainCapability("posting", true, "XTEST"), (SystemCapability{"Typing into the game", true, "works"}));
-    EXPECT_EQ(plainCapability("posting", false, "do this"),
+    EXPECT_EQ(plainCapability({CapabilityKind::posting, true, "XTEST"}),
+              (SystemCapability{"Typing into the game", true, "works"}));
+    EXPECT_EQ(plainCapability({CapabilityKind::posting, false, "do this"}),
               (SystemCapability{"Typing into the game", false, "do this"}));
-    EXPECT_EQ(plainCapability("flying", false, "cannot"), (SystemCapability{"flying", false, "cannot"}));
 }
 
 TEST_F(SettingsViewTest, ScrollsNoFartherThanItsTexts) {
