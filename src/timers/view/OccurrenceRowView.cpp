@@ -12,7 +12,6 @@
 #include "timers/view/AchievementBlockView.h"
 #include "timers/view/RowLayout.h"
 #include "timers/view/WatchAchievementButton.h"
-#include "ui/FigureSubstitution.h"
 #include "ui/Fonts.h"
 #include "ui/Images.h"
 #include "ui/States.h"
