@@ -11,7 +11,6 @@
 #include "Finding.h"
 #include "app/Settings.h"
 #include "app/cli/CommandLine.h"
-#include "app/cli/JsonText.h"
 #include "app/cli/Moment.h"
 #include "app/cli/SettingsCommand.h"
 #include "data/Decoder.h"
@@ -53,8 +52,6 @@ void moments(const std::string& given) {
     }
 }
 
-bool isUtf8(const std::string& given) { return QString::fromStdString(given).toStdString() == given; }
-
 void values(const std::string& given) {
     for (const Setting& setting : allSettings()) {
         const auto value = parseSetting(setting, given);
@@ -67,9 +64,6 @@ void values(const std::string& given) {
         const std::string formatted = formatSetting(*value);
         require(parseSetting(setting, formatted) == value, "a setting reads back from its text", given);
     }
-    if (!isUtf8(given)) return;
-    const auto parsed = decodeTexts("[" + jsonText(given) + "]");
-    require(parsed == std::vector{given}, "a text reads back from its JSON", jsonText(given));
 }
 
 void settings(const ChangeSettings& request, const std::string& input) {
