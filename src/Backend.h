@@ -13,8 +13,6 @@
 #include "platform/Capability.h"
 #include "platform/Clock.h"
 #include "platform/Defaults.h"
-#include "platform/KeyMonitors.h"
-#include "platform/KeyPoster.h"
 #include "platform/KeyboardLayout.h"
 #include "platform/Keychain.h"
 #include "platform/OverlayWindows.h"
@@ -22,29 +20,13 @@
 #include "platform/Pasteboard.h"
 #include "platform/Screens.h"
 #include "platform/StatusItem.h"
-#include "platform/Workspace.h"
+#include "platform/TypingBackend.h"
 
 namespace vantor::backend {
 
-// What typing into other applications takes.
-struct Keys {
-    KeyboardLayout& layout;
-    KeyPoster& poster;
-    KeyMonitors& monitors;
-    Workspace& workspace;
-};
-
-class TypingBackend {
-public:
-    virtual ~TypingBackend() = default;
-    [[nodiscard]] virtual Keys keys() = 0;
-};
-
 // Everything, for as long as the application object lives.
-class Backend {
+class Backend : public TypingBackend {
 public:
-    virtual ~Backend() = default;
-    [[nodiscard]] virtual Keys keys() = 0;
     [[nodiscard]] virtual OverlayWindows& overlayWindows() = 0;
     [[nodiscard]] virtual const Screens& screens() = 0;
     [[nodiscard]] virtual StatusItem& statusItem() = 0;

@@ -86,7 +86,7 @@ public:
     explicit X11Typing(std::unique_ptr<XcbDesktop> connection) : desktop_(std::move(connection)) {}
 
     [[nodiscard]] bool canType() const { return keyboard_.connection.hasTest(); }
-    [[nodiscard]] Keys keys() override {
+    [[nodiscard]] TypingServices typing() override {
         return {keyboard_.layout, keyboard_.poster, keyboard_.monitors, desktop_.workspace};
     }
 
@@ -131,7 +131,7 @@ public:
               [this](NativeWindow window) { overlayWindows_.setOwnerWindow(window); })),
           keychain_(mainThread) {}
 
-    [[nodiscard]] Keys keys() override {
+    [[nodiscard]] TypingServices typing() override {
         return {keyboard_.layout, keyboard_.poster, keyboard_.monitors, desktop_.workspace};
     }
     [[nodiscard]] OverlayWindows& overlayWindows() override { return overlayWindows_; }

@@ -48,7 +48,7 @@ struct Keyboard {
 
 class MacTyping final : public TypingBackend {
 public:
-    [[nodiscard]] Keys keys() override {
+    [[nodiscard]] TypingServices typing() override {
         return {keyboard_.layout, keyboard_.poster, keyboard_.monitors, keyboard_.workspace};
     }
 
@@ -86,7 +86,7 @@ public:
         });
     }
 
-    [[nodiscard]] Keys keys() override {
+    [[nodiscard]] TypingServices typing() override {
         return {keyboard_.layout, keyboard_.poster, keyboard_.monitors, keyboard_.workspace};
     }
     [[nodiscard]] OverlayWindows& overlayWindows() override { return overlayWindows_; }

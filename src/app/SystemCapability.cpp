@@ -60,4 +60,16 @@ SystemCapability keyringCapability(const AccountsCredentials& credentials) {
     return {what, false, "none answers: accounts are kept until Vantor ends; install one such as gnome-keyring"};
 }
 
+std::vector<SystemCapability> systemCapabilities(const std::vector<Capability>& found,
+                                                 const AccountsCredentials& credentials,
+                                                 const std::function<std::function<void()>(CapabilityKind)>& question) {
+    std::vector<SystemCapability> capabilities;
+    for (const Capability& each : found) {
+        capabilities.push_back(each.kind == CapabilityKind::keyring ? keyringCapability(credentials)
+                                                                    : plainCapability(each));
+        capabilities.back().ask = question(each.kind);
+    }
+    return capabilities;
+}
+
 }  // namespace vantor

@@ -30,4 +30,9 @@ struct SystemCapability {
 // Whether the logins are where they belong, in place of what the machine says of its keyring.
 [[nodiscard]] SystemCapability keyringCapability(const AccountsCredentials& credentials);
 
+// All of them, each with the system's question to the player, if there is one.
+[[nodiscard]] std::vector<SystemCapability> systemCapabilities(
+    const std::vector<Capability>& found, const AccountsCredentials& credentials,
+    const std::function<std::function<void()>(CapabilityKind)>& question);
+
 }  // namespace vantor

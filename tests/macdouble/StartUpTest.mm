@@ -100,7 +100,7 @@ protected:
 
     void launch() {
         backend = backend::makeBackend(mainThread, scheduler);
-        const backend::Keys keys = backend->keys();
+        const TypingServices keys = backend->typing();
         delegate = std::make_unique<AppDelegate>(
             AppObserver::Needs{{defaults,
                                 session,
