@@ -11,8 +11,8 @@
 #include "ui/GW2Slider.h"
 #include "ui/GW2TextField.h"
 #include "ui/GW2Toggle.h"
-#include "ui/HorizontalTabber.h"
 #include "ui/ImageButton.h"
+#include "ui/Tabber.h"
 
 namespace vantor {
 namespace {

@@ -17,12 +17,11 @@
 #include "ui/Fonts.h"
 #include "ui/GW2Button.h"
 #include "ui/GW2Toggle.h"
-#include "ui/HorizontalTabber.h"
 #include "ui/Motion.h"
 #include "ui/Palette.h"
-#include "ui/Spring.h"
 #include "ui/TabElement.h"
 #include "ui/TabMark.h"
+#include "ui/Tabber.h"
 #include "ui/TextBlock.h"
 
 namespace vantor {
