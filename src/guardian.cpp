@@ -20,7 +20,7 @@ constexpr int misuseStatus = 2;
 constexpr int failureStatus = 1;
 
 const KeyboardDebt* sharedNotes() {
-    struct stat status {};
+    struct stat status{};
     if (fstat(notes, &status) != 0 || status.st_size < static_cast<off_t>(sizeof(KeyboardDebt))) return nullptr;
     void* memory = mmap(nullptr, sizeof(KeyboardDebt), PROT_READ, MAP_SHARED, notes, 0);
     return memory == MAP_FAILED ? nullptr : static_cast<const KeyboardDebt*>(memory);

@@ -46,7 +46,7 @@ Subscription LazyWebPage::observePrior(Property property, std::function<void()> 
 }
 
 template <typename Value>
-void LazyWebPage::change(Property property, Value WebState::*member, const WebState& next) {
+void LazyWebPage::change(Property property, Value WebState::* member, const WebState& next) {
     if (state_.*member == next.*member) return;
     // A copy: a handler may end its own observation.
     const auto handlers = observers_->handlers[static_cast<std::size_t>(property)];

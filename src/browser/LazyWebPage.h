@@ -48,7 +48,7 @@ private:
 
     void update(const WebState& next);
     template <typename Value>
-    void change(Property property, Value WebState::*member, const WebState& next);
+    void change(Property property, Value WebState::* member, const WebState& next);
     void setEngine(Engine state);
 
     MakeEngine makeEngine_;

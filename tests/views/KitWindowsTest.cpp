@@ -137,10 +137,7 @@ protected:
              [this] {
                  return WebView::Source{*webPage, [] { return nullptr; }, [] { return QStringLiteral("No engine"); }};
              },
-         .translator =
-             [] {
-                 return TranslatorNeeds{[](const Script&) { return true; }, {}};
-             },
+         .translator = [] { return TranslatorNeeds{[](const Script&) { return true; }, {}}; },
          .examineSystem = [] { return std::vector<SystemPower>{plainPower("keyring", false, "Install one")}; },
          .openLink = [](const std::string&) {},
          .menuEntries = [] { return std::vector<MenuEntry>(); }}};

@@ -36,8 +36,7 @@ SystemPowersView::SystemPowersView(Examine examine, QWidget* parent)
 void SystemPowersView::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
     // The machine takes its time to answer: the panel is drawn first.
-    QMetaObject::invokeMethod(
-        this, [this] { refresh(); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, [this] { refresh(); }, Qt::QueuedConnection);
 }
 
 void SystemPowersView::hideEvent(QHideEvent* event) {
