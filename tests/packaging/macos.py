@@ -287,7 +287,7 @@ def testing(report, mac):
     same(report, "what a Mac can", parts, ["layers", "format", "unit", "views", "threaded", "oracle"])
     built = [(Path(call[2]).name, *call[3:]) for call in tested.of("ninja") if "-n" not in call]
     same(report, "with what it needs", built,
-         [("sanitize", "unit_tests"), ("sanitize", "views_tests"), ("thread", "threaded_tests"), ("release", "vantor")])
+         [("sanitize", "unit_tests"), ("sanitize", "views_tests"), ("thread", "threaded_tests"), ("checked", "vantor")])
     same(report, "and over all sources", tested.of("clang-format"), [["clang-format", "--dry-run", "--Werror", "a.cpp"]])
     stops(report, "a part that needs Linux is named", mac.call(mac.tree / "test", "desktop"), 2, "no part 'desktop'")
 
