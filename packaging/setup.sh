@@ -35,7 +35,7 @@ build=(g++ cmake ninja-build ccache pkg-config python3 qt6-base-dev qt6-svg-dev 
     xkb-data libgtest-dev libgmock-dev fontconfig fonttools fonts-ebgaramond fonts-lato fonts-noto-color-emoji)
 desktop=(xvfb openbox picom dbus dbus-x11 xdotool xclip imagemagick x11-utils xauth gnome-keyring
     xserver-xephyr x11-xkb-utils libsecret-tools openssl procps faketime)
-checks=(clang-format clang-tidy git shellcheck tzdata)
+checks=(clang-format-19 clang-tidy git shellcheck tzdata)
 package=(dpkg-dev lintian desktop-file-utils appstream man-db groff fakeroot binutils file)
 bench=(libbenchmark-dev)
 fuzz=(clang)

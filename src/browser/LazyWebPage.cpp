@@ -41,7 +41,7 @@ Subscription LazyWebPage::observePrior(Property property, std::function<void()> 
 }
 
 template <typename Value>
-void LazyWebPage::change(Property property, Value WebState::*member, const WebState& next) {
+void LazyWebPage::change(Property property, Value WebState::* member, const WebState& next) {
     if (state_.*member == next.*member) return;
     willChange_.at(static_cast<std::size_t>(property)).announce();
     state_.*member = next.*member;

@@ -43,7 +43,7 @@ public:
 private:
     void update(const WebState& next);
     template <typename Value>
-    void change(Property property, Value WebState::*member, const WebState& next);
+    void change(Property property, Value WebState::* member, const WebState& next);
     void setEngine(Engine state);
 
     MakeEngine makeEngine_;

@@ -28,9 +28,7 @@ namespace vantor {
 
 // A record of a loader: its `id`, an integer or a text, is its identity there.
 template <typename T>
-concept APIElement = requires(const T& record) {
-    record.id;
-};
+concept APIElement = requires(const T& record) { record.id; };
 
 [[nodiscard]] inline std::string identityText(std::int64_t id) { return std::to_string(id); }
 [[nodiscard]] inline std::string identityText(const std::string& id) { return id; }

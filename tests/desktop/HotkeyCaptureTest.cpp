@@ -78,9 +78,7 @@ protected:
     std::vector<HotkeyAction> decisions;
     Subscription dispatcher = monitors.addLocalMonitor(maskOf(KeyEventType::keyUp), [this](const KeyEvent& event) {
         ++releases;
-        decisions.push_back(decideHotkey(
-                                event, true, [] { return true; }, defaults)
-                                .action);
+        decisions.push_back(decideHotkey(event, true, [] { return true; }, defaults).action);
         return KeyMonitors::Passing::passOn;
     });
     HotkeyCapture capture{defaults, settings::windowToggleEvent, monitors, [] {}};

@@ -151,8 +151,7 @@ TEST(StatusBarWindow, IsNeverTheFrontmostApplication) {
     ASSERT_TRUE(comesTrue([&] { return active() == game.winId(); }));
 
     // Another process number: these are not Vantor's own windows.
-    XcbWorkspace workspace(
-        XcbDesktop::connect(), [](const std::string&) { return std::optional<DesktopEntry>(); }, 1);
+    XcbWorkspace workspace(XcbDesktop::connect(), [](const std::string&) { return std::optional<DesktopEntry>(); }, 1);
     std::vector<std::string> seen;
     const auto watching =
         workspace.observeFrontmostApplication([&](const std::string& identifier) { seen.push_back(identifier); });

@@ -145,8 +145,7 @@ std::unique_ptr<AppWindow> ViewWindows::make(AppWindowName name, AppObserver& ap
                 auto window = std::make_unique<FloatWindow>(QStringLiteral("Vantor watched events"), QSize(250, 60),
                                                             true, prepareAndPlace);
                 FloatWindow& host = *window;
-                host.setContent(new WatchedEventsView(
-                    *watched_, [&host](QSize size) { host.fit(size); }, &host));
+                host.setContent(new WatchedEventsView(*watched_, [&host](QSize size) { host.fit(size); }, &host));
                 return window;
             });
         }

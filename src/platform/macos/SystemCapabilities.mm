@@ -22,8 +22,8 @@ std::vector<Capability> examineCapabilities(const Permissions& permissions) {
     return {
         {CapabilityKind::rawKeys, hears && presses,
          hears && presses ? "the system lets Vantor hear them"
-                          : std::string("hotkeys ") + (presses ? "may " : "") + "work in Vantor's own windows only: " +
-                                allowIn(missing)},
+                          : std::string("hotkeys ") + (presses ? "may " : "") +
+                                "work in Vantor's own windows only: " + allowIn(missing)},
         {CapabilityKind::posting, presses,
          presses ? "the system lets Vantor press keys"
                  : "nothing can be typed into the game: " + allowIn("Accessibility")},

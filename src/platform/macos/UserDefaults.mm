@@ -109,7 +109,8 @@ struct UserDefaults::Changes {
             NSMutableSet* const keys = [NSMutableSet setWithArray:[before allKeys]];
             [keys addObjectsFromArray:[now allKeys]];
             for (NSString* key in keys)
-                if (!isEqual([before objectForKey:key], [now objectForKey:key])) changes->observers.tell(plainText(key));
+                if (!isEqual([before objectForKey:key], [now objectForKey:key]))
+                    changes->observers.tell(plainText(key));
         }
     }
 
