@@ -37,7 +37,7 @@ public:
     [[nodiscard]] virtual PageSource pageSource() = 0;
     // As they are at this call.
     [[nodiscard]] virtual std::vector<Capability> capabilities() = 0;
-    // Has the system put its own question to the player about this capability; nothing where it has none.
+    // Makes the system ask the player to allow this; nothing where the system has no such question.
     [[nodiscard]] virtual std::function<void()> ask(CapabilityKind capability) = 0;
     // Tells of the desktop user's wish for reduced motion once it is known, and of changes where the system tells of
     // them.

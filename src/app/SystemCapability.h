@@ -14,7 +14,7 @@ struct SystemCapability {
     std::string what;
     bool have = false;
     std::string sentence;  // what is found, or what to do
-    // Has the system put its own question to the player; nothing where there is none to put.
+    // Makes the system ask the player to allow it; nothing where the system has no such question.
     std::function<void()> ask = {};
 
     bool operator==(const SystemCapability& other) const {

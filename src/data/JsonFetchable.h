@@ -70,8 +70,8 @@ public:
 
     [[nodiscard]] const std::string& fromUrl() const { return fromUrl_; }
 
-    // No ids: the whole resource. Without a key an authenticated loader does nothing and the completion is never
-    // called.
+    // Without ids the whole resource is asked for. Without a key an authenticated loader does nothing and the
+    // completion is never called.
     void fetch(std::vector<std::int64_t> ids, Completion completion = {}) {
         context_.queue.post(
             [this, ids = std::move(ids), completion = std::move(completion)] { fetchNow(ids, completion); });
