@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QtCore/QElapsedTimer>
 #include <QtGui/QKeyEvent>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QWidget>
@@ -13,6 +12,7 @@
 #include <functional>
 #include <vector>
 
+#include "ComesTrue.h"
 #include "Player.h"
 #include "app/HotkeyDispatcher.h"
 #include "data/SettingKeys.h"
@@ -24,16 +24,6 @@
 
 namespace vantor {
 namespace {
-
-bool comesTrue(const std::function<bool()>& condition) {
-    QElapsedTimer timer;
-    timer.start();
-    while (!condition()) {
-        if (timer.elapsed() > 10'000) return false;
-        QApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 5);
-    }
-    return true;
-}
 
 class KeyCounter : public QWidget {
 public:

@@ -5,7 +5,6 @@
 #include <xcb/xcb.h>
 #include <xcb/xtest.h>
 
-#include <QtCore/QElapsedTimer>
 #include <QtCore/QEventLoop>
 #include <QtCore/QTimer>
 #include <QtGui/QWindow>
@@ -18,6 +17,7 @@
 #include <string>
 #include <vector>
 
+#include "ComesTrue.h"
 #include "input/KeyStrokes.h"
 #include "platform/linux/keys/KeyCodes.h"
 #include "platform/linux/keys/RawKeyMonitors.h"
@@ -34,16 +34,6 @@ constexpr auto keyDown = KeyEventType::keyDown;
 constexpr auto keyUp = KeyEventType::keyUp;
 constexpr auto flagsChanged = KeyEventType::flagsChanged;
 constexpr KeyEventMask everyType = maskOf(keyDown) | maskOf(keyUp) | maskOf(flagsChanged);
-
-bool comesTrue(const std::function<bool()>& condition) {
-    QElapsedTimer timer;
-    timer.start();
-    while (!condition()) {
-        if (timer.elapsed() > 10000) return false;
-        QApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 5);
-    }
-    return true;
-}
 
 // Another program with a window of its own that has the focus and writes down what is typed into it.
 class OtherClient {

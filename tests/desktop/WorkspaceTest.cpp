@@ -5,15 +5,14 @@
 #include <unistd.h>
 #include <xcb/xtest.h>
 
-#include <QtCore/QElapsedTimer>
 #include <QtCore/QFile>
-#include <QtCore/QProcess>
 #include <QtGui/QWindow>
 #include <QtNetwork/QLocalServer>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QWidget>
 #include <algorithm>
 
+#include "StandInGame.h"
 #include "app/SystemCapability.h"
 #include "app/cli/DoctorCommand.h"
 #include "platform/linux/desktop/XcbOverlayWindows.h"
@@ -26,45 +25,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto patience = 10s;
-
-// Turns the event loop until the condition holds.
-bool comesTrue(const std::function<bool()>& condition) {
-    QElapsedTimer timer;
-    timer.start();
-    while (!condition()) {
-        if (std::chrono::milliseconds(timer.elapsed()) > patience) return false;
-        QApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 5);
-    }
-    return true;
-}
-
-// A window of another process.
-class OtherApplication {
-public:
-    explicit OtherApplication(QStringList arguments) {
-        const auto program = qEnvironmentVariable(
-            "VANTOR_STANDIN_GAME", QApplication::applicationDirPath() + QStringLiteral("/../demo/standin-game"));
-        process_.start(program, arguments);
-        EXPECT_TRUE(comesTrue([this] { return process_.canReadLine() || process_.state() == QProcess::NotRunning; }));
-        const auto line = process_.readLine().trimmed().split(' ');
-        EXPECT_EQ(line.value(0), "ready") << "the stand-in game does not start";
-        window_ = line.value(1).toUInt(nullptr, 0);
-    }
-    OtherApplication(const OtherApplication&) = delete;
-    OtherApplication& operator=(const OtherApplication&) = delete;
-    ~OtherApplication() { end(); }
-
-    void end() {
-        process_.terminate();
-        process_.waitForFinished();
-    }
-    [[nodiscard]] xcb_window_t window() const { return window_; }
-
-private:
-    QProcess process_;
-    xcb_window_t window_ = XCB_NONE;
-};
+using OtherApplication = StandInGame;
 
 class WorkspaceTest : public testing::Test {
 protected:
