@@ -52,6 +52,7 @@ CELLS = [f"{desktop}-{mode}" for desktop in DESKTOPS for mode in ("full", "windo
 SHORT = ("openbox-picom-full", "kwin_x11-own-full", "mutter-own-full")
 # Wine says by this whether a window may be minimised; these managers heed it. The others iconify a window without Wine's knowing.
 HEEDS_BOX = ("mutter", "marco")
+HAVE_ALT_TAB = ("openbox", "xfwm4")
 ALT_TAB = """  <keyboard><keybind key="A-Tab"><action name="NextWindow"><interactive>no</interactive>
   <finalactions><action name="Focus"/><action name="Raise"/></finalactions></action></keybind></keyboard>
 """
@@ -76,11 +77,6 @@ def active_name():
 
 def activate(window):
     subprocess.run(["xdotool", "windowactivate", str(window)], check=False, capture_output=True, timeout=PATIENCE)
-
-
-def alt_tab_to(window_has_focus):
-    desk.press("Alt_L", "Tab")
-    soon(window_has_focus, lambda: f"after Alt+Tab the focus is with {active_name()}")
 
 
 class WineGame(desk.Program):
@@ -348,6 +344,7 @@ class Player(Stage):
             if is_open:
                 self.opens()
             leave()
+            soon(lambda: desk.active_window() != self.game.window, "the game stays in front")
             soon(lambda: not self.windows(), lambda: f"away from the game: {self.left()}")
             since = len(self.game.lines)
             come_back()
@@ -359,18 +356,20 @@ class Player(Stage):
                 self.closes("Escape")
         self.opens_and_closes()
 
+    def switch_to(self, window):
+        """To the other of two applications; the managers without a key for it are asked as a task bar asks."""
+        if self.manager in HAVE_ALT_TAB:
+            desk.press("Alt_L", "Tab")
+        else:
+            activate(window)
+
     def check_switch(self):
         if self.manager == "i3":  # which shows nothing new beside a window in full screen
             self.show_workspace(1)
         with desk.Game(OTHER_APPLICATION, self.folder, window_class="editor", size="500x300") as editor:
             activate(self.game.window)
             soon(self.game.has_focus, "the game does not get the focus back from a new window")
-
-            def leave():
-                activate(editor.window)
-                soon(editor.has_focus, "the other application does not come to the front")
-
-            self.goes_and_returns(leave, lambda: activate(self.game.window))
+            self.goes_and_returns(lambda: self.switch_to(editor.window), lambda: self.switch_to(self.game.window))
 
     def check_minimise(self):
         def leave():
@@ -420,7 +419,7 @@ class Player(Stage):
             raise Unmet(f"Vantor {'prints' if self.vantor.alive() else 'is gone'}: {', '.join(dict.fromkeys(lines))}")
 
     def round_switch(self, editor):
-        self.goes_and_returns(lambda: alt_tab_to(editor.has_focus), lambda: desk.press("Alt_L", "Tab"))
+        self.goes_and_returns(lambda: self.switch_to(editor.window), lambda: self.switch_to(self.game.window))
 
     def round_paste(self, editor):
         try:
