@@ -4,8 +4,8 @@
     matrix.py                      the short form: one cell a line of SHORT
     matrix.py --long               every manager, with and without compositing, full screen and windowed
     matrix.py openbox-picom-full   these cells alone
-    matrix.py --rounds 100 paste openbox-picom-full
-                                   a scenario of ROUNDS again and again in one cell
+    matrix.py --rounds 100 "paste then switch" openbox-picom-full
+                                   a scenario or a check again and again in one cell; also "click then close"
 
 A cell is MANAGER-COMPOSITING-MODE, --list names them; "second" has two monitors, the game on the second. Each runs in an X server
 of its own, with input from another client. What it leaves behind stands in build/real/CELL: found.json, the lines of the game and
@@ -244,14 +244,11 @@ class Player(Stage):
     def check_recognised(self):
         soon(lambda: "icon" in self.windows(), "no icon beside the game")
 
-    def check_icon_seen(self):
-        self.icon_is_seen()
+    check_icon_seen = Stage.icon_is_seen
+    check_overlay_seen = Stage.opens_and_closes
 
     def check_list_seen(self):
         soon(lambda: self.is_seen("watched", 0.3), "the watched list is not to be seen")
-
-    def check_overlay_seen(self):
-        self.opens_and_closes()
 
     def check_monitor(self):
         """All that Vantor shows lies on the game's monitor."""
@@ -341,6 +338,7 @@ class Player(Stage):
     def goes_and_returns(self, leave, come_back):
         """With the overlay closed, and once more with the overlay open: it is there again when the game is."""
         for is_open in (False, True):
+            self.icon_is_seen()
             if is_open:
                 self.opens()
             leave()
@@ -372,11 +370,20 @@ class Player(Stage):
             self.goes_and_returns(lambda: self.switch_to(editor.window), lambda: self.switch_to(self.game.window))
 
     def check_minimise(self):
+        def minimised():
+            return "Iconic" in desk.ask("xprop", "-id", str(self.game.window), "WM_STATE")
+
         def leave():
             desk.ask("xdotool", "windowminimize", str(self.game.window))
-            soon(lambda: "Iconic" in desk.ask("xprop", "-id", str(self.game.window), "WM_STATE"), "the game is not minimised")
+            soon(minimised, "the game is not minimised")
 
-        self.goes_and_returns(leave, lambda: activate(self.game.window))
+        def come_back():
+            desk.settled_pixels(0, 0, self.width, self.height)  # the windows have gone, and what that leads to has happened
+            if not minimised():
+                raise Unmet("the game does not stay minimised")
+            activate(self.game.window)
+
+        self.goes_and_returns(leave, come_back)
 
     def show_workspace(self, number):
         if self.manager == "i3":
@@ -418,19 +425,13 @@ class Player(Stage):
         if lines or not self.vantor.alive():
             raise Unmet(f"Vantor {'prints' if self.vantor.alive() else 'is gone'}: {', '.join(dict.fromkeys(lines))}")
 
-    def round_switch(self, editor):
-        self.goes_and_returns(lambda: self.switch_to(editor.window), lambda: self.switch_to(self.game.window))
-
-    def round_paste(self, editor):
+    def round_paste_then_switch(self):
         try:
             self.check_paste()
         finally:
-            self.round_switch(editor)
+            self.check_switch()
 
-    def round_minimise(self, _):
-        self.check_minimise()
-
-    def round_close(self, _):
+    def round_click_then_close(self):
         for keys in (("Escape",), desk.HOTKEY):
             self.opens()
             self.clicked_tab()
@@ -442,7 +443,7 @@ def named(prefix):
 
 
 CHECKS = named("check_")
-ROUNDS = named("round_")
+ROUNDS = {**named("round_"), **CHECKS}
 
 
 @contextlib.contextmanager
@@ -465,14 +466,11 @@ def run_rounds(cell, name, count):
     subprocess.run(["gcc", "-shared", "-fPIC", "-x", "c", "-o", overlay, "-"], input="int setrlimit(void) { return 0; }", text=True,
                    check=True, timeout=60)
     os.environ["LD_PRELOAD"] = str(overlay)
-    with stage_of(cell) as stage, desk.Game(OTHER_APPLICATION, stage.folder, window_class="editor", size="500x300") as editor:
-        activate(editor.window)
-        soon(editor.has_focus, "the other application does not come to the front")
-        stage.settle()
+    with stage_of(cell) as stage:
         for number in range(1, count + 1):
             printed = len(stage.vantor.lines)
             try:
-                ROUNDS[name](stage, editor)
+                ROUNDS[name](stage)
                 if not stage.vantor.alive() or stage.vantor.lines[printed:]:
                     raise Unmet(f"Vantor prints {stage.vantor.lines[printed:]}")
                 passed += 1
@@ -577,6 +575,9 @@ def main():
     arguments = parser.parse_args()
     rounds = [] if not arguments.rounds else ["--rounds", *arguments.rounds]
     names = arguments.only.split(",") if arguments.only else list(CHECKS)
+    unknown = {*names, *rounds[2:]} - {*ROUNDS} | {*arguments.cells} - {*CELLS}
+    if unknown:
+        parser.error(f"unknown: {', '.join(unknown)}")
     cells = arguments.cells or (CELLS if arguments.long else SHORT)
     if arguments.inside:
         return run_rounds(cells[0], rounds[2], int(rounds[1])) if rounds else run_cell(cells[0], names)
