@@ -250,8 +250,14 @@ def active_window():
 
 def visible_windows(pid):
     """Name and geometry of a process's mapped windows."""
+
+    def search():  # a window of anybody that goes meanwhile ends it with an error and half an answer
+        answer = subprocess.run(["xdotool", "search", "--onlyvisible", "--pid", str(pid)], capture_output=True, text=True,
+                                check=False, timeout=PATIENCE)
+        return None if answer.stderr else (answer.stdout.split(),)
+
     windows = {}
-    for window in ask("xdotool", "search", "--onlyvisible", "--pid", str(pid)).split():
+    for window in (wait_until(search) or ([],))[0]:
         name = ask("xdotool", "getwindowname", window)
         shell = dict(re.findall(r"^(\w+)=(-?\d+)$", ask("xdotool", "getwindowgeometry", "--shell", window), re.M))
         if "WIDTH" in shell:

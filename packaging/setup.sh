@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs what a set of tasks needs, and only what is missing: setup.sh build [desktop] [checks] [macdouble] [package]
-# [bench] [fuzz]. Says on standard error what it does. On systems with neither apt nor Homebrew it names what is missing and ends with 1.
+# [bench] [fuzz] [real]. Says on standard error what it does. On systems with neither apt nor Homebrew it names what is missing and ends with 1.
 # shellcheck disable=SC2034  # the lists are taken by their names
 set -euo pipefail
 
@@ -14,7 +14,7 @@ if [[ $(uname) == Darwin ]]; then
             build) wanted+=(cmake ninja ccache python qt librsvg googletest fonttools font-eb-garamond font-lato) ;;
             # git came with the compiler.
             checks) wanted+=(clang-format) ;;
-            desktop | macdouble | package | bench | fuzz) echo "setup: '$set' needs Linux" >&2 && exit 1 ;;
+            desktop | macdouble | package | bench | fuzz | real) echo "setup: '$set' needs Linux" >&2 && exit 1 ;;
             *) echo "setup: unknown set '$set' (build, checks)" >&2 && exit 2 ;;
         esac
     done
@@ -39,13 +39,16 @@ checks=(clang-format-19 clang-tidy git shellcheck tzdata)
 package=(dpkg-dev lintian desktop-file-utils appstream man-db groff fakeroot binutils file)
 bench=(libbenchmark-dev)
 fuzz=(clang)
+# Marco starts only with the settings' descriptions of MATE, kwin composes only with a GL driver.
+real=(wine wine64 gcc-mingw-w64-x86-64 kwin-x11 mutter marco mate-settings-daemon-common xfwm4 xfconf i3-wm libgl1-mesa-dri wmctrl
+    x11-xserver-utils)
 macdouble=(clang gobjc libgnustep-base-dev libblocksruntime-dev librsvg2-bin openssl)
 
 wanted=()
 for set in "$@"; do
     case $set in
-        build | desktop | checks | macdouble | package | bench | fuzz) declare -n list=$set && wanted+=("${list[@]}") ;;
-        *) echo "setup: unknown set '$set' (build, desktop, checks, macdouble, package, bench, fuzz)" >&2 && exit 2 ;;
+        build | desktop | checks | macdouble | package | bench | fuzz | real) declare -n list=$set && wanted+=("${list[@]}") ;;
+        *) echo "setup: unknown set '$set' (build, desktop, checks, macdouble, package, bench, fuzz, real)" >&2 && exit 2 ;;
     esac
 done
 
