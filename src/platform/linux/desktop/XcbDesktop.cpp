@@ -121,6 +121,11 @@ void XcbDesktop::requestStates(xcb_window_t window, xcb_atom_t first, xcb_atom_t
     requestFromManager(window, atoms_.netWmState, {add, first, second, sourceIsPager});
 }
 
+void XcbDesktop::withdrawState(xcb_window_t window, xcb_atom_t state) const {
+    constexpr std::uint32_t remove = 0;
+    requestFromManager(window, atoms_.netWmState, {remove, state, XCB_ATOM_NONE, sourceIsPager});
+}
+
 void XcbDesktop::requestFromManager(xcb_window_t window, xcb_atom_t message,
                                     const std::array<std::uint32_t, 5>& data) const {
     xcb_client_message_event_t request{};

@@ -49,6 +49,7 @@ public:
     void requestActivation(xcb_window_t window) const;
     // Asks it to add one or two states to a mapped window.
     void requestStates(xcb_window_t window, xcb_atom_t first, xcb_atom_t second) const;
+    void withdrawState(xcb_window_t window, xcb_atom_t state) const;
     void flush() const { xcb_flush(connection()); }
 
 private:

@@ -3,7 +3,9 @@
 // bar, and transient for the game's window, since a focused full-screen window lies above even those that are "above".
 // On a connection of its own. Main thread.
 
+#include <QAbstractNativeEventFilter>
 #include <QSocketNotifier>
+#include <QWindow>
 
 #include <map>
 #include <memory>
@@ -13,7 +15,7 @@
 
 namespace vantor {
 
-class XcbOverlayWindows final : public OverlayWindows {
+class XcbOverlayWindows final : public OverlayWindows, private QAbstractNativeEventFilter {
 public:
     explicit XcbOverlayWindows(std::unique_ptr<XcbDesktop> desktop);
     XcbOverlayWindows(const XcbOverlayWindows&) = delete;
@@ -30,6 +32,8 @@ public:
     void setOwnerWindow(NativeWindow owner);
 
 private:
+    // What the toolkit is not to hear.
+    bool nativeEventFilter(const QByteArray& type, void* message, qintptr* result) override;
     void drain();
     void mapped(xcb_window_t window) const;
     void writeHints(xcb_window_t window, WindowNature nature) const;
@@ -38,7 +42,8 @@ private:
     std::unique_ptr<XcbDesktop> desktop_;
     QSocketNotifier readable_;
     std::map<xcb_window_t, WindowNature> prepared_;
-    xcb_window_t owner_ = XCB_NONE;
+    // The game's window as the toolkit sees it: another client's, which is only named.
+    std::unique_ptr<QWindow> owner_;
 };
 
 }  // namespace vantor
