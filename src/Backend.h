@@ -61,6 +61,8 @@ public:
     // Tells of the desktop user's wish for reduced motion once it is known, and of changes where the system tells of
     // them.
     virtual void followReducedMotion(std::function<void(bool reduced)> handler) = 0;
+    // Tells at once where translucent windows are not blended with what lies below, and of each change.
+    virtual void followBlending(std::function<void(bool blends)> handler) = 0;
 };
 
 // Each of these says in one line on standard error why it gives nothing.

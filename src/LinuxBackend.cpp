@@ -155,6 +155,9 @@ public:
     void followReducedMotion(std::function<void(bool reduced)> handler) override {
         askReducedMotion(std::move(handler));
     }
+    void followBlending(std::function<void(bool blends)> handler) override {
+        overlayWindows_.followBlending(std::move(handler));
+    }
 
 private:
     Keyboard keyboard_;

@@ -122,6 +122,7 @@ public:
                 [this] { permissions_.ask(permissions_.granted(Kind::hearKeys) ? Kind::pressKeys : Kind::hearKeys); };
         return {};
     }
+    void followBlending(std::function<void(bool blends)>) override {}  // always
     void followReducedMotion(std::function<void(bool reduced)> handler) override {
         reducedMotion_ = observeReducedMotion(std::move(handler));
     }

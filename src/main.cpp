@@ -30,6 +30,7 @@
 #include "platform/qt/SingleInstance.h"
 #include "platform/qt/SystemClock.h"
 #include "timers/DataFault.h"
+#include "ui/Blending.h"
 #include "ui/Fonts.h"
 #include "ui/KitStyle.h"
 #include "ui/Motion.h"
@@ -145,6 +146,7 @@ int start(int& argumentCount, char** arguments, const Overrides& overrides) {
     const auto system = backend::makeBackend(mainThread, scheduler);
     if (!system) return unavailableStatus;
     system->followReducedMotion([](bool reduced) { setReducedMotion(reduced); });
+    system->followBlending([](bool blends) { setBlending(blends); });
     const backend::Keys keys = system->keys();
     ViewWindows windows(
         {.overlayWindows = system->overlayWindows(),

@@ -308,6 +308,24 @@ def command_line(report, arguments, folder):
         report.check(pressing.returncode == 0 and pressed, "--press presses a hotkey", (pressing.stderr, game.record()))
 
 
+def without_compositor(report, arguments, folder):
+    """Where nothing is blended the game is seen beside the torn edge, and through the empty list. This ends the compositor."""
+    width, height = desk.screen_size()
+    corner = ((width - 920) // 2, (height - 600) // 2, 5, 5)
+    empty_list = ((width - 250) // 2, (height - 60) // 2, 250, 60)
+    with desk.WebService() as service, desk.Game(arguments.game, folder):
+        scene = {part: desk.settled_pixels(*part) for part in (corner, empty_list)}
+        with desk.Vantor(arguments.vantor, service.host, folder) as vantor:
+            desk.wait_until(lambda: "watched" in vantor.windows())
+            compositor = desk.ask("xdotool", "search", "--name", "^picom$").split()
+            subprocess.run(["xdotool", "windowkill", compositor[-1]], check=True, timeout=desk.PATIENCE)
+            through = desk.wait_until(lambda: desk.pixels(*empty_list) == scene[empty_list])
+            report.check(through, "an empty list leaves the game to be seen without a compositor", vantor.windows())
+            desk.press(*desk.HOTKEY)
+            shown = desk.wait_until(lambda: desk.pixels(*empty_list) != scene[empty_list])
+            report.check(shown and desk.settled_pixels(*corner) == scene[corner], "the overlay has no black frame", vantor.windows())
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--vantor", required=True, type=Path)
@@ -316,7 +334,8 @@ def main():
     desk.enter_private_desktop()
     report = desk.Report()
     with tempfile.TemporaryDirectory(prefix="vantor-scenarios.") as folder:
-        for scenario in (player_keys, second_start, chat_links_and_watching, moved_clock, emotes, logins, faults, command_line):
+        for scenario in (player_keys, second_start, chat_links_and_watching, moved_clock, emotes, logins, faults, command_line,
+                         without_compositor):
             try:
                 scenario(report, arguments, folder)
             except (OSError, RuntimeError, KeyError, subprocess.SubprocessError, json.JSONDecodeError) as fault:

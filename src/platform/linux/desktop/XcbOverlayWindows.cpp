@@ -1,8 +1,11 @@
 #include "platform/linux/desktop/XcbOverlayWindows.h"
 
+#include <xcb/xfixes.h>
+
 #include <QGuiApplication>
 #include <QVariant>
 #include <QWindow>
+#include <string>
 #include <utility>
 
 namespace vantor {
@@ -86,6 +89,23 @@ bool XcbOverlayWindows::nativeEventFilter(const QByteArray& type, void* message,
     return (change->atom == atoms.wmState || change->atom == atoms.netWmState) && prepared_.contains(change->window);
 }
 
+void XcbOverlayWindows::followBlending(std::function<void(bool blends)> handler) {
+    blending_ = std::move(handler);
+    // EWMH: a compositor owns the selection of its screen.
+    auto* const connection = desktop_->connection();
+    const auto compositor = internAtom(connection, "_NET_WM_CM_S" + std::to_string(desktop_->screen()));
+    const auto* const extension = xcb_get_extension_data(connection, &xcb_xfixes_id);
+    if (extension && extension->present) {
+        selectionNotice_ = static_cast<std::uint8_t>(extension->first_event + XCB_XFIXES_SELECTION_NOTIFY);
+        xcb_discard_reply(connection, xcb_xfixes_query_version(connection, 1, 0).sequence);
+        xcb_xfixes_select_selection_input(connection, desktop_->root(), compositor,
+                                          XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
+                                              XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
+                                              XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
+    }
+    blending_(desktop_->selectionHasOwner(compositor));
+}
+
 void XcbOverlayWindows::drain() {
     while (const auto event = owned(xcb_poll_for_event(desktop_->connection()))) {
         const auto type = event->response_type & 0x7f;
@@ -93,6 +113,8 @@ void XcbOverlayWindows::drain() {
             mapped(reinterpret_cast<const xcb_map_notify_event_t*>(event.get())->window);
         else if (type == XCB_DESTROY_NOTIFY)
             prepared_.erase(reinterpret_cast<const xcb_destroy_notify_event_t*>(event.get())->window);
+        else if (selectionNotice_ != 0 && type == selectionNotice_)
+            blending_(reinterpret_cast<const xcb_xfixes_selection_notify_event_t*>(event.get())->owner != XCB_NONE);
     }
     desktop_->flush();
     if (xcb_connection_has_error(desktop_->connection())) readable_.setEnabled(false);

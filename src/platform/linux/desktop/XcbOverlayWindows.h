@@ -7,6 +7,8 @@
 #include <QSocketNotifier>
 #include <QWindow>
 
+#include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 
@@ -30,6 +32,8 @@ public:
     void orderFront(NativeWindow) override {}
     // The game's window that ours lie over; 0 for none.
     void setOwnerWindow(NativeWindow owner);
+    // Whether a compositor blends them: told at once and at each change.
+    void followBlending(std::function<void(bool blends)> handler);
 
 private:
     // What the toolkit is not to hear.
@@ -42,6 +46,8 @@ private:
     std::unique_ptr<XcbDesktop> desktop_;
     QSocketNotifier readable_;
     std::map<xcb_window_t, WindowNature> prepared_;
+    std::function<void(bool blends)> blending_;
+    std::uint8_t selectionNotice_ = 0;  // the event's number; 0 where the server tells of none
     // The game's window as the toolkit sees it: another client's, which is only named.
     std::unique_ptr<QWindow> owner_;
 };
