@@ -47,7 +47,7 @@ public:
     virtual ~Backend() = default;
     [[nodiscard]] virtual Keys keys() = 0;
     [[nodiscard]] virtual OverlayWindows& overlayWindows() = 0;
-    [[nodiscard]] virtual const Screens& screens() = 0;
+    [[nodiscard]] virtual Screens& screens() = 0;
     [[nodiscard]] virtual StatusItem& statusItem() = 0;
     [[nodiscard]] virtual Pasteboard& pasteboard() = 0;
     [[nodiscard]] virtual Keychain& keychain() = 0;

@@ -90,7 +90,7 @@ public:
         return {keyboard_.layout, keyboard_.poster, keyboard_.monitors, keyboard_.workspace};
     }
     [[nodiscard]] OverlayWindows& overlayWindows() override { return overlayWindows_; }
-    [[nodiscard]] const Screens& screens() override { return screens_; }
+    [[nodiscard]] Screens& screens() override { return screens_; }
     [[nodiscard]] StatusItem& statusItem() override { return statusItem_; }
     [[nodiscard]] Pasteboard& pasteboard() override { return pasteboard_; }
     [[nodiscard]] Keychain& keychain() override { return keychain_; }

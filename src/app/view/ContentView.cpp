@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "accounts/view/AccountsView.h"
+#include "app/WindowPlaces.h"
 #include "app/view/TabPositions.h"
 #include "app/view/TimelineOf.h"
 #include "data/SettingKeys.h"
@@ -19,8 +20,9 @@ namespace vantor {
 
 namespace {
 
-QRect firstScreen(const Screens& screens) {
-    const Rect frame = screens.frames().front();
+QRect gamesScreen(const Screens& screens) {
+    const std::vector<Screen> all = screens.all();
+    const Rect& frame = screenOf(screens.frontmostWindow(), all).frame;
     return {frame.x, frame.y, frame.width, frame.height};
 }
 
@@ -133,7 +135,7 @@ QWidget* ContentView::makeSettings() {
                               [this](WId window, WindowNature nature) {
                                   needs_.overlayWindows.prepare(static_cast<NativeWindow>(window), nature);
                               },
-                              [this] { return firstScreen(needs_.screens); }};
+                              [this] { return gamesScreen(needs_.screens); }};
     const auto text = [](const std::string& host) { return QString::fromStdString(host); };
     settingsView_ = new SettingsView(
         {.defaults = appObserver_.defaults(),
