@@ -2,6 +2,7 @@
 windows, and waits for conditions, never for a time."""
 
 import contextlib
+import ctypes
 import json
 import os
 import re
@@ -230,9 +231,57 @@ def point_at(x, y):
     subprocess.run(["xdotool", "mousemove", str(x), str(y)], check=True, timeout=PATIENCE)
 
 
+def drag(x, y, to_x, to_y):
+    subprocess.run(["xdotool", "mousemove", str(x), str(y), "mousedown", "1", "mousemove", str(to_x - 1), str(to_y),
+                    "mousemove", str(to_x), str(to_y), "mouseup", "1"], check=True, timeout=PATIENCE)
+
+
 def screen_size():
     width, height = ask("xdotool", "getdisplaygeometry").split()
     return int(width), int(height)
+
+
+class _Monitor(ctypes.Structure):  # XRRMonitorInfo
+    _fields_ = [("name", ctypes.c_ulong), ("primary", ctypes.c_int), ("automatic", ctypes.c_int), ("output_count", ctypes.c_int),
+                ("x", ctypes.c_int), ("y", ctypes.c_int), ("width", ctypes.c_int), ("height", ctypes.c_int),
+                ("width_mm", ctypes.c_int), ("height_mm", ctypes.c_int), ("outputs", ctypes.POINTER(ctypes.c_ulong))]
+
+
+@contextlib.contextmanager
+def monitors(**rectangles):
+    """Divides the screen into monitors of these names, the first one the main one, as a player's desktop does it (RandR 1.5). Gives
+    what takes one of them away. Without the first the server has its own one monitor again."""
+    x11, randr = ctypes.CDLL("libX11.so.6"), ctypes.CDLL("libXrandr.so.2")
+    for function in (x11.XOpenDisplay, randr.XRRGetScreenResourcesCurrent):
+        function.restype = ctypes.c_void_p
+    for function in (x11.XDefaultRootWindow, x11.XInternAtom):
+        function.restype = ctypes.c_ulong
+    display = ctypes.c_void_p(x11.XOpenDisplay(None))
+    root = ctypes.c_ulong(x11.XDefaultRootWindow(display))
+    # XRRScreenResources: two times, a count and a list of controllers, a count and a list of outputs, each in 8 bytes.
+    resources = ctypes.cast(randr.XRRGetScreenResourcesCurrent(display, root), ctypes.POINTER(ctypes.c_void_p))
+    outputs = ctypes.cast(resources[5], ctypes.POINTER(ctypes.c_ulong))
+
+    there = set(rectangles)
+
+    def name_of(monitor):
+        return ctypes.c_ulong(x11.XInternAtom(display, monitor.encode(), 0))
+
+    def remove(monitor):
+        there.discard(monitor)
+        randr.XRRDeleteMonitor(display, root, name_of(monitor))
+        x11.XSync(display, 0)
+
+    for at, (monitor, rectangle) in enumerate(rectangles.items()):
+        info = _Monitor(name_of(monitor), at == 0, 0, int(at == 0), *rectangle, 300, 200, outputs)
+        randr.XRRSetMonitor(display, root, ctypes.byref(info))
+    x11.XSync(display, 0)
+    try:
+        yield remove
+    finally:
+        for monitor in set(there):
+            remove(monitor)
+        x11.XCloseDisplay(display)
 
 
 def park_pointer():

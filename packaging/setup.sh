@@ -31,7 +31,7 @@ if [[ $(uname) == Darwin ]]; then
 fi
 
 build=(g++ cmake ninja-build ccache pkg-config python3 qt6-base-dev qt6-svg-dev qt6-webengine-dev qt6-qpa-plugins libgl-dev libegl-dev
-    libxcb1-dev libxcb-xinput-dev libxcb-xtest0-dev libxcb-xkb-dev libxcb-randr0-dev libxkbcommon-dev libxkbcommon-x11-dev libsecret-1-dev
+    libxcb1-dev libxcb-xinput-dev libxcb-xtest0-dev libxcb-xkb-dev libxcb-randr0-dev libxcb-xfixes0-dev libxkbcommon-dev libxkbcommon-x11-dev libsecret-1-dev
     xkb-data libgtest-dev libgmock-dev fontconfig fonttools fonts-ebgaramond fonts-lato fonts-noto-color-emoji)
 desktop=(xvfb openbox picom dbus dbus-x11 xdotool xclip imagemagick x11-utils xauth gnome-keyring
     xserver-xephyr x11-xkb-utils libsecret-tools openssl procps faketime)
@@ -55,7 +55,7 @@ done
 if ! command -v apt-get >/dev/null || ! command -v dpkg-query >/dev/null; then
     missing=()
     for tool in g++ cmake ninja pkg-config python3; do command -v "$tool" >/dev/null || missing+=("$tool"); done
-    for module in xcb xcb-xinput xcb-xtest xcb-xkb xkbcommon xkbcommon-x11 libsecret-1; do
+    for module in xcb xcb-xinput xcb-xtest xcb-xkb xcb-xfixes xkbcommon xkbcommon-x11 libsecret-1; do
         pkg-config --exists "$module" 2>/dev/null || missing+=("$module")
     done
     if ((${#missing[@]})); then

@@ -28,7 +28,7 @@ namespace vantor::backend {
 class Backend : public TypingBackend {
 public:
     [[nodiscard]] virtual OverlayWindows& overlayWindows() = 0;
-    [[nodiscard]] virtual const Screens& screens() = 0;
+    [[nodiscard]] virtual Screens& screens() = 0;
     [[nodiscard]] virtual StatusItem& statusItem() = 0;
     [[nodiscard]] virtual Pasteboard& pasteboard() = 0;
     [[nodiscard]] virtual Keychain& keychain() = 0;
@@ -42,6 +42,8 @@ public:
     // Tells of the desktop user's wish for reduced motion once it is known, and of changes where the system tells of
     // them.
     virtual void followReducedMotion(std::function<void(bool reduced)> handler) = 0;
+    // Tells at once where translucent windows are not blended with what lies below, and of each change.
+    virtual void followBlending(std::function<void(bool blends)> handler) = 0;
 };
 
 // Each of these says in one line on standard error why it gives nothing.

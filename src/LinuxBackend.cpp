@@ -12,6 +12,7 @@
 #include "browser/LazyWebPage.h"
 #include "platform/linux/XAtoms.h"
 #include "platform/linux/desktop/DesktopEntries.h"
+#include "platform/linux/desktop/X11Screens.h"
 #include "platform/linux/desktop/XcbOverlayWindows.h"
 #include "platform/linux/desktop/XcbWorkspace.h"
 #include "platform/linux/keys/RawKeyMonitors.h"
@@ -24,7 +25,6 @@
 #include "platform/linux/services/TrayStatusItem.h"
 #include "platform/qt/JsonDefaults.h"
 #include "platform/qt/QtPasteboard.h"
-#include "platform/qt/QtScreens.h"
 #include "platform/qt/ScriptFonts.h"
 #include "platform/qt/SystemClock.h"
 #include "platform/qt/WebEngineModule.h"
@@ -124,18 +124,22 @@ private:
 
 class X11Backend final : public Backend {
 public:
-    X11Backend(std::unique_ptr<XcbDesktop> workspace, std::unique_ptr<XcbDesktop> windows, MainThread& mainThread)
+    X11Backend(std::unique_ptr<XcbDesktop> workspace, std::unique_ptr<XcbDesktop> windows,
+               std::unique_ptr<XcbDesktop> screens, MainThread& mainThread)
         : desktop_(std::move(workspace)),
           overlayWindows_(std::move(windows)),
-          owner_(desktop_.workspace.observeFrontmostWindow(
-              [this](NativeWindow window) { overlayWindows_.setOwnerWindow(window); })),
+          screens_(std::move(screens)),
+          frontmostWindow_(desktop_.workspace.observeFrontmostWindow([this](NativeWindow window) {
+              overlayWindows_.setOwnerWindow(window);
+              screens_.setFrontmostWindow(window);
+          })),
           keychain_(mainThread) {}
 
     [[nodiscard]] TypingServices typing() override {
         return {keyboard_.layout, keyboard_.poster, keyboard_.monitors, desktop_.workspace};
     }
     [[nodiscard]] OverlayWindows& overlayWindows() override { return overlayWindows_; }
-    [[nodiscard]] const Screens& screens() override { return screens_; }
+    [[nodiscard]] Screens& screens() override { return screens_; }
     [[nodiscard]] StatusItem& statusItem() override { return statusItem_; }
     [[nodiscard]] Pasteboard& pasteboard() override { return pasteboard_; }
     [[nodiscard]] Keychain& keychain() override { return keychain_; }
@@ -148,12 +152,16 @@ public:
     void followReducedMotion(std::function<void(bool reduced)> handler) override {
         askReducedMotion(std::move(handler));
     }
+    void followBlending(std::function<void(bool blends)> handler) override {
+        overlayWindows_.followBlending(std::move(handler));
+    }
 
 private:
     Keyboard keyboard_;
     Desktop desktop_;
     XcbOverlayWindows overlayWindows_;
-    Subscription owner_;
+    X11Screens screens_;
+    Subscription frontmostWindow_;
     // Asked only whether there is a tray; without a connection there is none to see.
     std::unique_ptr<XcbDesktop> tray_ = XcbDesktop::connect();
     TrayStatusItem statusItem_{[this] {
@@ -162,7 +170,6 @@ private:
         return tray_->selectionHasOwner(internAtom(tray_->connection(), selection));
     }};
     QtPasteboard pasteboard_;
-    QtScreens screens_;
     SecretServiceKeychain keychain_;
     Pages pages_;
 };
@@ -198,8 +205,9 @@ bool prepareToStart() {
 std::unique_ptr<Backend> makeBackend(MainThread& mainThread, Scheduler&) {
     auto workspace = XcbDesktop::connect();
     auto windows = XcbDesktop::connect();
-    if (!workspace || !windows) return complain(noDisplay);
-    return std::make_unique<X11Backend>(std::move(workspace), std::move(windows), mainThread);
+    auto screens = XcbDesktop::connect();
+    if (!workspace || !windows || !screens) return complain(noDisplay);
+    return std::make_unique<X11Backend>(std::move(workspace), std::move(windows), std::move(screens), mainThread);
 }
 
 std::unique_ptr<Defaults> makeDefaults(const std::optional<std::string>& settingsFile, MainThread* mainThread) {

@@ -90,7 +90,7 @@ public:
         return {keyboard_.layout, keyboard_.poster, keyboard_.monitors, keyboard_.workspace};
     }
     [[nodiscard]] OverlayWindows& overlayWindows() override { return overlayWindows_; }
-    [[nodiscard]] const Screens& screens() override { return screens_; }
+    [[nodiscard]] Screens& screens() override { return screens_; }
     [[nodiscard]] StatusItem& statusItem() override { return statusItem_; }
     [[nodiscard]] Pasteboard& pasteboard() override { return pasteboard_; }
     [[nodiscard]] Keychain& keychain() override { return keychain_; }
@@ -116,6 +116,7 @@ public:
                 [this] { permissions_.ask(permissions_.granted(Kind::hearKeys) ? Kind::pressKeys : Kind::hearKeys); };
         return {};
     }
+    void followBlending(std::function<void(bool blends)>) override {}  // always
     void followReducedMotion(std::function<void(bool reduced)> handler) override {
         reducedMotion_ = observeReducedMotion(std::move(handler));
     }

@@ -26,6 +26,7 @@
 #include "platform/qt/SingleInstance.h"
 #include "platform/qt/SystemClock.h"
 #include "timers/DataFault.h"
+#include "ui/Blending.h"
 #include "ui/Fonts.h"
 #include "ui/KitStyle.h"
 #include "ui/Motion.h"
@@ -98,6 +99,7 @@ int start(int& argumentCount, char** arguments, const Overrides& overrides) {
     if (!system) return unavailableStatus;
     system->followReducedMotion([](bool reduced) { setReducedMotion(reduced); });
     const TypingServices keys = system->typing();
+    system->followBlending([](bool blends) { setBlending(blends); });
     ViewWindows windows(
         {.overlayWindows = system->overlayWindows(),
          .screens = system->screens(),

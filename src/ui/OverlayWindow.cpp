@@ -4,11 +4,14 @@
 #include <algorithm>
 #include <utility>
 
+#include "ui/Blending.h"
+
 namespace vantor {
 
 namespace {
 
-constexpr int gripWidth = 16;  // the shadow's margin and the torn edge
+// The shadow's margin and the torn edge. Where the shadow is cut off, some of the panel as well.
+int gripWidth() { return isBlending() ? 16 : 24; }
 
 Qt::WindowFlags flagsOf(OverlayWindow::Focus focus) {
     const Qt::WindowFlags flags =
@@ -42,9 +45,15 @@ OverlayWindow::OverlayWindow(const Traits& traits, Prepare prepare)
 void OverlayWindow::orderFront() {
     prepareNative();
     if (isVisible()) return raise();
-    frameTold_ = geometry();
+    frameTold_ = placedFrame();
     settling_ = true;
+    cut();
     show();
+}
+
+void OverlayWindow::place(const QRect& frame) {
+    setGeometry(frame);
+    frameTold_ = placedFrame();
 }
 
 void OverlayWindow::prepareNative() {
@@ -54,9 +63,17 @@ void OverlayWindow::prepareNative() {
 
 bool OverlayWindow::event(QEvent* event) {
     if (event->type() == QEvent::Paint) settle();
+    if (event->type() == blendingChanged()) cut();
     if (event->type() == QEvent::WinIdChange && prepared_ && internalWinId()) prepareNative();
     return QWidget::event(event);
 }
+
+void OverlayWindow::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    if (isVisible()) cut();
+}
+
+void OverlayWindow::cut() { cutToSolidPart(*this, traits_.drawnByChildren ? QWidget::DrawChildren : RenderFlags()); }
 
 void OverlayWindow::orderOut() {
     dragging_ = false;
@@ -69,10 +86,11 @@ void OverlayWindow::orderOut() {
 Qt::Edges OverlayWindow::edgesAt(QPoint place) const {
     Qt::Edges edges;
     if (!traits_.resizable) return edges;
-    if (place.x() < gripWidth) edges |= Qt::LeftEdge;
-    if (place.x() >= width() - gripWidth) edges |= Qt::RightEdge;
-    if (place.y() < gripWidth) edges |= Qt::TopEdge;
-    if (place.y() >= height() - gripWidth) edges |= Qt::BottomEdge;
+    const int grip = gripWidth();
+    if (place.x() < grip) edges |= Qt::LeftEdge;
+    if (place.x() >= width() - grip) edges |= Qt::RightEdge;
+    if (place.y() < grip) edges |= Qt::TopEdge;
+    if (place.y() >= height() - grip) edges |= Qt::BottomEdge;
     return edges;
 }
 

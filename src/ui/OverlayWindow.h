@@ -1,6 +1,7 @@
 #pragma once
 // A frameless, translucent window over the game. It is dragged by its background (`movable`), resized at its edges
-// (`resizable`), and mapped without the focus. Main thread; the backend gives it its nature before it is mapped first.
+// (`resizable`), and mapped without the focus. Where the desktop does not blend, it has the shape of its solid part.
+// Main thread; the backend gives it its nature before it is mapped first.
 
 #include <QtCore/QPoint>
 #include <QtCore/QRect>
@@ -16,6 +17,7 @@ public:
         Focus focus = Focus::never;
         bool movable = false;
         bool resizable = false;
+        bool drawnByChildren = false;  // its own painting leaves out some of what it shows
     };
     // Runs when the window exists natively and is not yet mapped: once, and again whenever the toolkit makes another
     // native window for it, as it does when the first embedded page comes.
@@ -26,6 +28,8 @@ public:
     // Maps it, or only raises it when it is mapped already. Takes no focus either way.
     void orderFront();
     void orderOut();
+    // Where the program puts it, shown or not; nobody is told of it.
+    virtual void place(const QRect& frame);
     // After the player moved or resized it.
     void onPlaced(std::function<void(QRect)> handler) { placed_ = std::move(handler); }
 
@@ -34,6 +38,9 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    // Where nothing is blended, it is cut to what it shows: after each change of that.
+    void cut();
     // What to tell of its place: where the player put it.
     [[nodiscard]] virtual QRect placedFrame() const { return geometry(); }
     [[nodiscard]] bool isDragged() const { return dragging_; }

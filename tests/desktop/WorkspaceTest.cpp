@@ -13,6 +13,7 @@
 #include <algorithm>
 
 #include "StandInGame.h"
+#include "WindowManager.h"
 #include "app/SystemCapability.h"
 #include "app/cli/DoctorCommand.h"
 #include "platform/linux/desktop/XcbOverlayWindows.h"
@@ -172,6 +173,56 @@ TEST_F(WorkspaceTest, NonActivatingWindowActsOnClicksWithoutTheFocus) {
         EXPECT_TRUE(isActive(game.window()));
         own->hide();
         ASSERT_TRUE(comesTrue([&] { return !server_->isViewable(static_cast<xcb_window_t>(own->winId())); }));
+    }
+}
+
+TEST_F(WorkspaceTest, BelongsToTheGameBeforeItIsMappedAndLeavesTheGameAlone) {
+    OtherApplication first({});
+    ASSERT_TRUE(comesTrue([&] { return isActive(first.window()); }));
+    overlays_.setOwnerWindow(first.window());
+    auto own = makeWindow(WindowNature::nonActivating);
+    const auto owner = [&] {
+        return server_->numbers(static_cast<xcb_window_t>(own->winId()), XCB_ATOM_WM_TRANSIENT_FOR, XCB_ATOM_WINDOW);
+    };
+    const WindowManager manager;
+    manager.halt();
+    own->show();
+    EXPECT_EQ(owner(), std::vector{first.window()}) << "the window manager would read another's name";
+    manager.resume();
+    ASSERT_TRUE(comesTrue([&] { return isShownOver(*own, first); }));
+
+    OtherApplication second({});
+    ASSERT_TRUE(comesTrue([&] { return isActive(second.window()); }));
+    overlays_.setOwnerWindow(second.window());
+    ASSERT_TRUE(comesTrue([&] { return isShownOver(*own, second); }));
+    EXPECT_EQ(owner(), std::vector{second.window()});
+    EXPECT_TRUE(server_->isViewable(first.window())) << "whose name is no longer needed";
+    own->hide();
+    first.end();
+    second.end();
+    overlays_.setOwnerWindow(second.window());
+    own->show();
+    EXPECT_TRUE(comesTrue([&] { return server_->isViewable(static_cast<xcb_window_t>(own->winId())); }));
+}
+
+TEST_F(WorkspaceTest, ComesBackWithAGameThatWasMinimised) {
+    OtherApplication game({});
+    ASSERT_TRUE(comesTrue([&] { return isActive(game.window()); }));
+    overlays_.setOwnerWindow(game.window());
+    auto own = makeWindow(WindowNature::nonActivating);
+    own->show();
+    ASSERT_TRUE(comesTrue([&] { return isShownOver(*own, game); }));
+    for (int round = 0; round < 2; ++round) {
+        QProcess::execute(QStringLiteral("xdotool"),
+                          {QStringLiteral("windowminimize"), QString::number(game.window())});
+        ASSERT_TRUE(comesTrue([&] { return !server_->isViewable(static_cast<xcb_window_t>(own->winId())); }))
+            << "this window manager iconifies ours with the game";
+        own->hide();
+        server_->requestActivation(game.window());
+        server_->flush();
+        ASSERT_TRUE(comesTrue([&] { return isActive(game.window()); }));
+        own->show();
+        ASSERT_TRUE(comesTrue([&] { return isShownOver(*own, game); })) << round;
     }
 }
 

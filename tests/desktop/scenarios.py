@@ -308,6 +308,56 @@ def command_line(report, arguments, folder):
         report.check(pressing.returncode == 0 and pressed, "--press presses a hotkey", (pressing.stderr, game.record()))
 
 
+def two_monitors(report, arguments, folder):
+    """Everything comes on the game's monitor, goes over with it, and has a place on each. X + 680 is the right one."""
+    half = desk.screen_size()[0] // 2
+    height = desk.screen_size()[1]
+    with desk.monitors(LEFT=(0, 0, half, height), RIGHT=(half, 0, half, height)) as unplug, desk.WebService() as service, \
+            desk.Game(arguments.game, folder, size="600x400") as game:
+        def play_on(x):
+            subprocess.run(["xdotool", "windowmove", str(game.window), str(x + 20), "200"], check=True, timeout=desk.PATIENCE)
+
+        def stands(vantor, **corners):
+            return desk.wait_until(lambda: all(vantor.windows().get(role, ())[:2] == corner for role, corner in corners.items()))
+
+        play_on(half)
+        with desk.Vantor(arguments.vantor, service.host, folder) as vantor:
+            report.check(stands(vantor, icon=(half, 0), emoji=(half + 36, 0), watched=(half + (half - 250) // 2, (height - 60) // 2)),
+                         "icon, emotes and list come on the game's monitor", vantor.windows())
+            desk.press(*desk.HOTKEY)
+            report.check(desk.wait_until(lambda: vantor.windows().get("main", (0,))[0] == half), "so does the overlay", vantor.windows())
+            x, y, *_ = vantor.overlay()
+            desk.drag(x + 400, y + 40, x + 330, y + 90)
+            report.check(stands(vantor, main=(half - 70, y + 50)), "it can be dragged over the edge between them", vantor.windows())
+            play_on(0)
+            report.check(stands(vantor, icon=(0, 0), main=(0, y + 50)), "they go over with the game while they are shown", vantor.windows())
+            desk.drag(400, y + 90, 400, y + 60)
+            report.check(stands(vantor, main=(0, y + 20)), "the overlay has its place there", vantor.windows())
+            play_on(half)
+            report.check(stands(vantor, main=(half - 70, y + 50)), "and its own on the other", vantor.windows())
+            unplug("RIGHT")
+            report.check(stands(vantor, icon=(0, 0), main=(0, y + 20)), "they come back when that monitor goes", vantor.windows())
+            report.check(not vantor.unexpected_lines(), "nothing unexpected is printed", vantor.lines)
+
+
+def without_compositor(report, arguments, folder):
+    """Where nothing is blended the game is seen beside the torn edge, and through the empty list. This ends the compositor."""
+    width, height = desk.screen_size()
+    corner = ((width - 920) // 2, (height - 600) // 2, 5, 5)
+    empty_list = ((width - 250) // 2, (height - 60) // 2, 250, 60)
+    with desk.WebService() as service, desk.Game(arguments.game, folder):
+        scene = {part: desk.settled_pixels(*part) for part in (corner, empty_list)}
+        with desk.Vantor(arguments.vantor, service.host, folder) as vantor:
+            desk.wait_until(lambda: "watched" in vantor.windows())
+            compositor = desk.ask("xdotool", "search", "--name", "^picom$").split()
+            subprocess.run(["xdotool", "windowkill", compositor[-1]], check=True, timeout=desk.PATIENCE)
+            through = desk.wait_until(lambda: desk.pixels(*empty_list) == scene[empty_list])
+            report.check(through, "an empty list leaves the game to be seen without a compositor", vantor.windows())
+            desk.press(*desk.HOTKEY)
+            shown = desk.wait_until(lambda: desk.pixels(*empty_list) != scene[empty_list])
+            report.check(shown and desk.settled_pixels(*corner) == scene[corner], "the overlay has no black frame", vantor.windows())
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--vantor", required=True, type=Path)
@@ -316,7 +366,8 @@ def main():
     desk.enter_private_desktop()
     report = desk.Report()
     with tempfile.TemporaryDirectory(prefix="vantor-scenarios.") as folder:
-        for scenario in (player_keys, second_start, chat_links_and_watching, moved_clock, emotes, logins, faults, command_line):
+        for scenario in (player_keys, second_start, chat_links_and_watching, moved_clock, emotes, logins, faults, command_line, two_monitors,
+                         without_compositor):
             try:
                 scenario(report, arguments, folder)
             except (OSError, RuntimeError, KeyError, subprocess.SubprocessError, json.JSONDecodeError) as fault:

@@ -97,15 +97,17 @@ TEST_F(WindowsTest, ScreensCountDownFromTheFirstOnesTop) {
     const SystemScreens screens;
     // The second stands left of the first, 100 points higher.
     macdouble::setScreens({NSMakeRect(0, 0, 1440, 900), NSMakeRect(-1920, -80, 1920, 1080)}, 0);
-    EXPECT_THAT(screens.frames(), ElementsAre(Rect{0, 0, 1440, 900}, Rect{-1920, -100, 1920, 1080}));
+    const Screen right{{0, 0, 1440, 900}, {}};
+    const Screen left{{-1920, -100, 1920, 1080}, {}};
+    EXPECT_THAT(screens.all(), ElementsAre(right, left));
     macdouble::setScreens({NSMakeRect(0, 0, 1440, 900), NSMakeRect(-1920, -80, 1920, 1080)}, 1);
-    EXPECT_THAT(screens.frames(), ElementsAre(Rect{-1920, -100, 1920, 1080}, Rect{0, 0, 1440, 900}));
+    EXPECT_THAT(screens.all(), ElementsAre(left, right));
     macdouble::setScreens({NSMakeRect(0, 0, 1440, 900)}, std::nullopt);
-    EXPECT_THAT(screens.frames(), ElementsAre(Rect{0, 0, 1440, 900}));
+    EXPECT_THAT(screens.all(), ElementsAre(right));
     macdouble::setScreens({}, std::nullopt);
-    const auto without = screens.frames();
+    const auto without = screens.all();
     ASSERT_EQ(without.size(), 1U) << "never none";
-    EXPECT_GT(without[0].width * without[0].height, 0) << "there is room on it";
+    EXPECT_GT(without[0].frame.width * without[0].frame.height, 0) << "there is room on it";
 }
 
 }  // namespace

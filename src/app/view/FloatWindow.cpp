@@ -1,5 +1,6 @@
 #include "app/view/FloatWindow.h"
 
+#include <QtGui/QGuiApplication>
 #include <QtGui/QMouseEvent>
 #include <QtGui/QScreen>
 #include <QtGui/QWindow>
@@ -18,7 +19,7 @@ QPoint cornerOnScreen(const QRect& frame, const QRect& screen) {
 }  // namespace
 
 FloatWindow::FloatWindow(const QString& title, QSize size, bool movable, Prepare prepare)
-    : OverlayWindow({.focus = Focus::never, .movable = movable}, std::move(prepare)) {
+    : OverlayWindow({.focus = Focus::never, .movable = movable, .drawnByChildren = true}, std::move(prepare)) {
     setWindowTitle(title);
     setWindowFlag(Qt::WindowTransparentForInput);
     resize(size);
@@ -32,10 +33,11 @@ void FloatWindow::setContent(QWidget* content) {
 }
 
 void FloatWindow::fit(QSize size) {
+    held_ = size;
     if (!size.isEmpty()) {
-        const QPoint corner = place_.value_or(pos() - pushed_);
+        const QPoint corner = corner_.value_or(pos() - pushed_);
         // What has a fixed place must not move away from under the pointer that just opened it.
-        const QPoint shown = place_ ? corner : cornerOnScreen({corner, size}, screen()->availableGeometry());
+        const QPoint shown = corner_ ? corner : cornerOnScreen({corner, size}, screenAt({corner, size}));
         pushed_ = shown - corner;
         setGeometry(QRect(shown, size));
     }
@@ -43,11 +45,24 @@ void FloatWindow::fit(QSize size) {
     // size.
     letClicksThrough(true);
     letClicksThrough(size.isEmpty());
+    cut();
 }
 
-void FloatWindow::standAt(QPoint place) {
-    place_ = place;
-    move(place);
+void FloatWindow::standAt(QPoint corner) {
+    corner_ = corner;
+    move(corner);
+}
+
+void FloatWindow::place(const QRect& frame) {
+    pushed_ = {};
+    OverlayWindow::place({frame.topLeft(), held_.isEmpty() ? frame.size() : held_});
+    if (!held_.isEmpty()) fit(held_);
+}
+
+// The toolkit learns only later that a window has gone over to another screen.
+QRect FloatWindow::screenAt(const QRect& frame) const {
+    const QScreen* const there = QGuiApplication::screenAt(frame.center());
+    return (there ? there : screen())->availableGeometry();
 }
 
 QRect FloatWindow::placedFrame() const { return geometry().translated(-pushed_); }
@@ -65,8 +80,8 @@ void FloatWindow::hideEvent(QHideEvent* event) {
 }
 
 void FloatWindow::resizeEvent(QResizeEvent* event) {
-    OverlayWindow::resizeEvent(event);
     if (content_) content_->setGeometry(rect());
+    OverlayWindow::resizeEvent(event);
 }
 
 void FloatWindow::letClicksThrough(bool through) {

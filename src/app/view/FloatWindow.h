@@ -17,9 +17,11 @@ public:
     void setContent(QWidget* content);
     // What the content needs now. Empty: the window holds nothing and keeps its frame.
     void fit(QSize size);
-    // Where it belongs from now on. Without such a place it grows from where it stands, which the toolkit knows only
-    // once the window manager has told.
-    void standAt(QPoint place);
+    // Where its top left corner belongs from now on, whatever it holds. Without such a place it grows from where it
+    // stands, which the toolkit knows only once the window manager has told.
+    void standAt(QPoint corner);
+    // What it holds keeps its size.
+    void place(const QRect& frame) override;
 
 protected:
     [[nodiscard]] QRect placedFrame() const override;
@@ -28,10 +30,12 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
+    [[nodiscard]] QRect screenAt(const QRect& frame) const;
     void letClicksThrough(bool through);
 
     QWidget* content_ = nullptr;
-    std::optional<QPoint> place_;
+    QSize held_;
+    std::optional<QPoint> corner_;
     QPoint pushed_;  // by the screen's edges, away from where it belongs
 };
 

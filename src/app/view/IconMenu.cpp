@@ -3,6 +3,7 @@
 #include <QtGui/QPainter>
 #include <QtWidgets/QApplication>
 
+#include "ui/Blending.h"
 #include "ui/Fonts.h"
 #include "ui/InkPanel.h"
 #include "ui/Palette.h"
@@ -77,6 +78,11 @@ void IconMenu::fill(const std::vector<MenuEntry>& entries) {
             });
         }
     }
+}
+
+void IconMenu::resizeEvent(QResizeEvent* event) {
+    QMenu::resizeEvent(event);
+    cutToSolidPart(*this, {});
 }
 
 void IconMenu::paintEvent(QPaintEvent* event) {

@@ -4,6 +4,7 @@
 
 #include "accounts/view/AccountsView.h"
 #include "app/GameData.h"
+#include "app/WindowPlaces.h"
 #include "feedback/view/Support.h"
 #include "input/view/HotkeyButton.h"
 #include "input/view/HotkeyText.h"
@@ -16,8 +17,9 @@ namespace vantor {
 
 namespace {
 
-QRect firstScreen(const Screens& screens) {
-    const Rect frame = screens.frames().front();
+QRect gamesScreen(const Screens& screens) {
+    const std::vector<Screen> all = screens.all();
+    const Rect& frame = screenOf(screens.frontmostWindow(), all).frame;
     return {frame.x, frame.y, frame.width, frame.height};
 }
 
@@ -75,7 +77,7 @@ SettingsView* makeSettingsTab(SettingsPart& settings, TypingPart& typing, Accoun
                               [&needs](WId window, WindowNature nature) {
                                   needs.overlayWindows.prepare(static_cast<NativeWindow>(window), nature);
                               },
-                              [&needs] { return firstScreen(needs.screens); }};
+                              [&needs] { return gamesScreen(needs.screens); }};
     const auto text = [](const std::string& host) { return QString::fromStdString(host); };
     return new SettingsView(
         {.defaults = settings.defaults(),

@@ -19,7 +19,7 @@ namespace vantor {
 
 struct ViewNeeds {
     OverlayWindows& overlayWindows;
-    const Screens& screens;
+    Screens& screens;
     Scheduler& scheduler;
     WebHosts webHosts;
     std::string accountSite;       // of the game's maker: a host without a slash at the end

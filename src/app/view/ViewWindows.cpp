@@ -31,18 +31,26 @@ struct Place {
     int height = 0;
     bool keepsSize = false;     // only the top left corner is remembered
     bool keptBySystem = false;  // known once the window exists natively
+    // As they were when the window was put there.
+    std::vector<Screen> screens;
+    Screen gamesScreen;
 };
 
 class ViewWindow final : public AppWindow {
 public:
     using Make = std::function<std::unique_ptr<OverlayWindow>()>;
+    using Stand = std::function<void(OverlayWindow&)>;
 
-    ViewWindow(OverlayWindows& overlayWindows, Make make, std::function<void(OverlayWindow&)> beforeMapping)
-        : overlayWindows_(overlayWindows), make_(std::move(make)), beforeMapping_(std::move(beforeMapping)) {}
+    ViewWindow(OverlayWindows& overlayWindows, Screens& screens, Make make, Stand stand)
+        : overlayWindows_(overlayWindows), make_(std::move(make)), stand_(std::move(stand)) {
+        screensChanged_ = screens.observe([this] {
+            if (window_ && window_->isVisible()) stand_(*window_);
+        });
+    }
 
     void orderFront() override {
         if (!window_) window_ = make_();
-        if (!window_->isVisible()) beforeMapping_(*window_);
+        if (!window_->isVisible()) stand_(*window_);
         window_->orderFront();
         overlayWindows_.orderFront(static_cast<NativeWindow>(window_->winId()));
     }
@@ -53,20 +61,34 @@ public:
 private:
     OverlayWindows& overlayWindows_;
     Make make_;
-    std::function<void(OverlayWindow&)> beforeMapping_;
+    Stand stand_;
     std::unique_ptr<OverlayWindow> window_;
+    Subscription screensChanged_;
 };
 
-void standAtRemembered(OverlayWindow& window, const Place& place, const Defaults& defaults, const Screens& screens) {
-    const std::vector<Rect> frames = screens.frames();
-    const auto stored = defaults.get<std::string>(place.key);
-    const auto remembered = stored ? readFrame(*stored) : std::nullopt;
-    Rect frame = remembered.value_or(centred({0, 0, place.width, place.height}, frames.front()));
+std::string storedPlaces(const Place& place, const Defaults& defaults) {
+    return defaults.get<std::string>(place.key).value_or("");
+}
+
+// A place that cannot be stored is only forgotten; the store itself says why.
+void remember(const Place& place, const Rect& frame, Defaults& defaults) {
+    (void)defaults.setValue(place.key, withPlace(storedPlaces(place, defaults), frame, place.gamesScreen));
+}
+
+void standAtRemembered(OverlayWindow& window, Place& place, Defaults& defaults, const Screens& screens) {
+    const std::vector<Screen> all = screens.all();
+    const Screen& game = screenOf(screens.frontmostWindow(), all);
+    if (window.isVisible() && game == place.gamesScreen && all == place.screens) return;
+    place.gamesScreen = game;
+    place.screens = all;
+    const std::string stored = storedPlaces(place, defaults);
+    Rect frame = placeOn(game, all, stored, place.width, place.height);
+    if (isPlainFrame(stored, frame)) remember(place, frame, defaults);
     if (place.keepsSize) {
         frame.width = place.width;
         frame.height = place.height;
     }
-    window.setGeometry(toolkitRect(broughtOntoScreen(frame, frames)));
+    window.place(toolkitRect(frame));
 }
 
 void holdEmotes(FloatWindow& window, TypingPart& typing, DataPart& data, SettingsPart& settings) {
@@ -84,14 +106,13 @@ std::unique_ptr<AppWindow> ViewWindows::make(AppWindowName name, AppObserver& ap
         return [this, nature](WId window) { needs_.overlayWindows.prepare(static_cast<NativeWindow>(window), nature); };
     };
     Defaults& defaults = appObserver.defaults();
-    const auto remembering = [this, &defaults](const std::shared_ptr<const Place>& place, ViewWindow::Make makeWindow) {
+    const auto remembering = [this, &defaults](const std::shared_ptr<Place>& place, ViewWindow::Make makeWindow) {
         return std::make_unique<ViewWindow>(
-            needs_.overlayWindows,
+            needs_.overlayWindows, needs_.screens,
             [&defaults, place, makeWindow = std::move(makeWindow)] {
                 auto window = makeWindow();
                 window->onPlaced([&defaults, place](const QRect& frame) {
-                    // A place that cannot be stored is only forgotten; the store itself says why.
-                    if (!place->keptBySystem) (void)defaults.setValue(place->key, writeFrame(seamRect(frame)));
+                    if (!place->keptBySystem) remember(*place, seamRect(frame), defaults);
                 });
                 return window;
             },
@@ -99,42 +120,42 @@ std::unique_ptr<AppWindow> ViewWindows::make(AppWindowName name, AppObserver& ap
                 if (!place->keptBySystem) standAtRemembered(window, *place, defaults, needs_.screens);
             });
     };
-    const auto atTopLeft = [this](OverlayWindow& window) {
-        const Rect screen = needs_.screens.frames().front();
-        window.move(screen.x, screen.y);
+    const auto cornerOfScreen = [this] {
+        const std::vector<Screen> all = needs_.screens.all();
+        return toolkitRect(screenOf(needs_.screens.frontmostWindow(), all).frame).topLeft();
     };
 
     switch (name) {
         case AppWindowName::main:
-            return remembering(
-                std::make_shared<Place>(Place{settings::frameMain, 920, 600}), [this, &appObserver, prepare] {
-                    return std::make_unique<MainWindow>(appObserver, needs_, *watched_, prepare(WindowNature::overlay));
-                });
+            return remembering(std::make_shared<Place>(Place{settings::frameMain, 920, 600, false, false, {}, {}}),
+                               [this, &appObserver, prepare] {
+                                   return std::make_unique<MainWindow>(appObserver, needs_, *watched_,
+                                                                       prepare(WindowNature::overlay));
+                               });
         case AppWindowName::icon:
             return std::make_unique<ViewWindow>(
-                needs_.overlayWindows,
+                needs_.overlayWindows, needs_.screens,
                 [this, &appObserver, prepare] {
                     return std::make_unique<IconWindow>(
                         [&appObserver] { appObserver.iconPressed(); },
                         [this](QPoint place) { IconMenu::open(needs_.menuEntries(), place); },
                         prepare(WindowNature::floating));
                 },
-                atTopLeft);
+                [cornerOfScreen](OverlayWindow& window) { window.move(cornerOfScreen()); });
         case AppWindowName::emoji:
             return std::make_unique<ViewWindow>(
-                needs_.overlayWindows,
+                needs_.overlayWindows, needs_.screens,
                 [&appObserver, prepare] {
                     auto window = std::make_unique<FloatWindow>(QStringLiteral("Vantor emotes"), QSize(1, iconSize),
                                                                 false, prepare(WindowNature::floating));
                     holdEmotes(*window, appObserver, appObserver, appObserver);
                     return window;
                 },
-                [this](OverlayWindow& window) {
-                    const Rect screen = needs_.screens.frames().front();
-                    static_cast<FloatWindow&>(window).standAt({screen.x + emojiLeft, screen.y});
+                [cornerOfScreen](OverlayWindow& window) {
+                    static_cast<FloatWindow&>(window).standAt(cornerOfScreen() + QPoint(emojiLeft, 0));
                 });
         case AppWindowName::watchedEvents: {
-            auto place = std::make_shared<Place>(Place{settings::frameWatchedEvents, 250, 60, true});
+            auto place = std::make_shared<Place>(Place{settings::frameWatchedEvents, 250, 60, true, false, {}, {}});
             return remembering(place, [this, prepare, place] {
                 const auto prepareAndPlace = [this, place,
                                               prepared = prepare(WindowNature::nonActivating)](WId native) {

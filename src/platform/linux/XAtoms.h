@@ -12,12 +12,14 @@ struct XAtoms {
     xcb_atom_t netSupported = XCB_ATOM_NONE;
     xcb_atom_t netActiveWindow = XCB_ATOM_NONE;
     xcb_atom_t netClientListStacking = XCB_ATOM_NONE;
+    xcb_atom_t wmState = XCB_ATOM_NONE;
     xcb_atom_t netWmPid = XCB_ATOM_NONE;
     xcb_atom_t netWmUserTime = XCB_ATOM_NONE;
     xcb_atom_t netWmState = XCB_ATOM_NONE;
     xcb_atom_t netWmStateAbove = XCB_ATOM_NONE;
     xcb_atom_t netWmStateSkipTaskbar = XCB_ATOM_NONE;
     xcb_atom_t netWmStateSkipPager = XCB_ATOM_NONE;
+    xcb_atom_t netWmStateDemandsAttention = XCB_ATOM_NONE;
     xcb_atom_t netWmWindowType = XCB_ATOM_NONE;
     xcb_atom_t netWmWindowTypeUtility = XCB_ATOM_NONE;
     xcb_atom_t netWmWindowTypeDock = XCB_ATOM_NONE;

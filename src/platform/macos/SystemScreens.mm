@@ -12,18 +12,19 @@ int whole(CGFloat value) { return static_cast<int>(std::lround(value)); }
 
 }  // namespace
 
-std::vector<Rect> SystemScreens::frames() const {
+std::vector<Screen> SystemScreens::all() const {
     NSArray* const screens = [NSScreen screens];
     // Between two monitors there may be a moment without any.
-    if ([screens count] == 0) return {{0, 0, 1280, 800}};
+    if ([screens count] == 0) return {{{0, 0, 1280, 800}, {}}};
     // The system counts upwards from the bottom of its first screen, the seam downwards from the top of that.
     const CGFloat top = NSMaxY([[screens objectAtIndex:0] frame]);
     const auto seamFrame = [top](NSScreen* screen) {
         const NSRect frame = [screen frame];
-        return Rect{whole(NSMinX(frame)), whole(top - NSMaxY(frame)), whole(NSWidth(frame)), whole(NSHeight(frame))};
+        return Screen{{whole(NSMinX(frame)), whole(top - NSMaxY(frame)), whole(NSWidth(frame)), whole(NSHeight(frame))},
+                      {}};
     };
     NSScreen* const main = [NSScreen mainScreen];
-    std::vector<Rect> frames;
+    std::vector<Screen> frames;
     if (main) frames.push_back(seamFrame(main));
     for (NSScreen* screen in screens)
         if (![screen isEqual:main]) frames.push_back(seamFrame(screen));

@@ -78,6 +78,19 @@ bool XcbDesktop::isViewable(xcb_window_t window) const {
     return attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
 }
 
+std::optional<WindowPlace> XcbDesktop::placeOnRoot(xcb_window_t window) const {
+    const auto sizeAsked = xcb_get_geometry(connection(), window);
+    const auto cornerAsked = xcb_translate_coordinates(connection(), window, root(), 0, 0);
+    xcb_generic_error_t* error = nullptr;
+    const auto size = owned(xcb_get_geometry_reply(connection(), sizeAsked, &error));
+    const auto freed = owned(error);
+    error = nullptr;
+    const auto corner = owned(xcb_translate_coordinates_reply(connection(), cornerAsked, &error));
+    const auto freedToo = owned(error);
+    if (!size || !corner) return std::nullopt;
+    return WindowPlace{corner->dst_x, corner->dst_y, size->width, size->height};
+}
+
 std::vector<xcb_window_t> XcbDesktop::clientsFromTop() const {
     auto windows = numbers(root(), atoms_.netClientListStacking, XCB_ATOM_WINDOW);
     std::reverse(windows.begin(), windows.end());
@@ -119,6 +132,11 @@ void XcbDesktop::requestActivation(xcb_window_t window) const {
 void XcbDesktop::requestStates(xcb_window_t window, xcb_atom_t first, xcb_atom_t second) const {
     constexpr std::uint32_t add = 1;
     requestFromManager(window, atoms_.netWmState, {add, first, second, sourceIsPager});
+}
+
+void XcbDesktop::withdrawState(xcb_window_t window, xcb_atom_t state) const {
+    constexpr std::uint32_t remove = 0;
+    requestFromManager(window, atoms_.netWmState, {remove, state, XCB_ATOM_NONE, sourceIsPager});
 }
 
 void XcbDesktop::requestFromManager(xcb_window_t window, xcb_atom_t message,

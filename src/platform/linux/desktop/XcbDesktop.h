@@ -16,6 +16,13 @@
 
 namespace vantor {
 
+struct WindowPlace {
+    int x = 0;
+    int y = 0;
+    int width = 0;
+    int height = 0;
+};
+
 class XcbDesktop {
 public:
     // Nothing when there is no server. A null name means the one that DISPLAY names.
@@ -36,6 +43,8 @@ public:
     [[nodiscard]] std::optional<std::uint32_t> process(xcb_window_t window) const;
     [[nodiscard]] bool exists(xcb_window_t window) const;
     [[nodiscard]] bool isViewable(xcb_window_t window) const;
+    // On the whole desktop, in pixels.
+    [[nodiscard]] std::optional<WindowPlace> placeOnRoot(xcb_window_t window) const;
     // The managed windows, the topmost first.
     [[nodiscard]] std::vector<xcb_window_t> clientsFromTop() const;
     [[nodiscard]] bool managerSupports(xcb_atom_t atom) const;
@@ -49,6 +58,7 @@ public:
     void requestActivation(xcb_window_t window) const;
     // Asks it to add one or two states to a mapped window.
     void requestStates(xcb_window_t window, xcb_atom_t first, xcb_atom_t second) const;
+    void withdrawState(xcb_window_t window, xcb_atom_t state) const;
     void flush() const { xcb_flush(connection()); }
 
 private:

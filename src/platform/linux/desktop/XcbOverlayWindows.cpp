@@ -1,9 +1,12 @@
 #include "platform/linux/desktop/XcbOverlayWindows.h"
 
+#include <xcb/xfixes.h>
+
 #include <QGuiApplication>
 #include <QVariant>
 #include <QWindow>
-#include <cstdlib>
+#include <string>
+#include <utility>
 
 namespace vantor {
 namespace {
@@ -22,15 +25,18 @@ bool refusesFocus(WindowNature nature) {
     return nature == WindowNature::nonActivating || nature == WindowNature::floating;
 }
 
-void tellToolkit(NativeWindow native, WindowNature nature) {
-    for (auto* window : QGuiApplication::allWindows()) {
-        if (!window->handle() || window->winId() != native) continue;
-        auto flags = window->flags() | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint;
-        if (refusesFocus(nature)) flags |= Qt::WindowDoesNotAcceptFocus;
-        if (flags != window->flags()) window->setFlags(flags);
-        // The name that QWidget gives to Qt::WA_ShowWithoutActivating; it makes the user time 0 at each showing.
-        window->setProperty("_q_showWithoutActivating", !takesFocus(nature));
-    }
+QWindow* toolkitWindow(xcb_window_t native) {
+    for (QWindow* const window : QGuiApplication::allWindows())
+        if (window->handle() && window->winId() == native) return window;
+    return nullptr;
+}
+
+void tellToolkit(QWindow& window, WindowNature nature) {
+    auto flags = window.flags() | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint;
+    if (refusesFocus(nature)) flags |= Qt::WindowDoesNotAcceptFocus;
+    if (flags != window.flags()) window.setFlags(flags);
+    // The name that QWidget gives to Qt::WA_ShowWithoutActivating; it makes the user time 0 at each showing.
+    window.setProperty("_q_showWithoutActivating", !takesFocus(nature));
 }
 
 }  // namespace
@@ -38,13 +44,17 @@ void tellToolkit(NativeWindow native, WindowNature nature) {
 XcbOverlayWindows::XcbOverlayWindows(std::unique_ptr<XcbDesktop> desktop)
     : desktop_(std::move(desktop)), readable_(xcb_get_file_descriptor(desktop_->connection()), QSocketNotifier::Read) {
     QObject::connect(&readable_, &QSocketNotifier::activated, [this] { drain(); });
+    QCoreApplication::instance()->installNativeEventFilter(this);
 }
 
 XcbOverlayWindows::~XcbOverlayWindows() = default;
 
 void XcbOverlayWindows::prepare(NativeWindow native, WindowNature nature) {
     const auto window = static_cast<xcb_window_t>(native);
-    tellToolkit(native, nature);
+    if (QWindow* const known = toolkitWindow(window)) {
+        tellToolkit(*known, nature);
+        known->setTransientParent(owner_.get());
+    }
     prepared_[window] = nature;
     desktop_->select(window, XCB_EVENT_MASK_STRUCTURE_NOTIFY);
     writeHints(window, nature);
@@ -52,10 +62,14 @@ void XcbOverlayWindows::prepare(NativeWindow native, WindowNature nature) {
     desktop_->flush();
 }
 
-void XcbOverlayWindows::setOwnerWindow(NativeWindow owner) {
-    // Written again even when it is the same: a new window may bear the number of one that is gone.
-    owner_ = static_cast<xcb_window_t>(owner);
+void XcbOverlayWindows::setOwnerWindow(NativeWindow native) {
+    // Made again even when it is the same: a new window may bear the number of one that is gone.
+    const auto owner = static_cast<xcb_window_t>(native);
+    const std::unique_ptr<QWindow> last = std::move(owner_);
+    if (desktop_->exists(owner)) owner_.reset(QWindow::fromWinId(owner));
     for (const auto& [window, nature] : prepared_) {
+        // The toolkit writes the owner itself before it maps a window, and only then.
+        if (QWindow* const known = toolkitWindow(window)) known->setTransientParent(owner_.get());
         writeOwner(window);
         // Window managers learn of the new owner, but do not restack for it.
         constexpr std::uint32_t above = XCB_STACK_MODE_ABOVE;
@@ -65,6 +79,33 @@ void XcbOverlayWindows::setOwnerWindow(NativeWindow owner) {
     desktop_->flush();
 }
 
+// Some window managers iconify ours with the game. The toolkit would remember that over the hiding and map them as
+// icons ever after; so it does not hear of it.
+bool XcbOverlayWindows::nativeEventFilter(const QByteArray& type, void* message, qintptr*) {
+    const auto* const event = static_cast<const xcb_generic_event_t*>(message);
+    if (type != "xcb_generic_event_t" || (event->response_type & 0x7f) != XCB_PROPERTY_NOTIFY) return false;
+    const auto* const change = static_cast<const xcb_property_notify_event_t*>(message);
+    const auto& atoms = desktop_->atoms();
+    return (change->atom == atoms.wmState || change->atom == atoms.netWmState) && prepared_.contains(change->window);
+}
+
+void XcbOverlayWindows::followBlending(std::function<void(bool blends)> handler) {
+    blending_ = std::move(handler);
+    // EWMH: a compositor owns the selection of its screen.
+    auto* const connection = desktop_->connection();
+    const auto compositor = internAtom(connection, "_NET_WM_CM_S" + std::to_string(desktop_->screen()));
+    const auto* const extension = xcb_get_extension_data(connection, &xcb_xfixes_id);
+    if (extension && extension->present) {
+        selectionNotice_ = static_cast<std::uint8_t>(extension->first_event + XCB_XFIXES_SELECTION_NOTIFY);
+        xcb_discard_reply(connection, xcb_xfixes_query_version(connection, 1, 0).sequence);
+        xcb_xfixes_select_selection_input(connection, desktop_->root(), compositor,
+                                          XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
+                                              XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
+                                              XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
+    }
+    blending_(desktop_->selectionHasOwner(compositor));
+}
+
 void XcbOverlayWindows::drain() {
     while (const auto event = owned(xcb_poll_for_event(desktop_->connection()))) {
         const auto type = event->response_type & 0x7f;
@@ -72,6 +113,8 @@ void XcbOverlayWindows::drain() {
             mapped(reinterpret_cast<const xcb_map_notify_event_t*>(event.get())->window);
         else if (type == XCB_DESTROY_NOTIFY)
             prepared_.erase(reinterpret_cast<const xcb_destroy_notify_event_t*>(event.get())->window);
+        else if (selectionNotice_ != 0 && type == selectionNotice_)
+            blending_(reinterpret_cast<const xcb_xfixes_selection_notify_event_t*>(event.get())->owner != XCB_NONE);
     }
     desktop_->flush();
     if (xcb_connection_has_error(desktop_->connection())) readable_.setEnabled(false);
@@ -84,7 +127,8 @@ void XcbOverlayWindows::mapped(xcb_window_t window) const {
     const auto& atoms = desktop_->atoms();
     desktop_->requestStates(window, atoms.netWmStateAbove, XCB_ATOM_NONE);
     desktop_->requestStates(window, atoms.netWmStateSkipTaskbar, atoms.netWmStateSkipPager);
-    writeOwner(window);  // the toolkit has put its own there just before
+    // Some give it to every window that comes without the focus.
+    desktop_->withdrawState(window, atoms.netWmStateDemandsAttention);
     if (takesFocus(found->second)) desktop_->requestActivation(window);
 }
 
@@ -101,7 +145,9 @@ void XcbOverlayWindows::writeHints(xcb_window_t window, WindowNature nature) con
 }
 
 void XcbOverlayWindows::writeOwner(xcb_window_t window) const {
-    if (owner_ != XCB_NONE) desktop_->setNumbers(window, XCB_ATOM_WM_TRANSIENT_FOR, XCB_ATOM_WINDOW, {owner_});
+    if (owner_)
+        desktop_->setNumbers(window, XCB_ATOM_WM_TRANSIENT_FOR, XCB_ATOM_WINDOW,
+                             {static_cast<std::uint32_t>(owner_->winId())});
 }
 
 }  // namespace vantor

@@ -3,8 +3,12 @@
 // bar, and transient for the game's window, since a focused full-screen window lies above even those that are "above".
 // On a connection of its own. Main thread.
 
+#include <QAbstractNativeEventFilter>
 #include <QSocketNotifier>
+#include <QWindow>
 
+#include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 
@@ -13,7 +17,7 @@
 
 namespace vantor {
 
-class XcbOverlayWindows final : public OverlayWindows {
+class XcbOverlayWindows final : public OverlayWindows, private QAbstractNativeEventFilter {
 public:
     explicit XcbOverlayWindows(std::unique_ptr<XcbDesktop> desktop);
     XcbOverlayWindows(const XcbOverlayWindows&) = delete;
@@ -28,8 +32,12 @@ public:
     void orderFront(NativeWindow) override {}
     // The game's window that ours lie over; 0 for none.
     void setOwnerWindow(NativeWindow owner);
+    // Whether a compositor blends them: told at once and at each change.
+    void followBlending(std::function<void(bool blends)> handler);
 
 private:
+    // What the toolkit is not to hear.
+    bool nativeEventFilter(const QByteArray& type, void* message, qintptr* result) override;
     void drain();
     void mapped(xcb_window_t window) const;
     void writeHints(xcb_window_t window, WindowNature nature) const;
@@ -38,7 +46,10 @@ private:
     std::unique_ptr<XcbDesktop> desktop_;
     QSocketNotifier readable_;
     std::map<xcb_window_t, WindowNature> prepared_;
-    xcb_window_t owner_ = XCB_NONE;
+    std::function<void(bool blends)> blending_;
+    std::uint8_t selectionNotice_ = 0;  // the event's number; 0 where the server tells of none
+    // The game's window as the toolkit sees it: another client's, which is only named.
+    std::unique_ptr<QWindow> owner_;
 };
 
 }  // namespace vantor

@@ -91,8 +91,10 @@ bool RawKeyMonitors::ownWindowHasFocus() const {
         xcb_get_input_focus_reply(connection_.get(), xcb_get_input_focus(connection_.get()), nullptr));
     if (!focus) return false;
     const auto windows = QGuiApplication::allWindows();
-    return std::any_of(windows.begin(), windows.end(),
-                       [&](QWindow* window) { return window->handle() && window->winId() == focus->focus; });
+    // The toolkit lists the game's window as well, once it is named as the one that ours belong to.
+    return std::any_of(windows.begin(), windows.end(), [&](QWindow* window) {
+        return window->type() != Qt::ForeignWindow && window->handle() && window->winId() == focus->focus;
+    });
 }
 
 void RawKeyMonitors::poll() {
