@@ -1,93 +1,32 @@
-#include "DesktopDouble.h"
+// Applications, screens, windows and views.
 
-#import <AppKit/NSApplication.h>
-#import <AppKit/NSScreen.h>
-#import <AppKit/NSWorkspace.h>
+#include "Mac.h"
 
-#include <utility>
+using macdouble::mac;
+using macdouble::note;
 
-#include "ServiceCalls.h"
-
-@interface NSRunningApplication ()
-- (id)initWithIdentifier:(NSString*)identifier;
-@end
-
-@interface NSScreen ()
-- (id)initWithFrame:(NSRect)frame;
-@end
-
-@interface DoubleBundle : NSBundle {
-    NSDictionary* info_;
-}
-- (id)initWithInfo:(NSDictionary*)info;
-@end
-
-namespace {
-
-struct Desktop {
-    bool reducesMotion = false;
-    std::string bundle;
-    DoubleBundle* found = nil;
-    NSMutableArray* screens = [[NSMutableArray alloc] init];
-    NSScreen* main = nil;
-};
-
-Desktop& desktop() {
-    static Desktop one;
-    return one;
-}
-
-void note(const std::string& call, NSInteger value) {
-    macdouble::serviceCalls().add(call + " " + std::to_string(value));
-}
-
-}  // namespace
+NSString* const NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification = @"display options changed";
 
 @implementation NSRunningApplication
 @synthesize bundleIdentifier = bundleIdentifier_;
-- (id)initWithIdentifier:(NSString*)identifier {
-    self = [super init];
-    if (self) bundleIdentifier_ = [identifier copy];
-    return self;
-}
 - (void)dealloc {
     [bundleIdentifier_ release];
     [super dealloc];
 }
 @end
 
-NSString* const NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification =
-    @"NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification";
-
 @implementation NSWorkspace
 @synthesize frontmostApplication = frontmostApplication_;
-@synthesize notificationCenter = notificationCenter_;
-- (id)init {
-    self = [super init];
-    if (self) notificationCenter_ = [[NSNotificationCenter alloc] init];
-    return self;
-}
-- (BOOL)accessibilityDisplayShouldReduceMotion {
-    return desktop().reducesMotion;
-}
 + (NSWorkspace*)sharedWorkspace {
     static NSWorkspace* const one = [[NSWorkspace alloc] init];
     return one;
 }
-- (void)setFrontmostApplication:(NSRunningApplication*)application {
-    [frontmostApplication_ autorelease];
-    frontmostApplication_ = [application retain];
+- (NSNotificationCenter*)notificationCenter {
+    static NSNotificationCenter* const one = [[NSNotificationCenter alloc] init];
+    return one;
 }
-- (void)addObserver:(NSObject*)observer
-         forKeyPath:(NSString*)keyPath
-            options:(NSKeyValueObservingOptions)options
-            context:(void*)context {
-    note("observe " + std::string([keyPath UTF8String]), static_cast<NSInteger>(options));
-    [super addObserver:observer forKeyPath:keyPath options:options context:context];
-}
-- (void)removeObserver:(NSObject*)observer forKeyPath:(NSString*)keyPath {
-    macdouble::serviceCalls().add("stop observing " + std::string([keyPath UTF8String]));
-    [super removeObserver:observer forKeyPath:keyPath];
+- (BOOL)accessibilityDisplayShouldReduceMotion {
+    return mac().reducesMotion;
 }
 @end
 
@@ -98,25 +37,24 @@ NSString* const NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification =
     return one;
 }
 - (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)activationPolicy {
-    note("activation policy", activationPolicy);
+    mac().activationPolicy = activationPolicy;
     return YES;
 }
 - (void)hide:(id)sender {
-    macdouble::serviceCalls().add(sender ? "hide for a sender" : "hide");
+    (void)sender;
+    note("hide");
 }
 - (void)unhideWithoutActivation {
-    macdouble::serviceCalls().add("unhide without activation");
+    note("unhide without activation");
 }
 @end
 
-@implementation DoubleBundle
-- (id)initWithInfo:(NSDictionary*)info {
-    self = [super init];
-    if (self) info_ = [info retain];
-    return self;
-}
+@interface BundleDouble : NSBundle
+@end
+
+@implementation BundleDouble
 - (NSDictionary*)infoDictionary {
-    return info_;
+    return [NSDictionary dictionaryWithObjectsAndKeys:mac().bundleName, @"CFBundleName", nil];
 }
 @end
 
@@ -125,111 +63,126 @@ NSString* const NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification =
 #pragma clang diagnostic ignored "-Wobjc-protocol-method-implementation"
 @implementation NSBundle (OfTheTest)
 + (NSBundle*)bundleWithIdentifier:(NSString*)identifier {
-    return desktop().bundle == [identifier UTF8String] ? desktop().found : nil;
+    return mac().bundle == [identifier UTF8String] ? [[[BundleDouble alloc] init] autorelease] : nil;
 }
 @end
 #pragma clang diagnostic pop
 
 @implementation NSScreen
-@synthesize frame = frame_;
-- (id)initWithFrame:(NSRect)frame {
-    self = [super init];
-    if (self) frame_ = frame;
-    return self;
+- (NSRect)frame {
+    return frame_;
+}
+- (BOOL)isEqual:(id)other {
+    return NSEqualRects(frame_, [other frame]);
 }
 + (NSArray*)screens {
-    return [[desktop().screens copy] autorelease];
+    NSMutableArray* const all = [NSMutableArray array];
+    for (const NSRect& frame : mac().screens) {
+        NSScreen* const screen = [[[NSScreen alloc] init] autorelease];
+        screen->frame_ = frame;
+        [all addObject:screen];
+    }
+    return all;
 }
 + (NSScreen*)mainScreen {
-    return desktop().main;
+    return mac().mainScreen ? [[NSScreen screens] objectAtIndex:*mac().mainScreen] : nil;
 }
 @end
 
 @implementation NSWindow
-@synthesize styleMask = styleMask_;
+@synthesize backgroundColor = backgroundColor_, styleMask = styleMask_, collectionBehavior = collectionBehavior_,
+            titleVisibility = titleVisibility_, level = level_,
+            titlebarAppearsTransparent = titlebarAppearsTransparent_, opaque = opaque_, hasShadow = hasShadow_,
+            hidesOnDeactivate = hidesOnDeactivate_, movableByWindowBackground = movableByWindowBackground_,
+            centered = centered_;
 - (id)init {
     self = [super init];
-    if (self) buttons_ = [[NSMutableDictionary alloc] init];
+    buttons_ = [[NSMutableArray alloc] init];
+    for (int button = 0; button < 3; ++button) [buttons_ addObject:[[[NSButton alloc] init] autorelease]];
+    backgroundColor_ = [[NSColor blackColor] retain];
+    opaque_ = hasShadow_ = hidesOnDeactivate_ = YES;
     return self;
 }
 - (void)dealloc {
     [buttons_ release];
+    [backgroundColor_ release];
     [super dealloc];
 }
 - (NSButton*)standardWindowButton:(NSWindowButton)b {
-    NSNumber* const number = [NSNumber numberWithUnsignedInteger:b];
-    if (![buttons_ objectForKey:number]) {
-        note("button", static_cast<NSInteger>(b));
-        [buttons_ setObject:[[[NSButton alloc] initWithFrame:NSZeroRect] autorelease] forKey:number];
-    }
-    return [buttons_ objectForKey:number];
-}
-- (void)setTitleVisibility:(NSWindowTitleVisibility)titleVisibility {
-    note("title visibility", titleVisibility);
-}
-- (void)setTitlebarAppearsTransparent:(BOOL)titlebarAppearsTransparent {
-    note("transparent title bar", titlebarAppearsTransparent);
-}
-- (void)setOpaque:(BOOL)opaque {
-    note("opaque", opaque);
-}
-- (void)setBackgroundColor:(NSColor*)backgroundColor {
-    note("background of alpha", static_cast<NSInteger>([backgroundColor alphaComponent] * 100));
-}
-- (void)setHasShadow:(BOOL)hasShadow {
-    note("shadow", hasShadow);
-}
-- (void)setCollectionBehavior:(NSWindowCollectionBehavior)collectionBehavior {
-    note("collection behaviour", static_cast<NSInteger>(collectionBehavior));
-}
-- (void)setLevel:(NSWindowLevel)level {
-    note("level", level);
-}
-- (void)setHidesOnDeactivate:(BOOL)hidesOnDeactivate {
-    note("hides on deactivation", hidesOnDeactivate);
-}
-- (void)setMovableByWindowBackground:(BOOL)movableByWindowBackground {
-    note("movable by background", movableByWindowBackground);
+    return [buttons_ objectAtIndex:b];
 }
 - (BOOL)setFrameAutosaveName:(NSString*)name {
-    macdouble::serviceCalls().add("frame autosave name " + std::string([name UTF8String]));
-    // A name belongs to one window.
-    return ![name isEqual:@"taken"];
+    note(std::string("frame kept as ") + [name UTF8String]);
+    return ![name isEqual:@"taken"];  // a name belongs to one window
 }
 - (void)center {
-    macdouble::serviceCalls().add("center");
+    centered_ = YES;
 }
 - (void)makeKeyAndOrderFront:(id)sender {
-    macdouble::serviceCalls().add(sender ? "key and front for a sender" : "key and front");
+    (void)sender;
+    note("key and front");
 }
 @end
 
 @implementation NSPanel
 @end
 
-@implementation DoubleWindow
+@implementation ActivationWindow
+@synthesize preventsActivation = preventsActivation_;
 - (void)_setPreventsActivation:(BOOL)preventsActivation {
-    note("prevents activation", preventsActivation);
+    preventsActivation_ = preventsActivation;
 }
 @end
 
-@implementation DoublePanel
-@end
-
-@implementation NSView (InWindow)
+@implementation NSView
+@synthesize subviews = subviews_, autoresizingMask = autoresizingMask_, hidden = hidden_;
+- (instancetype)initWithFrame:(NSRect)frameRect {
+    self = [self init];
+    frame_ = frameRect;
+    subviews_ = [[NSMutableArray alloc] init];
+    return self;
+}
+- (void)dealloc {
+    [subviews_ release];
+    [super dealloc];
+}
+- (NSRect)frame {
+    return frame_;
+}
+- (void)setFrame:(NSRect)frame {
+    for (NSView* each in subviews_) {
+        NSRect next = [each frame];
+        if ([each autoresizingMask] & NSViewWidthSizable) next.size.width += NSWidth(frame) - NSWidth(frame_);
+        if ([each autoresizingMask] & NSViewHeightSizable) next.size.height += NSHeight(frame) - NSHeight(frame_);
+        [each setFrame:next];
+    }
+    frame_ = frame;
+}
+- (NSRect)bounds {
+    return NSMakeRect(0, 0, frame_.size.width, frame_.size.height);
+}
 - (NSWindow*)window {
     return nil;
 }
-// A view that is not opaque.
+// As of a view that is not opaque.
 - (BOOL)mouseDownCanMoveWindow {
     return YES;
 }
+- (void)addSubview:(NSView*)view {
+    [subviews_ addObject:view];
+}
+- (void)drawRect:(NSRect)dirtyRect {
+    (void)dirtyRect;
+}
+- (NSView*)hitTest:(NSPoint)point {
+    return NSPointInRect(point, frame_) ? self : nil;
+}
 @end
 
-@implementation DoubleView
+@implementation ToolkitView
 - (id)initInWindow:(NSWindow*)window {
     self = [super initWithFrame:NSZeroRect];
-    if (self) window_ = [window retain];
+    window_ = [window retain];
     return self;
 }
 - (void)dealloc {
@@ -241,54 +194,74 @@ NSString* const NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification =
 }
 @end
 
-@implementation ToolkitView
-@end
-
-@implementation NSButton (OfWindow)
-- (void)setHidden:(BOOL)hidden {
-    note("hidden", hidden);
+@implementation NSColor
+@synthesize alphaComponent = alphaComponent_;
++ (NSColor*)blackColor {
+    return [[NSColor clearColor] colorWithAlphaComponent:1];
+}
++ (NSColor*)clearColor {
+    return [[[NSColor alloc] init] autorelease];
+}
+- (NSColor*)colorWithAlphaComponent:(CGFloat)alpha {
+    NSColor* const color = [NSColor clearColor];
+    color->alphaComponent_ = alpha;
+    return color;
 }
 @end
 
-@implementation NSColor (Clear)
-+ (NSColor*)clearColor {
-    return [[NSColor blackColor] colorWithAlphaComponent:0];
+@implementation NSColorSpace
++ (NSColorSpace*)genericRGBColorSpace {
+    return [[[NSColorSpace alloc] init] autorelease];
+}
+@end
+
+static NSPoint lookedAt;
+static double found;
+
+@implementation NSGradient
+- (instancetype)initWithColors:(NSArray*)colorArray
+                   atLocations:(const CGFloat*)locations
+                    colorSpace:(NSColorSpace*)colorSpace {
+    (void)locations, (void)colorSpace;
+    self = [super init];
+    colors_ = [colorArray retain];
+    return self;
+}
+- (void)dealloc {
+    [colors_ release];
+    [super dealloc];
+}
+// As if it went evenly from the first colour to the last.
+- (void)drawInRect:(NSRect)rect angle:(CGFloat)angle {
+    if (!NSPointInRect(lookedAt, rect)) return;
+    const bool upwards = angle == 90 || angle == 270;
+    double way = upwards ? (lookedAt.y - NSMinY(rect)) / NSHeight(rect) : (lookedAt.x - NSMinX(rect)) / NSWidth(rect);
+    if (angle >= 180) way = 1 - way;
+    found += [[colors_ objectAtIndex:0] alphaComponent] * (1 - way) + [[colors_ lastObject] alphaComponent] * way;
 }
 @end
 
 namespace macdouble {
 
-void setFrontmost(std::optional<std::string> identifier) {
-    NSRunningApplication* application = nil;
-    if (identifier) {
-        NSString* const text = identifier->empty() ? nil : [NSString stringWithUTF8String:identifier->c_str()];
-        application = [[[NSRunningApplication alloc] initWithIdentifier:text] autorelease];
-    }
-    // By the setter that observation knows of.
-    [[NSWorkspace sharedWorkspace] setValue:application forKey:@"frontmostApplication"];
+void Mac::setFrontmost(std::optional<std::string> identifier) {
+    NSRunningApplication* const application = identifier ? [[[NSRunningApplication alloc] init] autorelease] : nil;
+    if (identifier && !identifier->empty())
+        [application setBundleIdentifier:[NSString stringWithUTF8String:identifier->c_str()]];
+    [[NSWorkspace sharedWorkspace] setFrontmostApplication:application];
 }
 
-void setBundle(std::string identifier, id name) {
-    [desktop().found release];
-    desktop().found = nil;
-    desktop().bundle = std::move(identifier);
-    NSMutableDictionary* const info = [NSMutableDictionary dictionary];
-    if (name) [info setObject:name forKey:@"CFBundleName"];
-    desktop().found = [[DoubleBundle alloc] initWithInfo:info];
-}
-
-void setReducesMotion(bool reduces) {
-    desktop().reducesMotion = reduces;
+void Mac::setReducesMotion(bool reduces) {
+    reducesMotion = reduces;
     [[[NSWorkspace sharedWorkspace] notificationCenter]
         postNotificationName:NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification
                       object:[NSWorkspace sharedWorkspace]];
 }
 
-void setScreens(std::vector<NSRect> frames, std::optional<std::size_t> main) {
-    [desktop().screens removeAllObjects];
-    for (const NSRect& frame : frames)
-        [desktop().screens addObject:[[[NSScreen alloc] initWithFrame:frame] autorelease]];
-    desktop().main = main ? [desktop().screens objectAtIndex:*main] : nil;
+double Mac::darkness(NSView* view, NSPoint place) {
+    lookedAt = place;
+    found = 0;
+    [view drawRect:[view bounds]];
+    return found;
 }
 
 }  // namespace macdouble

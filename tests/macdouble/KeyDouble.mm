@@ -1,13 +1,11 @@
-#include "KeyDouble.h"
+// The keyboard: events, what the layout makes of them, where they are posted, and the monitors.
 
 #include <Block.h>
 
-#import <Foundation/Foundation.h>
+#include "Mac.h"
 
-#include <memory>
-
-#include "ServiceCalls.h"
-#include "platform/Keys.h"
+using macdouble::mac;
+using macdouble::note;
 
 // A bare object: the system's events are plain structures to their users, and are counted like objects.
 @interface DoubleCGEvent : NSObject {
@@ -19,96 +17,79 @@
 }
 @end
 
+@implementation DoubleCGEvent
+@end
+
 namespace {
+
+constexpr CGEventFlags shift = 0x20000;
+constexpr CGEventFlags control = 0x40000;
+constexpr CGEventFlags option = 0x80000;
+constexpr CGKeyCode firstModifierKey = 54;  // the right Command key
+constexpr CGKeyCode lastModifierKey = 63;   // Function
+
+DoubleCGEvent* of(CGEventRef event) { return (DoubleCGEvent*)event; }
+
+// The keys of an American keyboard that the tests need; every other key gives nothing.
+NSString* charactersOf(CGEventRef event, CGEventFlags flags) {
+    if (of(event)->type == kCGEventFlagsChanged)
+        [NSException raise:NSInternalInconsistencyException format:@"characters of a modifier key"];
+    const bool upper = (flags & shift) != 0;
+    switch (of(event)->keyCode) {
+        case 0:
+            return flags & control ? @"\x01" : flags & option ? @"å" : upper ? @"A" : @"a";
+        case 9:
+            return upper ? @"V" : @"v";
+        case 23:
+            return upper ? @"%" : @"5";
+        case 36:
+            return @"\r";
+        case 48:
+            return @"\t";
+        case 87:
+            return @"5";
+        default:
+            return @"";
+    }
+}
 
 struct Monitor {
     bool global;
+    bool deaf;
     NSEventMask mask;
     id handler;
     id token;
 };
 
-struct Keyboard {
-    macdouble::Layout layout;
-    bool refuses = false;
-    int live = 0;
-    int made = 0;
-    std::vector<Monitor> monitors;
-    CGEventRef posted = nullptr;
-};
+std::vector<Monitor> monitors;
 
-constexpr CGKeyCode firstModifierKey = 54;  // the right Command key
-constexpr CGKeyCode lastModifierKey = 63;   // Function
-
-Keyboard& keyboard() {
-    static Keyboard one;
-    return one;
-}
-
-DoubleCGEvent* of(CGEventRef event) { return (DoubleCGEvent*)event; }
-
-const char* nameOf(CGEventType type) {
-    return type == kCGEventKeyDown ? "down" : type == kCGEventKeyUp ? "up" : "flags";
-}
-
-std::string keyText(CGEventRef event) {
-    return std::string(nameOf(of(event)->type)) + " " + std::to_string(of(event)->keyCode) +
-           (of(event)->flags != 0 ? " flags " + std::to_string(of(event)->flags) : std::string());
-}
-
-CGEventRef hardwareEvent(CGEventType type, CGKeyCode keyCode, CGEventFlags flags) {
-    DoubleCGEvent* const event = [[[DoubleCGEvent alloc] init] autorelease];
-    event->type = type;
-    event->keyCode = keyCode;
-    event->flags = flags;
-    return (CGEventRef)event;
+id addMonitor(bool global, NSEventMask mask, id handler) {
+    // One that is added without the permissions stays deaf.
+    const bool deaf = global && !(mac().trusted && mac().listening == kIOHIDAccessTypeGranted);
+    const id token = [[[NSObject alloc] init] autorelease];
+    monitors.push_back({global, deaf, mask, (id)Block_copy((void*)handler), token});
+    return token;
 }
 
 // Whether a window would still get it, and as it is.
-bool deliver(CGEventRef event, bool global) {
+bool deliver(CGEventRef event, bool here) {
     NSEvent* const sent = [NSEvent eventWithCGEvent:event];
     NSEvent* shown = sent;
-    const auto monitors = keyboard().monitors;  // one may remove itself
-    for (const Monitor& each : monitors) {
-        if (each.global != global || (each.mask >> of(event)->type & 1) == 0) continue;
+    const auto before = monitors;  // one may remove itself
+    for (const Monitor& each : before) {
+        if (each.global == here || each.deaf || (each.mask >> of(event)->type & 1) == 0) continue;
         void* const handler = Block_copy((void*)each.handler);
-        if (global)
-            ((void (^)(NSEvent*))(id)handler)(shown);
-        else
+        if (here)
             shown = ((NSEvent * (^)(NSEvent*))(id)handler)(shown);
+        else
+            ((void (^)(NSEvent*))(id)handler)(shown);
         Block_release(handler);
         if (!shown) return false;
     }
     return shown == sent;
 }
 
-NSString* charactersOf(CGEventRef event, CGEventFlags flags) {
-    if (of(event)->type == kCGEventFlagsChanged)
-        [NSException raise:NSInternalInconsistencyException format:@"characters of a modifier key"];
-    if (!keyboard().layout) return nil;
-    return [NSString stringWithUTF8String:keyboard().layout(of(event)->keyCode, flags).c_str()];
-}
-
-id addMonitor(bool global, NSEventMask mask, id handler) {
-    macdouble::serviceCalls().add(std::string(global ? "global" : "local") + " monitor " + std::to_string(mask));
-    id token = [[[NSObject alloc] init] autorelease];
-    keyboard().monitors.push_back({global, mask, (id)Block_copy((void*)handler), token});
-    return token;
-}
-
 }  // namespace
-
-@implementation DoubleCGEvent
-- (instancetype)init {
-    self = [super init];
-    ++keyboard().live;
-    return self;
-}
-- (void)dealloc {
-    --keyboard().live;
-    [super dealloc];
-}
-@end
 
 @implementation NSEvent
 + (NSEvent*)eventWithCGEvent:(CGEventRef)cgEvent {
@@ -127,15 +108,10 @@ id addMonitor(bool global, NSEventMask mask, id handler) {
     return addMonitor(false, mask, (id)block);
 }
 + (void)removeMonitor:(id)eventMonitor {
-    auto& monitors = keyboard().monitors;
-    for (std::size_t at = 0; at < monitors.size(); ++at) {
-        if (monitors[at].token != eventMonitor) continue;
-        macdouble::serviceCalls().add("remove monitor " + std::to_string(monitors[at].mask));
-        Block_release((void*)monitors[at].handler);
-        monitors.erase(monitors.begin() + static_cast<std::ptrdiff_t>(at));
-        return;
-    }
-    macdouble::serviceCalls().add("remove no monitor");
+    std::erase_if(monitors, [eventMonitor](const Monitor& each) {
+        if (each.token == eventMonitor) Block_release((void*)each.handler);
+        return each.token == eventMonitor;
+    });
 }
 - (NSEventType)type {
     return (NSEventType)of(event_)->type;
@@ -153,16 +129,13 @@ id addMonitor(bool global, NSEventMask mask, id handler) {
     return charactersOf(event_, of(event_)->flags);
 }
 - (NSString*)charactersByApplyingModifiers:(NSEventModifierFlags)modifiers {
-    // Flags that are no modifiers are none here: by this the test tells the two questions apart.
-    if (modifiers & vantor::modifier::nonCoalesced) return @"";
     return charactersOf(event_, modifiers);
 }
 @end
 
-CGEventRef CGEventCreateKeyboardEvent(CGEventSourceRef source, CGKeyCode virtualKey, bool keyDown) {
-    if (keyboard().refuses) return nullptr;
-    if (source) macdouble::serviceCalls().add("an event source");
-    ++keyboard().made;
+CGEventRef CGEventCreateKeyboardEvent(CGEventSourceRef, CGKeyCode virtualKey, bool keyDown) {
+    if (mac().refusesEvents) return nullptr;
+    ++mac().madeEvents;
     DoubleCGEvent* const event = [[DoubleCGEvent alloc] init];
     event->keyCode = virtualKey;
     // The system makes another kind of event for its modifier keys.
@@ -171,36 +144,25 @@ CGEventRef CGEventCreateKeyboardEvent(CGEventSourceRef source, CGKeyCode virtual
     return (CGEventRef)event;
 }
 void CGEventSetType(CGEventRef event, CGEventType type) { of(event)->type = type; }
-CGEventType CGEventGetType(CGEventRef event) { return of(event)->type; }
 void CGEventSetFlags(CGEventRef event, CGEventFlags flags) { of(event)->flags = flags; }
-CGEventFlags CGEventGetFlags(CGEventRef event) { return of(event)->flags; }
-void CGEventSetIntegerValueField(CGEventRef event, CGEventField field, int64_t value) {
-    if (field == kCGEventSourceUserData) of(event)->userData = value;
-}
-int64_t CGEventGetIntegerValueField(CGEventRef event, CGEventField field) {
-    return field == kCGEventSourceUserData ? of(event)->userData : 0;
-}
+void CGEventSetIntegerValueField(CGEventRef event, CGEventField, int64_t value) { of(event)->userData = value; }
+int64_t CGEventGetIntegerValueField(CGEventRef event, CGEventField) { return of(event)->userData; }
+
+// Dropped without a word where the player has not allowed it.
 void CGEventPost(CGEventTapLocation tap, CGEventRef event) {
-    macdouble::serviceCalls().add("post to tap " + std::to_string(tap) + ": " + keyText(event));
-    keyboard().posted = event;
+    if (!mac().trusted) return;
+    mac().lastPosted = event;
+    note((tap == kCGHIDEventTap ? "" : "not where keys come in: ") +
+         std::string(of(event)->type == kCGEventKeyDown ? "down " : "up ") + std::to_string(of(event)->keyCode) +
+         (of(event)->flags != 0 ? " flags " + std::to_string(of(event)->flags) : ""));
 }
 
-namespace macdouble {
-
-void setLayout(Layout layout) { keyboard().layout = std::move(layout); }
-void refuseEvents(bool refuse) { keyboard().refuses = refuse; }
-int liveEvents() { return keyboard().live; }
-int madeEvents() { return keyboard().made; }
-void pressElsewhere(CGEventType type, CGKeyCode keyCode, CGEventFlags flags) {
-    deliver(hardwareEvent(type, keyCode, flags), true);
+bool macdouble::Mac::press(CGEventType type, CGKeyCode keyCode, CGEventFlags flags, bool here) {
+    DoubleCGEvent* const event = [[[DoubleCGEvent alloc] init] autorelease];
+    event->type = type;
+    event->keyCode = keyCode;
+    event->flags = flags;
+    event->userData = 7;  // another program's mark
+    return deliver((CGEventRef)event, here);
 }
-bool pressHere(CGEventType type, CGKeyCode keyCode, CGEventFlags flags) {
-    return deliver(hardwareEvent(type, keyCode, flags), false);
-}
-bool hear(CGEventRef posted) {
-    deliver(posted, true);
-    return deliver(posted, false);
-}
-CGEventRef lastPosted() { return keyboard().posted; }
-
-}  // namespace macdouble
+bool macdouble::Mac::hearPosted(bool here) { return deliver(lastPosted, here); }

@@ -1,22 +1,17 @@
 // The whole start on this backend, and what a player does then: the program's own parts as they are, doubles for the
-// system alone. What is asked of the system is compared across all adapters, in its order.
+// system alone.
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
+#include <QtWidgets/QWidget>
+
+#include <filesystem>
+#include <fstream>
 #include <memory>
-
-#import <AppKit/NSApplication.h>
-#import <AppKit/NSMenuItem.h>
-#import <Foundation/Foundation.h>
+#include <set>
 
 #include "Backend.h"
-#include "DesktopDouble.h"
-#include "KeyDouble.h"
-#include "KeychainDouble.h"
-#include "PrivacyDouble.h"
-#include "ServiceCalls.h"
-#include "StatusBarDouble.h"
+#include "Mac.h"
 #include "app/AppDelegate.h"
 #include "fake/FakeClock.h"
 #include "fake/FakeDefaults.h"
@@ -25,121 +20,81 @@
 #include "fake/FakeTaskQueue.h"
 #include "fake/FakeUrlSession.h"
 #include "platform/macos/PrivacyPermissions.h"
+#include "platform/macos/WebKitPage.h"
 
 namespace vantor {
 namespace {
 
-using macdouble::keychainDouble;
-using macdouble::serviceCalls;
+using macdouble::done;
+using macdouble::mac;
 using testing::ElementsAre;
-using testing::ElementsAreArray;
 using testing::IsEmpty;
-
-using Calls = std::vector<std::string>;
 
 constexpr KeyCode keyA = 0;
 constexpr KeyCode keyV = 9;
 constexpr KeyCode escape = 53;
 
-const Calls shownAroundTheGame{"front icon",    "front emoji", "out main",
-                               "front watched", "hide",        "unhide without activation"};
+using Windows = std::set<AppWindowName>;
+using enum AppWindowName;
 
-std::string fewKeys(CGKeyCode keyCode, CGEventFlags flags) {
-    const bool shift = (flags & modifier::shift) != 0;
-    switch (keyCode) {
-        case keyA:
-            return shift ? "A" : "a";
-        case keyV:
-            return shift ? "V" : "v";
-        case 48:
-            return "\t";
-        default:
-            return "";
-    }
-}
-
-// Writes into the one record of calls.
-struct RecordedWindow final : AppWindow {
-    explicit RecordedWindow(AppWindowName which) : name(which) {}
-    void orderFront() override { serviceCalls().add("front " + text()); }
-    void orderOut() override { serviceCalls().add("out " + text()); }
-    [[nodiscard]] std::string text() const {
-        return name == AppWindowName::main    ? "main"
-               : name == AppWindowName::icon  ? "icon"
-               : name == AppWindowName::emoji ? "emoji"
-                                              : "watched";
-    }
+struct WindowDouble final : AppWindow {
+    WindowDouble(AppWindowName which, Windows& all) : name(which), shown(all) {}
+    void orderFront() override { shown.insert(name); }
+    void orderOut() override { shown.erase(name); }
 
     AppWindowName name;
+    Windows& shown;
 };
 
-struct RecordedPause final : Pause {
-    void wait(std::chrono::microseconds duration) override {
-        serviceCalls().add("sleep " + std::to_string(duration.count()));
-    }
+struct NoPause final : Pause {
+    void wait(std::chrono::microseconds) override {}
 };
 
 class StartUpTest : public testing::Test {
 protected:
     StartUpTest() {
-        macdouble::setLayout(fewKeys);
-        macdouble::setFrontmost("net.arena.Guild-Wars-2");
-        macdouble::setBundle("net.arena.Guild-Wars-2", @"Guild Wars 2");
-        macdouble::setImageInBundle(@"vantor", true);
-        keychainDouble().forget();
-        macdouble::privacyDouble() = {true, kIOHIDAccessTypeGranted};
-        (void)serviceCalls().take();
-    }
-    ~StartUpTest() override {
-        delegate.reset();
-        backend.reset();
-        macdouble::setLayout({});
-        macdouble::privacyDouble() = {};
-        (void)serviceCalls().take();
+        mac().setFrontmost("net.arena.Guild-Wars-2");
+        mac().bundle = "net.arena.Guild-Wars-2";
+        mac().bundleName = @"Guild Wars 2";
     }
 
     void launch() {
         backend = backend::makeBackend(mainThread, scheduler);
         const TypingServices keys = backend->typing();
         delegate = std::make_unique<AppDelegate>(
-            AppObserver::Needs{{defaults,
-                                session,
-                                queue,
-                                mainThread,
-                                clock,
-                                {"https://api", "qrc:/catalogue"},
-                                [](const std::string&) {},
-                                [](const std::string&) {}},
-                               keys.monitors,
-                               keys.poster,
-                               keys.layout,
-                               keys.workspace,
-                               backend->statusItem(),
-                               backend->pasteboard(),
-                               pause,
-                               backend->keychain(),
-                               [this] { return backend->makeWebPage(); },
-                               [] { return std::string("body {}"); },
-                               [](AppWindowName name, AppObserver&) { return std::make_unique<RecordedWindow>(name); }},
-            [] { serviceCalls().add("quit"); });
+            AppObserver::Needs{
+                {defaults,
+                 session,
+                 queue,
+                 mainThread,
+                 clock,
+                 {"https://api", "qrc:/catalogue"},
+                 [](const std::string&) {},
+                 [](const std::string&) {}},
+                keys.monitors,
+                keys.poster,
+                keys.layout,
+                keys.workspace,
+                backend->statusItem(),
+                backend->pasteboard(),
+                pause,
+                backend->keychain(),
+                [this] { return backend->makeWebPage(); },
+                [] { return std::string("body {}"); },
+                [this](AppWindowName name, AppObserver&) { return std::make_unique<WindowDouble>(name, shown); }},
+            [] { macdouble::note("quit"); });
         // The keychain answers from a thread of its own.
-        ASSERT_TRUE(backend->keychain().finish(std::chrono::seconds(60)));
+        ASSERT_TRUE(backend->keychain().finish(std::chrono::minutes(1)));
         (void)mainThread.runAll();
     }
-    // A stroke without its pauses, which are the typist's own affair.
-    static Calls done() {
-        Calls calls = serviceCalls().take();
-        std::erase(calls, "sleep 8000");
-        return calls;
+    static void release(KeyCode keyCode, ModifierFlags flags) { mac().press(kCGEventKeyUp, keyCode, flags, false); }
+    static NSMenu* menu() { return [[mac().statusItems lastObject] menu]; }
+    std::vector<std::string> missing() {
+        std::vector<CapabilityKind> names;
+        for (const Capability& each : backend->capabilities())
+            if (!each.present) names.push_back(each.kind);
+        return names;
     }
-    static Calls after(Calls first, const Calls& then) {
-        first.insert(first.end(), then.begin(), then.end());
-        return first;
-    }
-    static void release(KeyCode keyCode, ModifierFlags flags) {
-        macdouble::pressElsewhere(kCGEventKeyUp, keyCode, flags);
-    }
-    static NSMenu* menu() { return [[macdouble::statusItems() lastObject] menu]; }
 
     FakeDefaults defaults;
     FakeTaskQueue queue;
@@ -147,61 +102,33 @@ protected:
     FakeMainThread mainThread;
     FakeScheduler scheduler;
     FakeClock clock{0, 0};
-    RecordedPause pause;
+    NoPause pause;
+    Windows shown;
     std::unique_ptr<backend::Backend> backend;
     std::unique_ptr<AppDelegate> delegate;
 };
 
-TEST_F(StartUpTest, AsksTheSystemInItsOrder) {
+TEST_F(StartUpTest, ShowsItselfBesideTheGameAndLeavesItTheFocus) {
+    NSMenu* const ofToolkit = [[[NSMenu alloc] initWithTitle:@"the toolkit's"] autorelease];
+    [[NSApplication sharedApplication] setMainMenu:ofToolkit];
     launch();
-    EXPECT_THAT(done(), ElementsAreArray(Calls{
-                            "activation policy 1",
-                            "setValue:0 forKey:drawsBackground",
-                            "observe title options 8",
-                            "observe URL options 8",
-                            "observe loading options 8",
-                            "observe estimatedProgress options 8",
-                            "observe hasOnlySecureContent options 8",
-                            "observe serverTrust options 8",
-                            "observe canGoBack options 8",
-                            "observe canGoForward options 8",
-                            "local monitor 4096",
-                            // Small windows come with their making; the list is not made yet at the first notice.
-                            "front icon",
-                            "front emoji",
-                            "observe frontmostApplication 5",
-                            "front icon",
-                            "front emoji",
-                            "out main",
-                            "hide",
-                            "unhide without activation",
-                            "front watched",
-                            "global monitor 2048",
-                            "global monitor 1024",
-                            "local monitor 2048",
-                            // Once more, now that all of them are there.
-                            "front icon",
-                            "front emoji",
-                            "out main",
-                            "front watched",
-                            "hide",
-                            "unhide without activation",
-                            "status item of length -2",
-                            "image scaling 0",
-                            "image vantor",
-                            "menu Vantor",
-                        }));
+    EXPECT_EQ(mac().activationPolicy, NSApplicationActivationPolicyAccessory);
+    EXPECT_EQ(shown, (Windows{icon, emoji, watchedEvents}));
+    const auto calls = done();
+    EXPECT_EQ(calls.back(), "unhide without activation");
+    EXPECT_EQ(calls[calls.size() - 2], "hide");
+    EXPECT_EQ([mac().statusItems count], 1U);
     EXPECT_STREQ([[[menu() itemAtIndex:0] title] UTF8String], "Disable on Guild Wars 2");
+    EXPECT_EQ(scheduler.waiting(), 0U) << "nothing is missing, nothing is looked at";
 
     // A page hears of these keys from a menu only; without a target they go to whoever has the keyboard.
-    NSMenu* const bar = [[NSApplication sharedApplication] mainMenu];
-    NSMenu* const edit = [[bar itemAtIndex:[bar numberOfItems] - 1] submenu];
-    Calls keys;
+    EXPECT_EQ([[NSApplication sharedApplication] mainMenu], ofToolkit);
+    NSMenu* const edit = [[ofToolkit itemAtIndex:0] submenu];
+    std::vector<std::string> keys;
     for (NSInteger at = 0; at < [edit numberOfItems]; ++at) {
         NSMenuItem* const item = [edit itemAtIndex:at];
         EXPECT_FALSE([item target]);
-        keys.push_back(std::string([[item keyEquivalent] UTF8String]) + " " +
-                       [NSStringFromSelector([item action]) UTF8String]);
+        keys.push_back(std::string([[item keyEquivalent] UTF8String]) + " " + sel_getName([item action]));
     }
     EXPECT_THAT(keys, ElementsAre("x cut:", "c copy:", "v paste:", "a selectAll:"));
 }
@@ -210,27 +137,26 @@ TEST_F(StartUpTest, AHotkeyHeardInTheGameOpensTheOverlayAndPressesTheCamerasKey)
     (void)defaults.setValue("general.windowToggleEvent", std::string("⌘ + ⇧ + A"));
     (void)defaults.setValue("general.actionCamToggleEvent", std::string(" ⌃ + V "));
     launch();
-    (void)serviceCalls().take();
-    const Calls camera{"hide",
-                       "unhide without activation",
-                       "post to tap 0: down 9 flags 256",
-                       "post to tap 0: down 59",
-                       "post to tap 0: up 59",
-                       "post to tap 0: up 9 flags 256"};
+    (void)done();
+    const auto camera =
+        ElementsAre("hide", "unhide without activation", "down 9 flags 256", "down 59", "up 59", "up 9 flags 256");
     release(keyA, modifier::command);
     EXPECT_THAT(done(), IsEmpty());
     release(keyA, modifier::command | modifier::shift);
-    EXPECT_THAT(done(), ElementsAreArray(after({"front icon", "front emoji", "front main", "out watched"}, camera)));
+    EXPECT_EQ(shown, (Windows{icon, emoji, main}));
+    EXPECT_THAT(done(), camera);
     release(escape, modifier::option);
-    EXPECT_THAT(done(), ElementsAreArray(after(shownAroundTheGame, camera)));
-    EXPECT_TRUE(macdouble::pressHere(kCGEventKeyUp, keyA, modifier::command | modifier::shift));
-    EXPECT_EQ(done().front(), "front icon") << "in a window of ours too, and once";
-    macdouble::setFrontmost("org.example.Editor");
-    EXPECT_THAT(done(), ElementsAre("out icon", "out main", "out emoji", "out watched"));
+    EXPECT_EQ(shown, (Windows{icon, emoji, watchedEvents}));
+    (void)done();
+    EXPECT_TRUE(mac().press(kCGEventKeyUp, keyA, modifier::command | modifier::shift, true))
+        << "in a window of ours too";
+    EXPECT_EQ(shown, (Windows{icon, emoji, main}));
+    mac().setFrontmost("org.example.Editor");
+    EXPECT_THAT(shown, IsEmpty());
 }
 
 TEST_F(StartUpTest, ThePasteboardAndALoginAreTypedIntoTheGame) {
-    [keychainDouble().items addObject:@{
+    [mac().keychainItems addObject:@{
         (id)kSecClass : (id)kSecClassGenericPassword,
         (id)kSecAttrAccount : @"orvendel.Vantor.accounts",
         (id)kSecValueData : [@"{\"a\":\"V\"}" dataUsingEncoding:NSUTF8StringEncoding],
@@ -238,59 +164,81 @@ TEST_F(StartUpTest, ThePasteboardAndALoginAreTypedIntoTheGame) {
     (void)defaults.setValue("general.pasteClipoard", true);
     launch();
     backend->pasteboard().setText("a");
-    (void)serviceCalls().take();
+    (void)done();
     release(keyV, modifier::command);
-    EXPECT_THAT(done(), ElementsAre("sleep 600000", "hide", "unhide without activation",
-                                    "post to tap 0: down 0 flags 256", "post to tap 0: up 0 flags 256"));
-
-    NSMenuItem* const account = [[[menu() itemAtIndex:1] submenu] itemAtIndex:0];
-    EXPECT_STREQ([[account title] UTF8String], "a");
-    EXPECT_TRUE(macdouble::choose(account));
-    EXPECT_THAT(done(), ElementsAre("hide", "unhide without activation", "post to tap 0: down 0 flags 256",
-                                    "post to tap 0: up 0 flags 256", "post to tap 0: down 48", "post to tap 0: up 48",
-                                    "post to tap 0: down 56", "post to tap 0: down 9 flags 131328",
-                                    "post to tap 0: up 9 flags 131328", "post to tap 0: up 56"));
-    EXPECT_TRUE(macdouble::choose([menu() itemAtIndex:3]));
+    EXPECT_THAT(done(), ElementsAre("hide", "unhide without activation", "down 0 flags 256", "up 0 flags 256"));
+    EXPECT_TRUE(mac().choose([[[menu() itemAtIndex:1] submenu] itemAtIndex:0]));
+    EXPECT_THAT(done(),
+                ElementsAre("hide", "unhide without activation", "down 0 flags 256", "up 0 flags 256", "down 48",
+                            "up 48", "down 56", "down 9 flags 131328", "up 9 flags 131328", "up 56"));
+    EXPECT_TRUE(mac().choose([menu() itemAtIndex:3]));
     EXPECT_THAT(done(), ElementsAre("quit"));
 }
 
 TEST_F(StartUpTest, HotkeysWorkFromTheMomentThePlayerAllowsTheLast) {
-    macdouble::privacyDouble() = {false, kIOHIDAccessTypeGranted};
+    mac().trusted = false;
+    mac().listening = kIOHIDAccessTypeUnknown;
+    (void)defaults.setValue("general.windowToggleEvent", std::string("A"));
     launch();
-    EXPECT_EQ(scheduler.waiting(), 1U) << "one is missing";
-    delegate.reset();
-    macdouble::privacyDouble() = {};
-    launch();
-    const auto missing = [this] {
-        std::vector<CapabilityKind> names;
-        for (const Capability& each : backend->capabilities())
-            if (!each.present) names.push_back(each.kind);
-        return names;
-    };
     EXPECT_THAT(missing(), ElementsAre(CapabilityKind::rawKeys, CapabilityKind::posting));
-    (void)serviceCalls().take();
+    (void)done();
     backend->ask(CapabilityKind::rawKeys)();
     backend->ask(CapabilityKind::posting)();
     EXPECT_FALSE(backend->ask(CapabilityKind::keyring));
-    EXPECT_THAT(done(), ElementsAre("ask for listening", "ask for accessibility"));
-
-    macdouble::privacyDouble() = {true, kIOHIDAccessTypeGranted};
-    scheduler.advance(PrivacyPermissions::between);
-    EXPECT_THAT(done(), ElementsAre("remove monitor 2048", "global monitor 2048", "remove monitor 1024",
-                                    "global monitor 1024"));
+    const auto allow = [&] {
+        scheduler.advance(PrivacyPermissions::between);
+        (void)mainThread.runAll();
+        release(keyA, 0);
+    };
+    mac().listening = kIOHIDAccessTypeGranted;
+    allow();
+    EXPECT_FALSE(shown.contains(main));
+    backend->ask(CapabilityKind::rawKeys)();
+    EXPECT_THAT(done(), ElementsAre("ask for listening", "ask for accessibility", "ask for accessibility"));
+    mac().trusted = true;
+    allow();
+    EXPECT_TRUE(shown.contains(main));
     EXPECT_THAT(missing(), IsEmpty());
-    (void)mainThread.runAll();
     scheduler.advance(PrivacyPermissions::between);
     EXPECT_EQ(scheduler.waiting(), 0U) << "nothing is looked at any more";
 }
 
-TEST_F(StartUpTest, TheWishForLessMotionIsFollowed) {
+TEST_F(StartUpTest, ReducedMotionIsFollowed) {
     launch();
     std::vector<bool> told;
     backend->followReducedMotion([&](bool reduced) { told.push_back(reduced); });
-    macdouble::setReducesMotion(true);
+    mac().setReducesMotion(true);
     EXPECT_THAT(told, ElementsAre(false, true));
-    macdouble::setReducesMotion(false);
+}
+
+TEST_F(StartUpTest, ThePageHasOnePlaceWhichSaysWhenItHasStopped) {
+    launch();
+    const WebView::Source source = backend->pageSource();
+    const std::unique_ptr<QWidget> place(source.engineWidget());
+    EXPECT_EQ(source.engineWidget(), place.get());
+    EXPECT_TRUE(source.trouble().isEmpty());
+    WKWebView* const view = static_cast<WKWebView*>(static_cast<WebKitPage&>(source.page).nativeView());
+    [[view navigationDelegate] webViewWebContentProcessDidTerminate:view];
+    EXPECT_FALSE(source.trouble().isEmpty());
+}
+
+TEST(BackendTest, PreparesTheProcess) {
+    EXPECT_TRUE(backend::prepareToStart());
+    EXPECT_EQ(qgetenv("QT_MAC_DISABLE_FOREGROUND_APPLICATION_TRANSFORM"), "1");
+    EXPECT_EQ(qgetenv("QT_MAC_SET_RAISE_PROCESS"), "0");
+
+    // A settings file that was named is the one that is written.
+    const std::filesystem::path folder = getenv("VANTOR_DEFAULTS_OF_TESTS");
+    const auto file = folder / "settings.json";
+    EXPECT_EQ(backend::makeDefaults(file.string(), nullptr)->setValue("test.file", true), Defaults::Verdict::stored);
+    EXPECT_TRUE(std::filesystem::exists(file));
+    EXPECT_EQ(backend::makeDefaults(std::nullopt, nullptr)->value("test.file"), std::nullopt);
+
+    // The player's own fonts are made known, so that they count as known.
+    std::filesystem::create_directories(folder / "vantor/fonts");
+    std::ofstream(folder / "vantor/fonts/own.ttf", std::ios::binary) << std::string_view("\0\1\0\0rest", 8);
+    backend::registerScriptFonts();
+    EXPECT_EQ(mac().fonts.size(), 1U);
 }
 
 }  // namespace

@@ -3,9 +3,5 @@
 
 #import <CoreFoundation/CoreFoundation.h>
 
-extern "C" {
-
-extern const CFStringRef kAXTrustedCheckOptionPrompt;
-
-Boolean AXIsProcessTrustedWithOptions(CFDictionaryRef options);
-}
+extern "C" const CFStringRef kAXTrustedCheckOptionPrompt;
+extern "C" Boolean AXIsProcessTrustedWithOptions(CFDictionaryRef options);

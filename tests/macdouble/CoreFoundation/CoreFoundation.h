@@ -17,9 +17,7 @@ typedef struct __CFError* CFErrorRef;
 
 extern "C" {
 
-// Constants for whoever uses them; the double fills them in when it is loaded.
-extern CFBooleanRef kCFBooleanTrue;
-extern CFBooleanRef kCFBooleanFalse;
+extern CFBooleanRef kCFBooleanTrue, kCFBooleanFalse;
 extern const CFStringRef kCFBundleNameKey;
 
 void CFRelease(CFTypeRef object);

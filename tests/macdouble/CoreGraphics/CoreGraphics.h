@@ -3,36 +3,20 @@
 
 #import <CoreFoundation/CoreFoundation.h>
 
-#include <cstdint>
-
 typedef struct __CGEvent* CGEventRef;
 typedef struct __CGEventSource* CGEventSourceRef;
 typedef uint16_t CGKeyCode;
 typedef uint64_t CGEventFlags;
 
-typedef enum : uint32_t {
-    kCGEventKeyDown = 10,
-    kCGEventKeyUp = 11,
-    kCGEventFlagsChanged = 12,
-} CGEventType;
-
-typedef enum : uint32_t {
-    kCGHIDEventTap = 0,
-    kCGSessionEventTap = 1,
-    kCGAnnotatedSessionEventTap = 2,
-} CGEventTapLocation;
-
-typedef enum : uint32_t {
-    kCGEventSourceUserData = 42,
-} CGEventField;
+enum CGEventType : uint32_t { kCGEventKeyDown = 10, kCGEventKeyUp = 11, kCGEventFlagsChanged = 12 };
+enum CGEventTapLocation : uint32_t { kCGHIDEventTap = 0 };
+enum CGEventField : uint32_t { kCGEventSourceUserData = 42 };
 
 extern "C" {
 
 CGEventRef CGEventCreateKeyboardEvent(CGEventSourceRef source, CGKeyCode virtualKey, bool keyDown);
 void CGEventSetType(CGEventRef event, CGEventType type);
-CGEventType CGEventGetType(CGEventRef event);
 void CGEventSetFlags(CGEventRef event, CGEventFlags flags);
-CGEventFlags CGEventGetFlags(CGEventRef event);
 void CGEventSetIntegerValueField(CGEventRef event, CGEventField field, int64_t value);
 int64_t CGEventGetIntegerValueField(CGEventRef event, CGEventField field);
 void CGEventPost(CGEventTapLocation tap, CGEventRef event);

@@ -7,6 +7,7 @@ typedef int OSStatus;
 
 enum : OSStatus {
     errSecSuccess = 0,
+    errSecParam = -50,
     errSecUserCanceled = -128,
     errSecNotAvailable = -25291,
     errSecAuthFailed = -25293,
@@ -17,13 +18,8 @@ enum : OSStatus {
 
 extern "C" {
 
-extern const CFStringRef kSecClass;
-extern const CFStringRef kSecClassGenericPassword;
-extern const CFStringRef kSecAttrAccount;
-extern const CFStringRef kSecValueData;
-extern const CFStringRef kSecReturnData;
-extern const CFStringRef kSecMatchLimit;
-extern const CFStringRef kSecMatchLimitOne;
+extern const CFStringRef kSecClass, kSecClassGenericPassword, kSecAttrAccount, kSecValueData;
+extern const CFStringRef kSecReturnData, kSecMatchLimit, kSecMatchLimitOne;
 
 // The caller releases the result.
 OSStatus SecItemCopyMatching(CFDictionaryRef query, CFTypeRef* result);

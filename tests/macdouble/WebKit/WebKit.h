@@ -1,59 +1,30 @@
 #pragma once
 // What is used of the system's web view, as its public documentation declares it.
 
-#import <AppKit/NSView.h>
-#import <CoreFoundation/CoreFoundation.h>
-#import <Foundation/Foundation.h>
+#import <AppKit/AppKit.h>
 
 typedef struct __SecTrust* SecTrustRef;
 
-typedef enum : NSInteger {
-    WKUserScriptInjectionTimeAtDocumentStart = 0,
-    WKUserScriptInjectionTimeAtDocumentEnd = 1,
-} WKUserScriptInjectionTime;
+enum WKUserScriptInjectionTime : NSInteger { WKUserScriptInjectionTimeAtDocumentEnd = 1 };
+enum WKNavigationActionPolicy : NSInteger { WKNavigationActionPolicyCancel, WKNavigationActionPolicyAllow };
+enum WKNavigationType : NSInteger { WKNavigationTypeLinkActivated = 0, WKNavigationTypeOther = -1 };
 
-typedef enum : NSInteger {
-    WKNavigationActionPolicyCancel = 0,
-    WKNavigationActionPolicyAllow = 1,
-} WKNavigationActionPolicy;
-
-typedef enum : NSInteger {
-    WKNavigationTypeLinkActivated = 0,
-    WKNavigationTypeFormSubmitted = 1,
-    WKNavigationTypeBackForward = 2,
-    WKNavigationTypeReload = 3,
-    WKNavigationTypeFormResubmitted = 4,
-    WKNavigationTypeOther = -1,
-} WKNavigationType;
-
-@class WKNavigation;
-@class WKWebView;
-@class WKWindowFeatures;
+@class WKNavigation, WKWebView, WKWindowFeatures;
 
 @interface WKUserScript : NSObject {
-    NSString* source_;
-    WKUserScriptInjectionTime injectionTime_;
-    BOOL forMainFrameOnly_;
+    NSString* text_;
 }
 - (instancetype)initWithSource:(NSString*)source
                  injectionTime:(WKUserScriptInjectionTime)injectionTime
               forMainFrameOnly:(BOOL)forMainFrameOnly;
-@property(readonly, copy) NSString* source;
-@property(readonly) WKUserScriptInjectionTime injectionTime;
-@property(readonly, getter=isForMainFrameOnly) BOOL forMainFrameOnly;
 @end
 
-@interface WKUserContentController : NSObject {
-    NSMutableArray* userScripts_;
-}
+@interface WKUserContentController : NSObject
 - (void)addUserScript:(WKUserScript*)userScript;
-@property(readonly, copy) NSArray* userScripts;
 @end
 
-@interface WKWebViewConfiguration : NSObject <NSCopying> {
-    WKUserContentController* userContentController_;
-}
-@property(retain) WKUserContentController* userContentController;
+@interface WKWebViewConfiguration : NSObject
+@property(readonly) WKUserContentController* userContentController;
 @end
 
 @interface WKFrameInfo : NSObject {
@@ -67,7 +38,7 @@ typedef enum : NSInteger {
     WKNavigationType navigationType_;
     NSURLRequest* request_;
 }
-@property(readonly, copy) WKFrameInfo* targetFrame;
+@property(readonly, retain) WKFrameInfo* targetFrame;
 @property(readonly) WKNavigationType navigationType;
 @property(readonly, copy) NSURLRequest* request;
 @end
@@ -94,26 +65,21 @@ typedef enum : NSInteger {
     id<WKUIDelegate> uiDelegate_;
     NSString* title_;
     NSURL* url_;
-    BOOL loading_;
     double estimatedProgress_;
-    BOOL hasOnlySecureContent_;
     SecTrustRef serverTrust_;
-    BOOL canGoBack_;
-    BOOL canGoForward_;
+    BOOL loading_, hasOnlySecureContent_, canGoBack_, canGoForward_, drawsBackground_;
 }
 - (instancetype)initWithFrame:(NSRect)frame configuration:(WKWebViewConfiguration*)configuration;
 - (WKNavigation*)loadRequest:(NSURLRequest*)request;
 - (WKNavigation*)goBack;
 - (WKNavigation*)goForward;
-@property(readonly, copy) WKWebViewConfiguration* configuration;
+@property(readonly) WKWebViewConfiguration* configuration;
 @property(assign) id<WKNavigationDelegate> navigationDelegate;
 @property(assign) id<WKUIDelegate> UIDelegate;
 @property(readonly, copy) NSString* title;
 @property(readonly, copy) NSURL* URL;
 @property(readonly, getter=isLoading) BOOL loading;
 @property(readonly) double estimatedProgress;
-@property(readonly) BOOL hasOnlySecureContent;
+@property(readonly) BOOL hasOnlySecureContent, canGoBack, canGoForward;
 @property(readonly) SecTrustRef serverTrust;
-@property(readonly) BOOL canGoBack;
-@property(readonly) BOOL canGoForward;
 @end

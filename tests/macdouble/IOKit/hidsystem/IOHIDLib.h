@@ -4,11 +4,7 @@
 #include <cstdint>
 
 enum IOHIDRequestType : uint32_t { kIOHIDRequestTypePostEvent, kIOHIDRequestTypeListenEvent };
-
 enum IOHIDAccessType : uint32_t { kIOHIDAccessTypeGranted, kIOHIDAccessTypeDenied, kIOHIDAccessTypeUnknown };
 
-extern "C" {
-
-IOHIDAccessType IOHIDCheckAccess(IOHIDRequestType requestType);
-bool IOHIDRequestAccess(IOHIDRequestType requestType);
-}
+extern "C" IOHIDAccessType IOHIDCheckAccess(IOHIDRequestType requestType);
+extern "C" bool IOHIDRequestAccess(IOHIDRequestType requestType);

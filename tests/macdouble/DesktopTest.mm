@@ -1,0 +1,227 @@
+// The desktop: floating windows, screens, the application in front, the status bar, reduced motion.
+
+#include <gmock/gmock.h>
+
+#include "Mac.h"
+#include "platform/macos/NativeOverlayWindows.h"
+#include "platform/macos/ReducedMotion.h"
+#include "platform/macos/SharedWorkspace.h"
+#include "platform/macos/StatusBarItem.h"
+#include "platform/macos/SystemScreens.h"
+
+namespace vantor {
+namespace {
+
+using macdouble::done;
+using macdouble::mac;
+using testing::ElementsAre;
+using testing::UnorderedElementsAre;
+
+// As the toolkit writes it with each change of a window's flags: closable, miniaturizable, resizable and small.
+constexpr NSWindowStyleMask ofToolkit = 30;
+
+ToolkitView* viewIn(NSWindow* window) { return [[[ToolkitView alloc] initInWindow:window] autorelease]; }
+
+// What a player notices of a prepared window.
+std::string look(NSWindow* window, WindowNature nature) {
+    ToolkitView* const view = viewIn(window);
+    [window setStyleMask:ofToolkit];
+    NativeOverlayWindows().prepare(reinterpret_cast<NativeWindow>(view), nature);
+    std::string found = "style " + std::to_string([window styleMask]);
+    [window setStyleMask:ofToolkit];
+    found += ", then " + std::to_string([window styleMask]);
+    const auto add = [&found](bool holds, const char* text) { found += holds ? std::string(", ") + text : ""; };
+    add([[window backgroundColor] alphaComponent] == 0, "clear");
+    add(![window isOpaque], "see-through");
+    add(![window hasShadow], "without shadow");
+    add([window titleVisibility] == NSWindowTitleHidden && [window titlebarAppearsTransparent], "without title");
+    int shown = 0;
+    for (NSUInteger button = 0; button < 3; ++button)
+        shown += [[window standardWindowButton:static_cast<NSWindowButton>(button)] isHidden] == NO;
+    add(shown == 0, "without buttons");
+    add([window collectionBehavior] == NSWindowCollectionBehaviorMoveToActiveSpace, "follows");
+    add(![window hidesOnDeactivate], "stays");
+    add([window isMovableByWindowBackground] && ![view mouseDownCanMoveWindow], "moved by its background alone");
+    add([window level] == 1000, "raised");
+    add([window centered], "centred");
+    add([window isKindOfClass:[ActivationWindow class]] && [(ActivationWindow*)window preventsActivation], "inactive");
+    return found;
+}
+
+TEST(WindowsTest, EachNatureHasItsLook) {
+    const std::pair<WindowNature, const char*> looks[] = {
+        {WindowNature::overlay, "style 30, then 30, clear, see-through, without shadow, without title, without "
+                                "buttons, follows, stays, moved by "
+                                "its background alone"},
+        {WindowNature::nonActivating,
+         "style 0, then 0, clear, follows, stays, moved by its background alone, centred, inactive"},
+        {WindowNature::floating, "style 0, then 0, clear, follows, stays"},
+        {WindowNature::popup, "style 0, then 0, clear, follows, stays, centred"},
+        {WindowNature::raisedPopup, "style 0, then 0, clear, follows, stays, raised, centred"},
+    };
+    for (const auto& [nature, expected] : looks)
+        EXPECT_EQ(look([[[ActivationWindow alloc] init] autorelease], nature), expected);
+    // Without the system's own way only a panel can be non-activating.
+    EXPECT_EQ(look([[[NSPanel alloc] init] autorelease], WindowNature::nonActivating),
+              "style 128, then 128, clear, follows, stays, moved by its background alone, centred");
+    EXPECT_TRUE([[[[NSView alloc] initWithFrame:NSZeroRect] autorelease] mouseDownCanMoveWindow])
+        << "views of other kinds are as they were";
+}
+
+TEST(WindowsTest, FramesAreTheSystemsToKeepAndWindowsToOrderIn) {
+    const auto native = reinterpret_cast<NativeWindow>(viewIn([[[NSWindow alloc] init] autorelease]));
+    NativeOverlayWindows windows;
+    EXPECT_TRUE(windows.keepFrame(native, "WatchedEvents"));
+    EXPECT_FALSE(windows.keepFrame(native, "taken")) << "so that the program keeps it";
+    (void)windows.keepFrame(native, "\xFF");
+    windows.orderFront(native);
+    EXPECT_THAT(done(),
+                ElementsAre("frame kept as WatchedEvents", "frame kept as taken", "frame kept as ", "key and front"));
+}
+
+TEST(ScreensTest, CountDownFromTheFirstOnesTop) {
+    const SystemScreens screens;
+    // The second stands left of the first, 100 points higher.
+    mac().screens = {NSMakeRect(0, 0, 1440, 900), NSMakeRect(-1920, -80, 1920, 1080)};
+    mac().mainScreen = 1;
+    EXPECT_THAT(screens.all(), ElementsAre(Screen{{-1920, -100, 1920, 1080}, {}}, Screen{{0, 0, 1440, 900}, {}}));
+    mac().mainScreen.reset();
+    EXPECT_THAT(screens.all(), ElementsAre(Screen{{0, 0, 1440, 900}, {}}, Screen{{-1920, -100, 1920, 1080}, {}}));
+    mac().screens.clear();
+    ASSERT_EQ(screens.all().size(), 1U) << "never none";
+    EXPECT_GT(screens.all()[0].frame.width * screens.all()[0].frame.height, 0) << "there is room on it";
+}
+
+TEST(WorkspaceTest, TellsWhoIsInFrontAtOnceAndAtEachChangeUntilItEnds) {
+    SharedWorkspace workspace;
+    std::vector<std::string> seen;
+    mac().setFrontmost("org.example.Game");
+    auto watching =
+        workspace.observeFrontmostApplication([&](const std::string& identifier) { seen.push_back(identifier); });
+    EXPECT_THAT(seen, ElementsAre("org.example.Game")) << "before it returned";
+    mac().setFrontmost("orvendel.Vantor");
+    mac().setFrontmost("");
+    mac().setFrontmost("org.example.Game");
+    mac().setFrontmost(std::nullopt);
+    EXPECT_THAT(seen, ElementsAre("org.example.Game", "orvendel.Vantor", "", "org.example.Game", ""));
+
+    // One may end while it tells; not yet handed out, it goes on.
+    Subscription ending;
+    ending = workspace.observeFrontmostApplication([&](const std::string& identifier) {
+        ending.reset();
+        seen.push_back("ending " + identifier);
+    });
+    seen.clear();
+    mac().setFrontmost("last");
+    mac().setFrontmost("later");
+    EXPECT_THAT(seen, UnorderedElementsAre("ending last", "last", "later"));
+    watching.reset();
+    mac().setFrontmost("unheard");
+    EXPECT_EQ(seen.size(), 3U);
+}
+
+TEST(WorkspaceTest, NamesAnApplicationByItsBundle) {
+    const SharedWorkspace workspace;
+    mac().bundle = "org.example.Game";
+    mac().bundleName = @"The Gäme";
+    EXPECT_EQ(workspace.displayName("org.example.Game"), "The Gäme");
+    for (const char* other : {"org.example.Other", "", "\xff"}) EXPECT_EQ(workspace.displayName(other), std::nullopt);
+    for (const id name : {(id)nil, (id)[NSNumber numberWithInt:1]}) {
+        mac().bundleName = name;
+        EXPECT_EQ(workspace.displayName("org.example.Game"), std::nullopt);
+    }
+}
+
+TEST(ReducedMotionTest, IsToldAtOnceAndAtEachChangeUntilItEnds) {
+    std::vector<bool> told;
+    mac().setReducesMotion(true);
+    Subscription following;
+    following = observeReducedMotion([&](bool reduced) {
+        if (told.size() == 2) following.reset();
+        told.push_back(reduced);
+    });
+    EXPECT_THAT(told, ElementsAre(true));
+    for (const bool reduces : {false, true, false}) mac().setReducesMotion(reduces);
+    EXPECT_THAT(told, ElementsAre(true, false, true));
+}
+
+class StatusBarTest : public testing::Test {
+protected:
+    MenuEntry entry(const std::string& title, bool enabled = true) {
+        return {
+            .title = title, .enabled = enabled, .action = [this, title] { chosen.push_back(title); }, .submenu = {}};
+    }
+    // A menu as the program has it.
+    void setMenu(StatusBarItem& item) {
+        MenuEntry logins{.title = "Fill credentials", .action = {}, .submenu = {}};
+        logins.submenu = {entry("anna"), {.title = "No accounts found", .action = {}, .submenu = {}}};
+        item.setMenu("Vantor", {entry("Enable"),
+                                logins,
+                                {.kind = MenuEntry::Kind::separator, .title = {}, .action = {}, .submenu = {}},
+                                entry("Quit", false)});
+    }
+    static NSStatusItem* shown() { return [mac().statusItems lastObject]; }
+    static NSMenuItem* at(NSInteger position) { return [[shown() menu] itemAtIndex:position]; }
+    static std::string text(NSMenu* menu) {
+        EXPECT_FALSE([menu autoenablesItems]);
+        std::string all;
+        for (NSInteger each = 0; each < [menu numberOfItems]; ++each) {
+            NSMenuItem* const item = [menu itemAtIndex:each];
+            all += std::string([[item title] UTF8String]) + ([item isEnabled] ? ";" : " (disabled);");
+            if ([item submenu]) all += " (" + text([item submenu]) + ")";
+        }
+        return all;
+    }
+
+    std::vector<std::string> chosen;
+};
+
+TEST_F(StatusBarTest, IsOneSquareItemWithItsImageScaledDown) {
+    {
+        StatusBarItem item;
+        item.setTitle(0, "of no entry");
+        EXPECT_EQ([mac().statusItems count], 0U) << "before there is a menu";
+        for (int time = 0; time < 2; ++time) item.setMenu("Vantor", {});
+        ASSERT_EQ([mac().statusItems count], 1U);
+        EXPECT_EQ([shown() length], -2);
+        EXPECT_TRUE([[shown() button] image] && ![[shown() button] title]);
+        EXPECT_EQ([[shown() button] imageScaling], NSImageScaleProportionallyDown);
+    }
+    EXPECT_EQ([mac().statusItems count], 0U);
+    mac().bundleHasImage = false;
+    StatusBarItem bare;
+    bare.setMenu("Vantor", {});
+    EXPECT_STREQ([[[shown() button] title] UTF8String], "Vantor");
+}
+
+TEST_F(StatusBarTest, ShowsTheEntriesAndRunsWhatIsChosen) {
+    StatusBarItem item;
+    setMenu(item);
+    item.setTitle(0, "Disable");
+    item.setTitle(4, "beyond the end");
+    EXPECT_EQ(text([shown() menu]), "Disable;Fill credentials; (anna;No accounts found (disabled);)-;Quit (disabled);");
+    EXPECT_TRUE([at(2) isSeparatorItem]);
+    EXPECT_TRUE(mac().choose([[at(1) submenu] itemAtIndex:0]));
+    EXPECT_FALSE(mac().choose([[at(1) submenu] itemAtIndex:1]));
+    EXPECT_FALSE(mac().choose(at(3)));
+    EXPECT_THAT(chosen, ElementsAre("anna"));
+
+    // An entry that replaces its own menu.
+    item.setMenu("Vantor", {{.title = "replace",
+                             .action =
+                                 [&, word = std::string("a word of its own, which went with the menu")] {
+                                     item.setMenu("Vantor", {});
+                                     chosen.push_back(word);
+                                 },
+                             .submenu = {}}});
+    NSMenuItem* first = nil;
+    @autoreleasepool {
+        first = at(0);
+    }
+    EXPECT_TRUE(mac().choose(first));
+    EXPECT_EQ(chosen.size(), 2U);
+    EXPECT_EQ([[shown() menu] numberOfItems], 0);
+}
+
+}  // namespace
+}  // namespace vantor

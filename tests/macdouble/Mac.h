@@ -1,0 +1,100 @@
+#pragma once
+// The Mac of a test: what a test sets up, what a player does there, and what is to be seen of it afterwards. Anew for
+// each test.
+
+#import <AppKit/AppKit.h>
+#import <IOKit/hidsystem/IOHIDLib.h>
+#import <Security/Security.h>
+#import <WebKit/WebKit.h>
+
+#include <functional>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+// A window of a system that knows of activation; and the view of a toolkit, of a class of its own, in a window.
+@interface ActivationWindow : NSWindow {
+    BOOL preventsActivation_;
+}
+@property(readonly) BOOL preventsActivation;
+@end
+@interface ToolkitView : NSView {
+    NSWindow* window_;
+}
+- (id)initInWindow:(NSWindow*)window;
+@end
+
+@interface NSWindow ()
+@property(readonly) BOOL centered;
+@end
+@interface NSWorkspace ()
+@property(retain) NSRunningApplication* frontmostApplication;
+@end
+@interface NSRunningApplication ()
+@property(copy) NSString* bundleIdentifier;
+@end
+
+// A page as its engine changes it.
+@interface WKWebView ()
+@property(copy) NSString* title;
+@property(getter=isLoading) BOOL loading;
+@property double estimatedProgress;
+@property BOOL hasOnlySecureContent, canGoBack, canGoForward, drawsBackground;
+- (void)changeURL:(NSURL*)url;
+- (void)changeServerTrust:(SecTrustRef)trust;
+@end
+@interface WKNavigationAction ()
+@property(retain) WKFrameInfo* targetFrame;  // nil for a window of its own
+@property WKNavigationType navigationType;
+@property(copy) NSURLRequest* request;
+@end
+@interface WKFrameInfo ()
+@property(getter=isMainFrame) BOOL mainFrame;
+@end
+
+namespace macdouble {
+
+struct Mac {
+    // What reached others than Vantor, in order: posted keys, questions to the player, loaded pages.
+    std::vector<std::string> done;
+    // What the player has allowed.
+    bool trusted = true;
+    IOHIDAccessType listening = kIOHIDAccessTypeGranted;
+    bool refusesEvents = false;
+    int madeEvents = 0;
+    CGEventRef lastPosted = nullptr;
+
+    std::string bundle;  // the one that is found, and the name in it; nil for one without
+    id bundleName = nil;
+    bool bundleHasImage = true;
+    NSInteger activationPolicy = 0;
+    bool reducesMotion = false;
+    std::vector<NSRect> screens;  // as the system counts, upwards
+    std::optional<std::size_t> mainScreen;
+    NSMutableArray* statusItems = [NSMutableArray array];
+
+    std::set<std::string> fonts;  // of this process
+    NSMutableArray* keychainItems = [NSMutableArray array];
+    OSStatus copyStatus = errSecSuccess;  // in place of what the items say
+    OSStatus deleteStatus = errSecSuccess;
+    std::function<void()> beforeCopying;  // as long as the player is being asked
+
+    void setFrontmost(std::optional<std::string> identifier);  // an empty text: an application without an identifier
+    void setReducesMotion(bool reduces);                       // with the notice of a change
+    // A key of the hardware, to a window of ours or to another application; whether the window gets it.
+    bool press(CGEventType type, CGKeyCode keyCode, CGEventFlags flags, bool here);
+    // The same of the event that was posted last.
+    bool hearPosted(bool here);
+    // Only what is enabled can be chosen.
+    bool choose(NSMenuItem* item);
+    // Of a view at a place in it, from 0 to 1.
+    double darkness(NSView* view, NSPoint place);
+};
+
+Mac& mac();
+void note(std::string call);
+// What was done since it was asked last.
+std::vector<std::string> done();
+
+}  // namespace macdouble

@@ -1,0 +1,126 @@
+// What the system keeps for all programs: permissions, keychain, pasteboard and fonts.
+
+#import <ApplicationServices/ApplicationServices.h>
+#import <CoreText/CoreText.h>
+
+#include "Mac.h"
+
+using macdouble::mac;
+using macdouble::note;
+
+CFBooleanRef kCFBooleanTrue, kCFBooleanFalse;
+const CFStringRef kCFBundleNameKey = (CFStringRef) @"CFBundleName";
+const CFStringRef kAXTrustedCheckOptionPrompt = (CFStringRef) @"kAXTrustedCheckOptionPrompt";
+const CFStringRef kSecClass = (CFStringRef) @"kSecClass";
+const CFStringRef kSecClassGenericPassword = (CFStringRef) @"kSecClassGenericPassword";
+const CFStringRef kSecAttrAccount = (CFStringRef) @"kSecAttrAccount";
+const CFStringRef kSecValueData = (CFStringRef) @"kSecValueData";
+const CFStringRef kSecReturnData = (CFStringRef) @"kSecReturnData";
+const CFStringRef kSecMatchLimit = (CFStringRef) @"kSecMatchLimit";
+const CFStringRef kSecMatchLimitOne = (CFStringRef) @"kSecMatchLimitOne";
+NSPasteboardType const NSPasteboardTypeString = @"public.utf8-plain-text";
+
+void CFRelease(CFTypeRef object) { [(id)object release]; }
+
+// Numbers can be made only once the runtime knows their classes.
+@interface CoreFoundationStart : NSObject
+@end
+
+@implementation CoreFoundationStart
++ (void)load {
+    NSAutoreleasePool* const pool = [[NSAutoreleasePool alloc] init];
+    kCFBooleanTrue = (CFBooleanRef)[[NSNumber numberWithBool:YES] retain];
+    kCFBooleanFalse = (CFBooleanRef)[[NSNumber numberWithBool:NO] retain];
+    [pool release];
+}
+@end
+
+Boolean AXIsProcessTrustedWithOptions(CFDictionaryRef options) {
+    if ([[(NSDictionary*)options objectForKey:(NSString*)kAXTrustedCheckOptionPrompt] boolValue])
+        note("ask for accessibility");
+    return mac().trusted;
+}
+
+// The other kind of request is another permission, which nothing here needs.
+IOHIDAccessType IOHIDCheckAccess(IOHIDRequestType requestType) {
+    return requestType == kIOHIDRequestTypeListenEvent ? mac().listening : kIOHIDAccessTypeDenied;
+}
+
+bool IOHIDRequestAccess(IOHIDRequestType requestType) {
+    note(requestType == kIOHIDRequestTypeListenEvent ? "ask for listening" : "ask for posting");
+    return false;
+}
+
+// Every item that has what the query names.
+static NSArray* matching(CFDictionaryRef query) {
+    NSMutableArray* const found = [NSMutableArray array];
+    for (NSDictionary* item in mac().keychainItems) {
+        bool same = true;
+        for (id key in @[ (id)kSecClass, (id)kSecAttrAccount ]) {
+            const id wanted = [(NSDictionary*)query objectForKey:key];
+            if (wanted && ![wanted isEqual:[item objectForKey:key]]) same = false;
+        }
+        if (same) [found addObject:item];
+    }
+    return found;
+}
+
+OSStatus SecItemCopyMatching(CFDictionaryRef query, CFTypeRef* result) {
+    if (mac().beforeCopying) mac().beforeCopying();
+    if (mac().copyStatus != errSecSuccess) return mac().copyStatus;
+    NSArray* const items = matching(query);
+    if ([items count] == 0) return errSecItemNotFound;
+    if ([(NSDictionary*)query objectForKey:(id)kSecReturnData] == (id)kCFBooleanTrue)
+        *result = [[[items objectAtIndex:0] objectForKey:(id)kSecValueData] retain];
+    return errSecSuccess;
+}
+
+OSStatus SecItemAdd(CFDictionaryRef attributes, CFTypeRef*) {
+    if (![(NSDictionary*)attributes objectForKey:(id)kSecClass]) return errSecParam;
+    if ([matching(attributes) count] > 0) return errSecDuplicateItem;
+    [mac().keychainItems addObject:[[(NSDictionary*)attributes copy] autorelease]];
+    return errSecSuccess;
+}
+
+OSStatus SecItemDelete(CFDictionaryRef query) {
+    if (mac().deleteStatus != errSecSuccess) return mac().deleteStatus;
+    NSArray* const items = matching(query);
+    [mac().keychainItems removeObjectsInArray:items];
+    return [items count] > 0 ? errSecSuccess : errSecItemNotFound;
+}
+
+// Takes a text only from whoever has cleared it.
+@implementation NSPasteboard
++ (NSPasteboard*)generalPasteboard {
+    static NSPasteboard* const general = [[NSPasteboard alloc] init];
+    return general;
+}
+- (NSInteger)clearContents {
+    [contents_ release];
+    contents_ = [[NSMutableDictionary alloc] init];
+    return 1;
+}
+- (BOOL)setString:(NSString*)string forType:(NSPasteboardType)dataType {
+    if ([contents_ count] > 0) return NO;
+    [contents_ setObject:string forKey:dataType];
+    return contents_ != nil;
+}
+- (NSString*)stringForType:(NSPasteboardType)dataType {
+    return [contents_ objectForKey:dataType];
+}
+@end
+
+// Knows each file once, and takes one that begins as a font does, for this process.
+bool CTFontManagerRegisterFontsForURL(CFURLRef fontURL, CTFontManagerScope scope, CFErrorRef* error) {
+    NSString* const path = [(NSURL*)fontURL path];
+    NSData* const bytes = [NSData dataWithContentsOfFile:path];
+    CFIndex failure = 0;
+    if (!bytes)
+        failure = kCTFontManagerErrorFileNotFound;
+    else if ([bytes length] < 4 || memcmp([bytes bytes], "\0\1\0\0", 4) != 0 || scope != kCTFontManagerScopeProcess)
+        failure = kCTFontManagerErrorUnrecognizedFormat;
+    else if (!mac().fonts.insert([path UTF8String]).second)
+        failure = kCTFontManagerErrorAlreadyRegistered;
+    if (failure != 0) *error = (CFErrorRef)[[NSError alloc] initWithDomain:@"fonts" code:failure userInfo:nil];
+    return failure == 0;
+}
