@@ -144,6 +144,22 @@ TEST_F(WorkspaceTest, ReportsTheFrontmostApplicationAtOnceAndAtEachChange) {
     EXPECT_EQ(seen.size(), count);
 }
 
+TEST_F(WorkspaceTest, HearsOnAfterTheRootWindowWasNamedTheActiveOne) {
+    OtherApplication game({});
+    std::vector<std::string> seen;
+    auto subscription = workspace_.observeFrontmostApplication([&](const std::string& each) { seen.push_back(each); });
+    const auto name = [&](xcb_window_t window) {
+        server_->setNumbers(server_->root(), server_->atoms().netActiveWindow, XCB_ATOM_WINDOW, {window});
+        server_->flush();
+    };
+    for (int round = 0; round < 2; ++round) {
+        ASSERT_TRUE(comesTrue([&] { return seen.back() == gameIdentifier; })) << round;
+        name(server_->root());
+        ASSERT_TRUE(comesTrue([&] { return seen.back().empty(); })) << round;
+        name(game.window());
+    }
+}
+
 TEST_F(WorkspaceTest, SwitchingBetweenOurWindowAndTheGameNeverReportsAnythingElse) {
     OtherApplication game({});
     ASSERT_TRUE(comesTrue([&] { return isActive(game.window()); }));

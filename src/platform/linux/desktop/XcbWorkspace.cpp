@@ -122,7 +122,8 @@ void XcbWorkspace::drain() {
 void XcbWorkspace::refresh() {
     auto active = desktop_->activeWindow();
     // Some window managers leave the last window's name there when it is gone and no other takes its place.
-    if (active != XCB_NONE && !desktop_->exists(active)) active = XCB_NONE;
+    // And some name the root window, which is no application and whose events this connection has chosen for itself.
+    if (active == desktop_->root() || (active != XCB_NONE && !desktop_->exists(active))) active = XCB_NONE;
     follow(active);
     if (isPanel(active)) {
         // Its menus are about the application below it, which stays the frontmost one while they are open.
