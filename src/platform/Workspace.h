@@ -22,7 +22,7 @@ public:
     // Hands the keyboard focus to the application that had it before Vantor, with Vantor's windows left in place.
     // Changes nothing when no window of Vantor has the focus. Never waits.
     virtual void hideAndUnhideWithoutActivation() = 0;
-    // Waits until no window of Vantor has the focus, dispatching nothing meanwhile. False when the time ran out.
+    // Waits until another application has the focus, dispatching nothing meanwhile. False when the time ran out.
     virtual bool awaitFocusReturned(std::chrono::milliseconds atMost) = 0;
 };
 
