@@ -79,13 +79,15 @@ int actOnFocusedApplication(const Operation& operation) {
     return 0;
 }
 
-// For the settings panel, which has the accounts at hand.
-std::vector<SystemCapability> systemCapabilities(backend::Backend& backend, const AccountsCredentials& credentials) {
+// For the settings panel, which has the accounts and the settings at hand.
+std::vector<SystemCapability> systemCapabilities(backend::Backend& backend, AppObserver& observer) {
     std::vector<SystemCapability> capabilities;
     for (const Capability& each : backend.capabilities()) {
-        capabilities.push_back(each.name == "keyring" ? keyringCapability(credentials)
-                                                      : plainCapability(each.name, each.present, each.advice));
-        capabilities.back().ask = backend.ask(each.name);
+        SystemCapability found = each.name == "keyring" ? keyringCapability(observer.credentials())
+                                                        : plainCapability(each.name, each.present, each.advice);
+        found.ask = backend.ask(each.name);
+        if (each.name == "clicks") found = clicksCapability(std::move(found), observer.defaults());
+        capabilities.push_back(std::move(found));
     }
     return capabilities;
 }
@@ -157,8 +159,7 @@ int start(int& argumentCount, char** arguments, const Overrides& overrides) {
          .supportData = embeddedSupportData(),
          .webPage = [&system] { return system->pageSource(); },
          .translator = [] { return scriptFonts(); },
-         .examineSystem = [&delegate,
-                           &system] { return systemCapabilities(*system, delegate->appObserver().credentials()); },
+         .examineSystem = [&delegate, &system] { return systemCapabilities(*system, delegate->appObserver()); },
          .openLink =
              [](const std::string& address) { QDesktopServices::openUrl(QUrl(QString::fromStdString(address))); },
          .menuEntries = [&delegate] { return delegate->menuEntries(); }});
@@ -185,6 +186,7 @@ int start(int& argumentCount, char** arguments, const Overrides& overrides) {
          .statusItem = system->statusItem(),
          .pasteboard = system->pasteboard(),
          .pause = pause,
+         .scheduler = scheduler,
          .keychain = system->keychain(),
          .makeWebPage = [&system] { return system->makeWebPage(); },
          .styleSheet = [] { return embedded(QStringLiteral(":/pages/wiki.css")); },
@@ -194,7 +196,7 @@ int start(int& argumentCount, char** arguments, const Overrides& overrides) {
         AppObserver& observer = appDelegate.appObserver();
         auto answer = answerRequest(
             line,
-            {.toggleApp = [&observer] { observer.toggleApp(); },
+            {.toggleApp = [&observer] { return observer.toggleApp(); },
              .isAccount =
                  [&observer](const std::string& name) { return observer.credentials().accounts().contains(name); },
              .fillCredentials = [&observer](const std::string& name) { observer.fillCredentials(name); },

@@ -9,6 +9,7 @@
 
 #include "accounts/AccountsCredentials.h"
 #include "app/ApiKeyCheck.h"
+#include "app/ClickFocus.h"
 #include "app/GameData.h"
 #include "app/GameFocus.h"
 #include "app/Tabs.h"
@@ -36,6 +37,7 @@ public:
         StatusItem& statusItem;
         Pasteboard& pasteboard;
         Pause& pause;
+        Scheduler& scheduler;
         Keychain& keychain;
         // Once, before any view.
         std::function<std::unique_ptr<WebPage>()> makeWebPage;
@@ -51,8 +53,8 @@ public:
 
     void setCurrentApplication(const std::string& identifier);
     void updateWindows();
-    // Enables or disables the overlay on the current application.
-    void toggleApp();
+    // Enables or disables the overlay on the current application. False where that is Vantor itself.
+    bool toggleApp();
 
     // The player's wish to see the main window.
     [[nodiscard]] bool visible() const { return visible_; }
@@ -75,10 +77,11 @@ public:
     [[nodiscard]] KeyMonitors& keyMonitors() { return needs_.keyMonitors; }
     [[nodiscard]] ApiKeyCheck::Needs apiKeyCheckNeeds() const;
     [[nodiscard]] const Clock& clock() const { return needs_.data.clock; }
-    [[nodiscard]] const std::string& addAppMenuItemTitle() const { return addAppMenuItemTitle_; }
+    [[nodiscard]] const ToggleEntry& addAppMenuItem() const { return addAppMenuItem_; }
 
 private:
-    void setVisible(bool visible);
+    // With the camera key where a hotkey asks for it.
+    void setVisible(bool visible, bool replayCamera = false);
     void dispatch(const KeyEvent& event);
     void replayActionCamera();
     void pasteClipboard();
@@ -97,9 +100,10 @@ private:
     GameData data_;
     WebViewStore webViewStore_;
     AccountsCredentials credentials_;
-    std::string addAppMenuItemTitle_ = "Allow on application";
+    ToggleEntry addAppMenuItem_{"Allow on application"};
     ClipboardManager clipboardManager_;
     Tabs tabs_;
+    ClickFocus clickFocus_;
     Subscription globalKeyUp_;
     Subscription globalKeyDown_;
     Subscription localKeyUp_;

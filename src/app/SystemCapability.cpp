@@ -4,6 +4,9 @@
 #include <array>
 #include <string_view>
 
+#include "app/EnabledApplications.h"
+#include "platform/Workspace.h"
+
 namespace vantor {
 
 namespace {
@@ -20,6 +23,8 @@ constexpr std::array plainWords{
     PlainWords{"posting", "Typing into the game", "works"},
     PlainWords{"layout", "Your keyboard's layout", "is known"},
     PlainWords{"frontmost application", "The game in front", "is recognised"},
+    PlainWords{"clicks", "Clicks into the overlay",
+               "arrive; while a full-screen game holds the pointer, open it with the hotkey"},
     PlainWords{"tray", "Status bar", "is there"},
     PlainWords{"keyring", "Keyring for account logins", "is there"},
     PlainWords{"fonts", "Coloured emotes", "can be drawn"},
@@ -34,6 +39,16 @@ SystemCapability plainCapability(const std::string& name, bool present, const st
     const auto* words = std::ranges::find(plainWords, name, &PlainWords::name);
     if (words == plainWords.end()) return {name, present, advice};
     return {std::string(words->what), present, present ? std::string(words->works) : advice};
+}
+
+SystemCapability clicksCapability(SystemCapability machine, Defaults& defaults) {
+    if (!machine.have || isApplicationEnabled(defaults, ownIdentifier)) return machine;
+    return {machine.what, false,
+            "do not arrive while a full-screen game holds the pointer: Vantor itself is not among the enabled "
+            "applications, and its windows would hide if it took the focus",
+            [&defaults] {
+                if (!isApplicationEnabled(defaults, ownIdentifier)) toggleApplication(defaults, ownIdentifier);
+            }};
 }
 
 SystemCapability keyringCapability(const AccountsCredentials& credentials) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "accounts/AccountsCredentials.h"
+#include "platform/Defaults.h"
 
 namespace vantor {
 
@@ -24,6 +25,10 @@ struct SystemCapability {
 // In plain words, of what the examination of the machine calls by its name, such as "raw keys". An unknown name stands
 // for itself.
 [[nodiscard]] SystemCapability plainCapability(const std::string& name, bool present, const std::string& advice);
+
+// Whether clicks reach the overlay by the settings too, in place of what the machine says of them. May be allowed by
+// the player where Vantor itself is not among the enabled applications.
+[[nodiscard]] SystemCapability clicksCapability(SystemCapability machine, Defaults& defaults);
 
 // Whether the logins are where they belong, in place of what the machine says of its keyring.
 [[nodiscard]] SystemCapability keyringCapability(const AccountsCredentials& credentials);

@@ -56,7 +56,7 @@ protected:
 
 TEST_F(StatusBarTest, IsOneSquareItemWithItsImageScaledDown) {
     EXPECT_EQ([macdouble::statusItems() count], 0U) << "before there is a menu";
-    item->setTitle(0, "of no entry");
+    item->setEntry(0, "of no entry", true);
     item->setMenu("Vantor", {});
     ASSERT_EQ([macdouble::statusItems() count], 1U);
     EXPECT_EQ([shown() length], -2);
@@ -113,10 +113,10 @@ TEST_F(StatusBarTest, RunsWhatIsChosen) {
 }
 
 TEST_F(StatusBarTest, RetitlesOneEntry) {
-    item->setTitle(0, "nobody has a menu yet");
+    item->setEntry(0, "nobody has a menu yet", true);
     item->setMenu("Vantor", entries({}));
-    item->setTitle(0, "Disable on Tyria");
-    item->setTitle(4, "beyond the end");
+    item->setEntry(0, "Disable on Tyria", true);
+    item->setEntry(4, "beyond the end", true);
     EXPECT_THAT(titles([shown() menu]), ElementsAre("Disable on Tyria", "Fill credentials", "-", "Quit"));
     EXPECT_TRUE(macdouble::choose(at(0)));
     EXPECT_THAT(chosen, ElementsAre("toggle"));

@@ -101,6 +101,15 @@ bool XcbWorkspace::awaitFocusReturned(std::chrono::milliseconds atMost) {
     return done;
 }
 
+PointerHold XcbWorkspace::pointerHold() const {
+    // The frontmost application is changing just now, and what holds the pointer may be what is left of the old one's.
+    if (desktop_->activeWindow() != active_ || !isFocused(active_)) return PointerHold::passing;
+    if (!desktop_->othersHoldPointer()) return PointerHold::none;
+    // A button that is down holds it for whoever was clicked. Menus and switchers hold the keyboard too.
+    const bool passing = desktop_->isButtonDown() || desktop_->othersHoldKeyboard();
+    return passing ? PointerHold::passing : PointerHold::lasting;
+}
+
 void XcbWorkspace::drain() {
     bool changed = false;
     while (const auto event = owned(xcb_poll_for_event(desktop_->connection()))) {

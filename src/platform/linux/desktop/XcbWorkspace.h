@@ -32,6 +32,7 @@ public:
     [[nodiscard]] std::optional<std::string> displayName(const std::string& identifier) const override;
     void hideAndUnhideWithoutActivation() override;
     bool awaitFocusReturned(std::chrono::milliseconds atMost) override;
+    [[nodiscard]] PointerHold pointerHold() const override;
 
 private:
     void drain();

@@ -18,6 +18,7 @@ namespace fs = std::filesystem;
 
 constexpr const char* rawKeys = "raw keys";
 constexpr const char* posting = "posting";
+constexpr const char* clicks = "clicks";
 
 bool isSet(const char* variable) {
     const char* value = std::getenv(variable);
@@ -79,6 +80,11 @@ std::vector<Capability> examineCapabilities(const OwnFiles& files) {
         "frontmost application",
         onDisplay([](const auto& it) { return it.managerSupports(it.atoms().netActiveWindow); }), "_NET_ACTIVE_WINDOW",
         "the game is not recognised: needs a window manager that keeps _NET_ACTIVE_WINDOW"));
+    capabilities.push_back(
+        capability(clicks, onDisplay([](const auto& it) { return it.managerSupports(it.atoms().netActiveWindow); }),
+                   "while a full-screen game holds the pointer, open the overlay with the hotkey: then they arrive",
+                   "they do not arrive while a full-screen game holds the pointer: needs a window manager that keeps "
+                   "_NET_ACTIVE_WINDOW"));
     const bool tray = onDisplay([](const auto& it) {
         const auto name = "_NET_SYSTEM_TRAY_S" + std::to_string(it.screen());
         return it.selectionHasOwner(internAtom(it.connection(), name));
