@@ -104,13 +104,14 @@ class Program:
 class Game(Program):
     """The stand-in game, or with another class any application; what it was given is read from its record."""
 
-    def __init__(self, binary, folder, *, scene="dark", window_class=None, size=None):
+    def __init__(self, binary, folder, *, scene="dark", window_class=None, size=None, holds_pointer=False):
         handle, name = tempfile.mkstemp(suffix=".jsonl", dir=folder)
         os.close(handle)
         self.record_file = Path(name)
         options = ["--scene", scene, "--record", self.record_file]
         options += ["--class", window_class] if window_class else []
         options += ["--size", size] if size else []
+        options += ["--hold-pointer"] if holds_pointer else []
         super().__init__(binary, *options)
         ready = self.line(r"^ready 0x")
         if not ready:
@@ -136,6 +137,9 @@ class Game(Program):
         press(*PASTE_KEYS)
         wait_until(lambda: any(event["code"] == SUPER_CODE for event in self.keys(seen, down=False)))
         return len(self.record())
+
+    def clicks(self):
+        return sum(1 for event in self.record() if event["event"] == "click")
 
     def has_focus(self):
         return active_window() == self.window

@@ -113,7 +113,8 @@ int start(int& argumentCount, char** arguments, const Overrides& overrides) {
          .translator = [] { return scriptFonts(); },
          .examineSystem =
              [&delegate, &system] {
-                 return systemCapabilities(system->capabilities(), delegate->appObserver().credentials(),
+                 AppObserver& observer = delegate->appObserver();
+                 return systemCapabilities(system->capabilities(), observer.credentials(), observer.defaults(),
                                            [&system](CapabilityKind kind) { return system->ask(kind); });
              },
          .openLink =
@@ -142,6 +143,7 @@ int start(int& argumentCount, char** arguments, const Overrides& overrides) {
          .statusItem = system->statusItem(),
          .pasteboard = system->pasteboard(),
          .pause = pause,
+         .scheduler = scheduler,
          .keychain = system->keychain(),
          .makeWebPage = [&system] { return system->makeWebPage(); },
          .styleSheet = [] { return embedded(QStringLiteral(":/pages/wiki.css")); },
@@ -151,7 +153,7 @@ int start(int& argumentCount, char** arguments, const Overrides& overrides) {
         AppObserver& observer = appDelegate.appObserver();
         auto answer = answerRequest(
             line,
-            {.toggleApp = [&observer] { observer.toggleApp(); },
+            {.toggleApp = [&observer] { return observer.toggleApp(); },
              .isAccount =
                  [&observer](const std::string& name) { return observer.credentials().accounts().contains(name); },
              .fillCredentials = [&observer](const std::string& name) { observer.fillCredentials(name); },

@@ -1,5 +1,6 @@
 #include "GameWindow.h"
 
+#include <QtGui/QScreen>
 #include <cstdio>
 
 namespace game {
@@ -32,9 +33,15 @@ void GameWindow::keyPressEvent(QKeyEvent* event) {
 
 void GameWindow::keyReleaseEvent(QKeyEvent* event) { recorder_.key(*event, false); }
 
-void GameWindow::focusInEvent(QFocusEvent*) { recorder_.focus(true); }
+void GameWindow::focusInEvent(QFocusEvent*) {
+    recorder_.focus(true);
+    if (clip_ && isFullScreen()) clip_->hold(screen()->size());
+}
 
-void GameWindow::focusOutEvent(QFocusEvent*) { recorder_.focus(false); }
+void GameWindow::focusOutEvent(QFocusEvent*) {
+    recorder_.focus(false);
+    if (clip_) clip_->release();
+}
 
 void GameWindow::mousePressEvent(QMouseEvent* event) {
     recorder_.click(static_cast<int>(event->position().x()), static_cast<int>(event->position().y()));

@@ -4,7 +4,9 @@
 #include <QtCore/QStringList>
 #include <QtGui/QPixmap>
 #include <QtWidgets/QWidget>
+#include <optional>
 
+#include "PointerClip.h"
 #include "Recorder.h"
 #include "Scene.h"
 
@@ -13,6 +15,8 @@ namespace game {
 class GameWindow : public QWidget {
 public:
     GameWindow(Scene scene, Recorder& recorder);
+    // While it has the focus and covers the screen.
+    void holdPointer() { clip_.emplace(); }
 
 protected:
     bool event(QEvent* event) override;
@@ -32,6 +36,7 @@ private:
     QStringList said_;
     QString line_;
     bool announced_ = false;
+    std::optional<PointerClip> clip_;
 };
 
 }  // namespace game

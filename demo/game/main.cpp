@@ -39,6 +39,7 @@ int main(int argc, char** argv) {
                       QStringLiteral("Stand-in game")});
     parser.addOption(
         {QStringLiteral("size"), QStringLiteral("WIDTHxHEIGHT; full-screen without it"), QStringLiteral("size")});
+    parser.addOption({QStringLiteral("hold-pointer"), QStringLiteral("Full-screen, keep every click, as Wine does")});
     parser.process(application);
 
     const auto sceneName = parser.value(QStringLiteral("scene"));
@@ -53,6 +54,7 @@ int main(int argc, char** argv) {
     }
     game::GameWindow window(sceneName == QLatin1String("bright") ? game::Scene::bright : game::Scene::dark, recorder);
     window.setWindowTitle(parser.value(QStringLiteral("title")));
+    if (parser.isSet(QStringLiteral("hold-pointer"))) window.holdPointer();
     const auto size = parser.value(QStringLiteral("size")).split(QLatin1Char('x'));
     if (size.size() == 2) {
         window.resize(size[0].toInt(), size[1].toInt());

@@ -23,7 +23,9 @@ AppObserver::AppObserver(Needs needs)
       data_(needs_.data),
       webViewStore_(needs_.makeWebPage(), needs_.styleSheet),
       credentials_(needs_.keychain, needs_.data.printLine),
-      clipboardManager_(needs_.keyboardLayout, needs_.keyPoster, needs_.keyMonitors, needs_.workspace, needs_.pause) {
+      clipboardManager_(needs_.keyboardLayout, needs_.keyPoster, needs_.keyMonitors, needs_.workspace, needs_.pause),
+      clickFocus_({needs_.workspace, needs_.scheduler, [this] { return visible_ && focus_.mayGiveFocusToVantor(); },
+                   [this] { window_->takeFocus(); }}) {
     data_.start();
     window_ = needs_.makeWindow(AppWindowName::main, *this);
     icon_ = needs_.makeWindow(AppWindowName::icon, *this);
@@ -48,9 +50,10 @@ AppObserver::~AppObserver() {
 
 void AppObserver::setCurrentApplication(const std::string& identifier) {
     focus_.setCurrentApplication(identifier);
-    addAppMenuItemTitle_ = focus_.menuTitle();
-    needs_.statusItem.setTitle(addAppMenuItemPosition, addAppMenuItemTitle_);
+    addAppMenuItem_ = focus_.toggleEntry();
+    needs_.statusItem.setEntry(addAppMenuItemPosition, addAppMenuItem_.title, addAppMenuItem_.enabled);
     updateWindows();
+    clickFocus_.frontmostChanged();
 }
 
 void AppObserver::fillCredentials(const std::string& username) {
@@ -65,9 +68,11 @@ void AppObserver::updateWindows() {
     for (const WindowStep& step : windowPlan(focus_.isCurrentApplicationEnabled(), visible_)) perform(step);
 }
 
-void AppObserver::toggleApp() {
+bool AppObserver::toggleApp() {
+    if (!focus_.toggleEntry().enabled) return false;
     focus_.toggleCurrentApplication();
     setCurrentApplication(focus_.curApp().value_or(""));
+    return true;
 }
 
 void AppObserver::closePressed() { setVisible(false); }
@@ -76,9 +81,12 @@ void AppObserver::iconPressed() { setVisible(!visible_); }
 
 void AppObserver::openOverlay() { setVisible(true); }
 
-void AppObserver::setVisible(bool visible) {
+void AppObserver::setVisible(bool visible, bool replayCamera) {
     visible_ = visible;
     updateWindows();
+    if (replayCamera) replayActionCamera();
+    // The game has had its key before it loses the focus.
+    clickFocus_.windowChanged();
 }
 
 void AppObserver::dispatch(const KeyEvent& event) {
@@ -91,13 +99,12 @@ void AppObserver::dispatch(const KeyEvent& event) {
             pasteClipboard();
             break;
         case HotkeyAction::close:
-            setVisible(false);
+            setVisible(false, decision.replayCamera);
             break;
         case HotkeyAction::toggle:
-            setVisible(!visible_);
+            setVisible(!visible_, decision.replayCamera);
             break;
     }
-    if (decision.replayCamera) replayActionCamera();
 }
 
 void AppObserver::pasteClipboard() {

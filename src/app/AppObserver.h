@@ -9,6 +9,7 @@
 
 #include "accounts/AccountsCredentials.h"
 #include "app/AppParts.h"
+#include "app/ClickFocus.h"
 #include "app/GameData.h"
 #include "app/GameFocus.h"
 #include "app/Tabs.h"
@@ -42,6 +43,7 @@ public:
         StatusItem& statusItem;
         Pasteboard& pasteboard;
         Pause& pause;
+        Scheduler& scheduler;
         Keychain& keychain;
         // Once, before any view.
         std::function<std::unique_ptr<WebPage>()> makeWebPage;
@@ -57,8 +59,8 @@ public:
 
     void setCurrentApplication(const std::string& identifier);
     void updateWindows();
-    // Enables or disables the overlay on the current application.
-    void toggleApp();
+    // Enables or disables the overlay on the current application. False where that is Vantor itself.
+    bool toggleApp();
 
     // The player's wish to see the main window.
     [[nodiscard]] bool visible() const { return visible_; }
@@ -80,10 +82,11 @@ public:
     [[nodiscard]] UrlSession& session() override { return needs_.data.session; }
     [[nodiscard]] MainThread& mainThread() override { return needs_.data.mainThread; }
     [[nodiscard]] ApiKeyCheck::Needs apiKeyCheckNeeds() const override;
-    [[nodiscard]] const std::string& addAppMenuItemTitle() const { return addAppMenuItemTitle_; }
+    [[nodiscard]] const ToggleEntry& addAppMenuItem() const { return addAppMenuItem_; }
 
 private:
-    void setVisible(bool visible);
+    // With the camera key where a hotkey asks for it.
+    void setVisible(bool visible, bool replayCamera = false);
     void dispatch(const KeyEvent& event);
     void replayActionCamera();
     void pasteClipboard();
@@ -102,9 +105,10 @@ private:
     GameData data_;
     WebViewStore webViewStore_;
     AccountsCredentials credentials_;
-    std::string addAppMenuItemTitle_ = "Allow on application";
+    ToggleEntry addAppMenuItem_{"Allow on application"};
     ClipboardManager clipboardManager_;
     Tabs tabs_;
+    ClickFocus clickFocus_;
     Subscription globalKeyUp_;
     Subscription globalKeyDown_;
     Subscription localKeyUp_;

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "data/SettingKeys.h"
+#include "platform/Workspace.h"
 
 namespace vantor {
 
@@ -21,7 +22,7 @@ void store(Defaults& defaults, const Identifiers& identifiers) {
 bool isApplicationEnabled(Defaults& defaults, const std::string& identifier) {
     auto enabled = defaults.get<Identifiers>(settings::enabledApplications);
     if (!enabled || enabled->empty()) {
-        enabled = Identifiers{"net.arena.Guild-Wars-2", "orvendel.Vantor", "com.nvidia.gfnpc.mall"};
+        enabled = Identifiers{"net.arena.Guild-Wars-2", ownIdentifier, "com.nvidia.gfnpc.mall"};
         store(defaults, *enabled);
     }
     return std::find(enabled->begin(), enabled->end(), identifier) != enabled->end();

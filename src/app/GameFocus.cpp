@@ -8,10 +8,16 @@ bool GameFocus::isCurrentApplicationEnabled() const { return isApplicationEnable
 
 void GameFocus::toggleCurrentApplication() { toggleApplication(defaults_, curApp_.value_or("")); }
 
-std::string GameFocus::menuTitle() const {
+ToggleEntry GameFocus::toggleEntry() const {
     const std::string identifier = curApp_.value_or("");
     const std::string name = workspace_.displayName(identifier).value_or(identifier);
-    return (isCurrentApplicationEnabled() ? "Disable on " : "Enable on ") + name;
+    if (!isCurrentApplicationEnabled()) return {"Enable on " + name};
+    // A click into the overlay has brought Vantor to the front: nobody means to shut out Vantor itself.
+    return {"Disable on " + name, identifier != ownIdentifier};
+}
+
+bool GameFocus::mayGiveFocusToVantor() const {
+    return curApp_ != ownIdentifier && isCurrentApplicationEnabled() && isApplicationEnabled(defaults_, ownIdentifier);
 }
 
 }  // namespace vantor

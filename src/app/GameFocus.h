@@ -10,6 +10,12 @@
 
 namespace vantor {
 
+// The status menu's entry for the current application.
+struct ToggleEntry {
+    std::string title;  // "Disable on " or "Enable on " and the application's name
+    bool enabled = true;
+};
+
 class GameFocus {
 public:
     GameFocus(const Workspace& workspace, Defaults& defaults) : workspace_(workspace), defaults_(defaults) {}
@@ -20,8 +26,10 @@ public:
 
     [[nodiscard]] bool isCurrentApplicationEnabled() const;
     void toggleCurrentApplication();
-    // "Disable on " or "Enable on " and the name of the current application.
-    [[nodiscard]] std::string menuTitle() const;
+    [[nodiscard]] ToggleEntry toggleEntry() const;
+    // Whether the main window may be given the focus: the overlay may stand over the application that has it now, and
+    // over Vantor itself.
+    [[nodiscard]] bool mayGiveFocusToVantor() const;
 
 private:
     const Workspace& workspace_;

@@ -12,7 +12,7 @@ MenuEntry action(std::string title, std::function<void()> run) {
 
 }  // namespace
 
-std::vector<MenuEntry> statusMenu(const std::string& toggleTitle, const std::vector<std::string>& usernames,
+std::vector<MenuEntry> statusMenu(const ToggleEntry& toggle, const std::vector<std::string>& usernames,
                                   const StatusMenuActions& actions) {
     MenuEntry fill = action("Fill credentials", {});
     for (const std::string& username : usernames)
@@ -22,25 +22,23 @@ std::vector<MenuEntry> statusMenu(const std::string& toggleTitle, const std::vec
         fill.submenu.back().enabled = false;
     }
     std::vector<MenuEntry> entries;
-    entries.push_back(action(toggleTitle, actions.toggleApp));
+    entries.push_back(action(toggle.title, actions.toggleApp));
+    entries.back().enabled = toggle.enabled;
     entries.push_back(std::move(fill));
     entries.push_back({.kind = MenuEntry::Kind::separator, .title = {}, .action = {}, .submenu = {}});
     entries.push_back(action("Quit", actions.quit));
     return entries;
 }
 
-StatusMenu::StatusMenu(StatusItem& statusItem, AccountsCredentials& credentials, ToggleTitle toggleTitle,
+StatusMenu::StatusMenu(StatusItem& statusItem, AccountsCredentials& credentials, Toggle toggle,
                        StatusMenuActions actions)
-    : statusItem_(statusItem),
-      credentials_(credentials),
-      toggleTitle_(std::move(toggleTitle)),
-      actions_(std::move(actions)) {
+    : statusItem_(statusItem), credentials_(credentials), toggle_(std::move(toggle)), actions_(std::move(actions)) {
     statusItem_.setMenu("Vantor", entries());
     untilKnown_ = credentials_.observe([this] { fillOnce(); });
     fillOnce();
 }
 
-std::vector<MenuEntry> StatusMenu::entries() const { return statusMenu(toggleTitle_(), usernames_, actions_); }
+std::vector<MenuEntry> StatusMenu::entries() const { return statusMenu(toggle_(), usernames_, actions_); }
 
 void StatusMenu::fillOnce() {
     if (credentials_.storage() != AccountsCredentials::Storage::known) return;

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "accounts/AccountsCredentials.h"
+#include "app/GameFocus.h"
 #include "platform/StatusItem.h"
 
 namespace vantor {
@@ -21,17 +22,15 @@ struct StatusMenuActions {
 inline constexpr std::size_t toggleAppPosition = 0;
 
 // Without names the submenu holds one disabled entry, a hint.
-[[nodiscard]] std::vector<MenuEntry> statusMenu(const std::string& toggleTitle,
-                                                const std::vector<std::string>& usernames,
+[[nodiscard]] std::vector<MenuEntry> statusMenu(const ToggleEntry& toggle, const std::vector<std::string>& usernames,
                                                 const StatusMenuActions& actions);
 
 class StatusMenu {
 public:
-    using ToggleTitle = std::function<std::string()>;
+    using Toggle = std::function<ToggleEntry()>;
 
-    // All of it outlives the menu. The status item's title of the first entry is kept current by its owner.
-    StatusMenu(StatusItem& statusItem, AccountsCredentials& credentials, ToggleTitle toggleTitle,
-               StatusMenuActions actions);
+    // All of it outlives the menu. The status item's first entry is kept current by its owner.
+    StatusMenu(StatusItem& statusItem, AccountsCredentials& credentials, Toggle toggle, StatusMenuActions actions);
 
     [[nodiscard]] std::vector<MenuEntry> entries() const;
 
@@ -40,7 +39,7 @@ private:
 
     StatusItem& statusItem_;
     AccountsCredentials& credentials_;
-    ToggleTitle toggleTitle_;
+    Toggle toggle_;
     StatusMenuActions actions_;
     // Those that were stored when the program started: filled once, as soon as the keychain has told them.
     std::vector<std::string> usernames_;

@@ -3,6 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <string_view>
+#include <utility>
+
+#include "app/EnabledApplications.h"
+#include "platform/Workspace.h"
 
 namespace vantor {
 
@@ -21,6 +25,8 @@ constexpr std::array words{
     Words{CapabilityKind::posting, "posting", "Typing into the game", "works"},
     Words{CapabilityKind::layout, "layout", "Your keyboard's layout", "is known"},
     Words{CapabilityKind::frontmostApplication, "frontmost application", "The game in front", "is recognised"},
+    Words{CapabilityKind::clicks, "clicks", "Clicks into the overlay",
+          "arrive; while a full-screen game holds the pointer, open it with the hotkey"},
     Words{CapabilityKind::tray, "tray", "Status bar", "is there"},
     Words{CapabilityKind::keyring, "keyring", "Keyring for account logins", "is there"},
     Words{CapabilityKind::fonts, "fonts", "Coloured emotes", "can be drawn"},
@@ -39,6 +45,16 @@ SystemCapability plainCapability(const Capability& capability) {
     const Words& found = wordsOf(capability.kind);
     return {std::string(found.what), capability.present,
             capability.present ? std::string(found.works) : capability.advice};
+}
+
+SystemCapability clicksCapability(SystemCapability machine, Defaults& defaults) {
+    if (!machine.have || isApplicationEnabled(defaults, ownIdentifier)) return machine;
+    return {machine.what, false,
+            "do not arrive while a full-screen game holds the pointer: Vantor itself is not among the enabled "
+            "applications, and its windows would hide if it took the focus",
+            [&defaults] {
+                if (!isApplicationEnabled(defaults, ownIdentifier)) toggleApplication(defaults, ownIdentifier);
+            }};
 }
 
 SystemCapability keyringCapability(const AccountsCredentials& credentials) {
@@ -68,6 +84,8 @@ std::vector<SystemCapability> systemCapabilities(const std::vector<Capability>& 
         capabilities.push_back(each.kind == CapabilityKind::keyring ? keyringCapability(credentials)
                                                                     : plainCapability(each));
         capabilities.back().ask = question(each.kind);
+        if (each.kind == CapabilityKind::clicks)
+            capabilities.back() = clicksCapability(std::move(capabilities.back()), defaults);
     }
     return capabilities;
 }

@@ -7,6 +7,7 @@
 
 #include "accounts/AccountsCredentials.h"
 #include "platform/Capability.h"
+#include "platform/Defaults.h"
 
 namespace vantor {
 
@@ -27,12 +28,16 @@ struct SystemCapability {
 // In plain words.
 [[nodiscard]] SystemCapability plainCapability(const Capability& capability);
 
+// Whether clicks reach the overlay by the settings too, in place of what the machine says of them. May be allowed by
+// the player where Vantor itself is not among the enabled applications.
+[[nodiscard]] SystemCapability clicksCapability(SystemCapability machine, Defaults& defaults);
+
 // Whether the logins are where they belong, in place of what the machine says of its keyring.
 [[nodiscard]] SystemCapability keyringCapability(const AccountsCredentials& credentials);
 
 // All of them, each with the system's question to the player, if there is one.
 [[nodiscard]] std::vector<SystemCapability> systemCapabilities(
-    const std::vector<Capability>& found, const AccountsCredentials& credentials,
+    const std::vector<Capability>& found, const AccountsCredentials& credentials, Defaults& defaults,
     const std::function<std::function<void()>(CapabilityKind)>& question);
 
 }  // namespace vantor

@@ -11,6 +11,8 @@ public:
     // Shows it above the others, or only raises it when it is shown already. Never takes the focus from the game.
     virtual void orderFront() = 0;
     virtual void orderOut() = 0;
+    // Has an effect once it is on the screen.
+    virtual void takeFocus() = 0;
 };
 
 }  // namespace vantor

@@ -11,6 +11,7 @@ enum class CapabilityKind {
     posting,
     layout,
     frontmostApplication,
+    clicks,
     tray,
     keyring,
     fonts,

@@ -27,6 +27,8 @@ public:
     [[nodiscard]] virtual bool keepFrame(NativeWindow window, const std::string& name) = 0;
     // The toolkit has shown or raised it just now.
     virtual void orderFront(NativeWindow window) = 0;
+    // Gives it the focus if it is on the screen. The answer is the desktop's notice of the frontmost application.
+    virtual void takeFocus(NativeWindow window) = 0;
 };
 
 }  // namespace vantor

@@ -20,8 +20,8 @@ class StatusItem {
 public:
     virtual ~StatusItem() = default;
     virtual void setMenu(const std::string& title, std::vector<MenuEntry> entries) = 0;
-    // Retitles the entry at this position of the menu.
-    virtual void setTitle(std::size_t position, const std::string& title) = 0;
+    // Retitles the entry at this position of the menu, and says whether it can be chosen.
+    virtual void setEntry(std::size_t position, const std::string& title, bool enabled) = 0;
     // False where the desktop has no status bar.
     [[nodiscard]] virtual bool available() const = 0;
 };

@@ -10,6 +10,16 @@
 
 namespace vantor {
 
+// Vantor's own, as the desktop knows it.
+inline constexpr const char* ownIdentifier = "orvendel.Vantor";
+
+// Whether another client of the display keeps every click to itself.
+enum class PointerHold {
+    none,
+    lasting,  // as a full-screen game does while it has the focus
+    passing,  // a button is down, or the keyboard is held too: a drag, a menu, a switcher of windows
+};
+
 class Workspace {
 public:
     // The identifier of the frontmost application; empty when there is none or it has none.
@@ -22,8 +32,10 @@ public:
     // Hands the keyboard focus to the application that had it before Vantor, with Vantor's windows left in place.
     // Changes nothing when no window of Vantor has the focus. Never waits.
     virtual void hideAndUnhideWithoutActivation() = 0;
-    // Waits until no window of Vantor has the focus, dispatching nothing meanwhile. False when the time ran out.
+    // Waits until another application has the focus, dispatching nothing meanwhile. False when the time ran out.
     virtual bool awaitFocusReturned(std::chrono::milliseconds atMost) = 0;
+    // As it is at this call.
+    [[nodiscard]] virtual PointerHold pointerHold() const = 0;
 };
 
 }  // namespace vantor

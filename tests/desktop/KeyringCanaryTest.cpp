@@ -81,7 +81,8 @@ TEST(KeyringCanary, ThePasswordIsWrittenNowhereElse) {
         JsonDefaults defaults(JsonDefaults::defaultPath(), &mainThread);
         const StandInStatusBar bar;
         TrayStatusItem statusItem;
-        const StatusMenu menu(statusItem, credentials, [] { return "Quiet"; }, {[] {}, [](const auto&) {}, [] {}});
+        const StatusMenu menu(statusItem, credentials, [] { return ToggleEntry{"Quiet"}; },
+                              {[] {}, [](const auto&) {}, [] {}});
         credentials.set("canary's account", secret.toStdString());
         EXPECT_TRUE(credentials.save());
         EXPECT_EQ(defaults.setValue(settings::apiKey, std::string("control")), Defaults::Verdict::stored);

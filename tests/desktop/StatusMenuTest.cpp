@@ -39,7 +39,7 @@ TEST(StatusBarThatComesLate, FindsTheItemWithItsMenu) {
         return MenuEntry{.title = name, .action = [&done, name] { done.push_back(name); }, .submenu = {}};
     };
     item.setMenu("Vantor", {entry("Allow on application"), entry("Quit")});
-    item.setTitle(0, "Disable on Fish");
+    item.setEntry(0, "Disable on Fish", true);
     EXPECT_FALSE(item.available());
 
     bar.start();
@@ -65,7 +65,7 @@ protected:
         item = std::make_unique<TrayStatusItem>();
         credentials.emplace(keychain, [](const std::string&) {});
         menu.emplace(
-            *item, *credentials, [this] { return title; },
+            *item, *credentials, [this] { return ToggleEntry{title}; },
             StatusMenuActions{[this] { done.emplace_back("toggle"); },
                               [this](const std::string& name) { done.push_back("fill " + name); },
                               [this] { done.emplace_back("quit"); }});
@@ -102,7 +102,7 @@ TEST_F(StatusMenuOnTheBus, IsReadAndClickedByTheDesktop) {
     click(entries[3]);
     EXPECT_THAT(done, ElementsAre("toggle", "quit"));
 
-    item->setTitle(toggleAppPosition, "Disable on Fish & Chips_2 & more__");
+    item->setEntry(toggleAppPosition, "Disable on Fish & Chips_2 & more__", true);
     ASSERT_TRUE(comesTrue([&] { return read()[0].label != "Allow on application"; }));
     EXPECT_EQ(read()[0].label, "Disable on Fish & Chips_2 & more__");
 

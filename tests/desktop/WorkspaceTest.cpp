@@ -107,6 +107,44 @@ TEST_F(WorkspaceTest, ReportsTheFrontmostApplicationAtOnceAndAtEachChange) {
     EXPECT_EQ(seen.size(), count);
 }
 
+TEST_F(WorkspaceTest, HearsOnAfterTheRootWindowWasNamedTheActiveOne) {
+    OtherApplication game({});
+    std::vector<std::string> seen;
+    auto subscription = workspace_.observeFrontmostApplication([&](const std::string& each) { seen.push_back(each); });
+    const auto name = [&](xcb_window_t window) {
+        server_->setNumbers(server_->root(), server_->atoms().netActiveWindow, XCB_ATOM_WINDOW, {window});
+        server_->flush();
+    };
+    for (int round = 0; round < 2; ++round) {
+        ASSERT_TRUE(comesTrue([&] { return seen.back() == gameIdentifier; })) << round;
+        name(server_->root());
+        ASSERT_TRUE(comesTrue([&] { return seen.back().empty(); })) << round;
+        name(game.window());
+    }
+}
+
+TEST_F(WorkspaceTest, TellsAHeldPointerFromOneThatADragOrAMenuHolds) {
+    OtherApplication game({QStringLiteral("--hold-pointer")});
+    EXPECT_TRUE(comesTrue([&] { return workspace_.pointerHold() == PointerHold::lasting; }));
+    const auto button = [&](std::uint8_t event) {
+        xcb_test_fake_input(server_->connection(), event, 1, XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
+        server_->flush();
+    };
+    button(XCB_BUTTON_PRESS);
+    EXPECT_TRUE(comesTrue([&] { return workspace_.pointerHold() == PointerHold::passing; }));
+    button(XCB_BUTTON_RELEASE);
+    EXPECT_TRUE(comesTrue([&] { return workspace_.pointerHold() == PointerHold::lasting; }));
+    const auto grabbed =
+        owned(xcb_grab_keyboard_reply(server_->connection(),
+                                      xcb_grab_keyboard(server_->connection(), 0, server_->root(), XCB_CURRENT_TIME,
+                                                        XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
+                                      nullptr));
+    ASSERT_TRUE(grabbed && grabbed->status == XCB_GRAB_STATUS_SUCCESS);
+    EXPECT_EQ(workspace_.pointerHold(), PointerHold::passing);
+    game.end();
+    EXPECT_TRUE(comesTrue([&] { return workspace_.pointerHold() == PointerHold::none; }));
+}
+
 TEST_F(WorkspaceTest, SwitchingBetweenOurWindowAndTheGameNeverReportsAnythingElse) {
     OtherApplication game({});
     ASSERT_TRUE(comesTrue([&] { return isActive(game.window()); }));
@@ -261,7 +299,7 @@ TEST(DoctorTest, FindsTheCapabilitiesOfThePrivateDesktopAndNamesTheMissing) {
     std::vector<std::string> absent;
     for (const auto& each : capabilities)
         if (!each.present) absent.push_back(capabilityName(each.kind));
-    EXPECT_EQ(capabilities.size(), 10U);
+    EXPECT_EQ(capabilities.size(), 11U);
     EXPECT_EQ(absent, (std::vector<std::string>{"tray", "guardian", "web engine"})) << capabilitiesAsText(capabilities);
 
     const auto display = qgetenv("DISPLAY");
@@ -274,7 +312,7 @@ TEST(DoctorTest, FindsTheCapabilitiesOfThePrivateDesktopAndNamesTheMissing) {
         if (!each.present && each.kind != CapabilityKind::webSandbox)  // whose answer is the user's
             absent.push_back(capabilityName(each.kind));
     EXPECT_EQ(absent, (std::vector<std::string>{"display", "raw keys", "posting", "layout", "frontmost application",
-                                                "tray", "web engine"}));
+                                                "clicks", "tray", "web engine"}));
     EXPECT_NE(capabilitiesAsText(without).find("cannot be loaded: libX.so: no such file"), std::string::npos);
     EXPECT_NE(capabilitiesAsText(without).find("display                no   no X server"), std::string::npos)
         << capabilitiesAsText(without);

@@ -83,6 +83,39 @@ def player_keys(report, arguments, folder):
         report.check(not vantor.unexpected_lines(), "nothing unexpected is printed", vantor.lines)
 
 
+def held_pointer(report, arguments, folder):
+    """A full-screen game that keeps every click while it has the focus: the open overlay has it instead."""
+    with desk.WebService() as service, desk.Game(arguments.game, folder, holds_pointer=True) as game, \
+            desk.Vantor(arguments.vantor, service.host, folder, settings={"general.enableEmojiCommands": "true"}) as vantor:
+        started(vantor)
+        x, y, *_ = vantor.windows()["icon"]
+        desk.click(x + 16, y + 16)
+        report.check(desk.wait_until(lambda: game.clicks() == 1) and not vantor.overlay_shown(), "the game keeps the clicks")
+        start = len(game.record())
+        desk.press(*desk.HOTKEY)
+        report.check(desk.wait_until(vantor.overlay_shown) and desk.wait_until(lambda: not game.has_focus()),
+                     "the open overlay has the focus", desk.active_window())
+        x, y, *_ = vantor.overlay()
+        title = (x + 40, y + 10, 300, 40)
+        home = desk.settled_pixels(*title)
+        desk.click(x + TIMERS_TAB[0], y + TIMERS_TAB[1])
+        report.check(desk.wait_until(lambda: desk.pixels(*title) != home), "a click opens a tab", game.record(start))
+        desk.settled_pixels(x + 40, y + 170, 400, 200)
+        typing = len(game.record())
+        with desk.held("Shift_L"):
+            desk.click(x + WAYPOINT, y + FIRST_ROW)
+            typed = typed_since(game, typing, "\r")
+        report.check(re.fullmatch(rf"\r{CHAT_LINK}\r", typed) and desk.wait_until(lambda: not game.has_focus()),
+                     "after a chat link has been typed into the game, the overlay has the focus again", repr(typed))
+        desk.press("Escape")
+        camera = desk.wait_until(lambda: game.presses(desk.CAMERA_KEY, start) == 2)
+        told = [event.get("key", "gained" if event.get("in") else "lost") for event in game.record(start)
+                if event["event"] == "focus" or event.get("key") == desk.CAMERA_KEY and event["down"]]
+        report.check(camera and told == ["H", "lost", "gained", "lost", "gained", "H"] and game.has_focus(),
+                     "the game gets the camera key while it has the focus", told)
+        report.check(not vantor.unexpected_lines() and game.clicks() == 1, "nothing unexpected is printed", vantor.lines)
+
+
 def second_start(report, arguments, folder):
     with desk.WebService() as service, desk.Game(arguments.game, folder) as game, \
             desk.Vantor(arguments.vantor, service.host, folder) as vantor:
@@ -366,8 +399,8 @@ def main():
     desk.enter_private_desktop()
     report = desk.Report()
     with tempfile.TemporaryDirectory(prefix="vantor-scenarios.") as folder:
-        for scenario in (player_keys, second_start, chat_links_and_watching, moved_clock, emotes, logins, faults, command_line, two_monitors,
-                         without_compositor):
+        for scenario in (player_keys, held_pointer, second_start, chat_links_and_watching, moved_clock, emotes, logins, faults, command_line,
+                         two_monitors, without_compositor):
             try:
                 scenario(report, arguments, folder)
             except (OSError, RuntimeError, KeyError, subprocess.SubprocessError, json.JSONDecodeError) as fault:

@@ -16,8 +16,10 @@ public:
         menuTitle = title;
         menu = std::move(entries);
     }
-    void setTitle(std::size_t position, const std::string& title) override {
-        if (position < menu.size()) menu[position].title = title;
+    void setEntry(std::size_t position, const std::string& title, bool enabled) override {
+        if (position >= menu.size()) return;
+        menu[position].title = title;
+        menu[position].enabled = enabled;
     }
     [[nodiscard]] bool available() const override { return present; }
 

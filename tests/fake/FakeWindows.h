@@ -39,6 +39,7 @@ private:
         Window(std::string name, std::vector<std::string>& log) : name_(std::move(name)), log_(log) {}
         void orderFront() override { log_.push_back("front " + name_); }
         void orderOut() override { log_.push_back("out " + name_); }
+        void takeFocus() override { log_.push_back("focus " + name_); }
 
     private:
         std::string name_;

@@ -26,6 +26,7 @@ public:
         calls.push_back("await focus " + std::to_string(atMost.count()));
         return focusReturns;
     }
+    [[nodiscard]] PointerHold pointerHold() const override { return hold; }
 
     void bringToFront(std::string identifier) {
         frontmost_ = std::move(identifier);
@@ -35,6 +36,7 @@ public:
     std::map<std::string, std::string> names;
     std::vector<std::string> calls;
     bool focusReturns = true;
+    PointerHold hold = PointerHold::none;
 
 private:
     std::string frontmost_;

@@ -13,6 +13,7 @@
 #include "fake/FakeMainThread.h"
 #include "fake/FakePasteboard.h"
 #include "fake/FakePause.h"
+#include "fake/FakeScheduler.h"
 #include "fake/FakeStatusItem.h"
 #include "fake/FakeTaskQueue.h"
 #include "fake/FakeUrlSession.h"
@@ -48,6 +49,7 @@ public:
     }
     void hideAndUnhideWithoutActivation() override { log_.emplace_back("hand focus back"); }
     bool awaitFocusReturned(std::chrono::milliseconds) override { return true; }
+    [[nodiscard]] PointerHold pointerHold() const override { return inner.hold; }
 
     FakeWorkspace inner;
 
@@ -80,6 +82,7 @@ protected:
                                statusItem,
                                pasteboard,
                                pause,
+                               scheduler,
                                keychain,
                                [] { return std::make_unique<FakeWebPage>(); },
                                [] { return std::nullopt; },
@@ -116,6 +119,7 @@ protected:
     FakeKeychain keychain;
     FakePasteboard pasteboard;
     FakePause pause;
+    FakeScheduler scheduler;
     FakeWindows windows{log};
     std::unique_ptr<AppDelegate> delegate;
 };
@@ -214,6 +218,82 @@ TEST_F(AppObserverTest, OnlyHotkeysReplayTheCameraKey) {
     release(keyT, modifier::command, "t");
     EXPECT_TRUE(observer().visible());
     EXPECT_EQ(Log(log.begin(), log.begin() + 4), hiddenPlan);
+}
+
+TEST_F(AppObserverTest, TakesTheFocusWhileTheOverlayIsOpenAndTheGameHoldsThePointer) {
+    using std::chrono::milliseconds;
+    defaults.put(settings::windowToggleEvent, std::string("T"));
+    defaults.put(settings::actionCamToggleEvent, std::string("v"));
+    workspace.inner.hold = PointerHold::lasting;
+    launch();
+    scheduler.advance(milliseconds(2000));
+    since();
+    release(keyT, 0, "t");
+    Log expected = openPlan;
+    // The camera key goes to the game, which reads it while it still has the keyboard.
+    expected.emplace_back("hand focus back");
+    scheduler.advance(milliseconds(99));
+    EXPECT_EQ(since(), expected);
+    scheduler.advance(milliseconds(1));
+    EXPECT_EQ(since(), Log{"focus main"});
+    workspace.inner.bringToFront("orvendel.Vantor");
+    since();
+    scheduler.advance(milliseconds(2000));
+    EXPECT_EQ(since(), Log{});
+    // The game has the focus again, as after typing, and does not hold the pointer yet; a menu is open meanwhile.
+    workspace.inner.hold = PointerHold::passing;
+    workspace.inner.bringToFront(game);
+    EXPECT_EQ(since(), openPlan);
+    scheduler.advance(milliseconds(60000));
+    EXPECT_EQ(since(), Log{});
+    workspace.inner.hold = PointerHold::none;
+    scheduler.advance(milliseconds(100));
+    EXPECT_EQ(since(), Log{"focus main"});
+    workspace.inner.bringToFront("orvendel.Vantor");
+    since();
+    release(keyT, 0, "t");
+    expected = closedPlan;
+    expected.emplace_back("hand focus back");
+    EXPECT_EQ(since(), expected);
+    workspace.inner.bringToFront(game);
+    scheduler.advance(milliseconds(2000));
+    EXPECT_EQ(since(), closedPlan);
+
+    // Nothing is taken, and soon nothing is looked at, where nobody holds it, or where the overlay may not stand over
+    // Vantor.
+    workspace.inner.hold = PointerHold::none;
+    since();
+    observer().openOverlay();
+    scheduler.advance(milliseconds(2000));
+    EXPECT_EQ(since(), openPlan);
+    EXPECT_EQ(scheduler.waiting(), 0U);
+    workspace.inner.bringToFront(game);
+    scheduler.advance(milliseconds(200));
+    EXPECT_EQ(since(), openPlan);
+    workspace.inner.hold = PointerHold::lasting;
+    scheduler.advance(milliseconds(100));
+    EXPECT_EQ(since(), Log{"focus main"});
+    observer().closePressed();
+    workspace.inner.hold = PointerHold::lasting;
+    defaults.put(settings::enabledApplications, Log{game});
+    since();
+    observer().openOverlay();
+    scheduler.advance(milliseconds(2000));
+    EXPECT_EQ(since(), openPlan);
+}
+
+TEST_F(AppObserverTest, TheMenuDoesNotShutOutVantorItself) {
+    launch();
+    workspace.inner.bringToFront("orvendel.Vantor");
+    EXPECT_EQ(statusItem.titles()[0], "Disable on orvendel.Vantor");
+    EXPECT_FALSE(statusItem.menu[0].enabled);
+    EXPECT_FALSE(delegate->menuEntries()[0].enabled);
+    EXPECT_FALSE(observer().toggleApp());
+    defaults.put(settings::enabledApplications, Log{game});
+    workspace.inner.bringToFront(game);
+    workspace.inner.bringToFront("orvendel.Vantor");
+    EXPECT_TRUE(observer().toggleApp());
+    EXPECT_EQ(defaults.get<Log>(settings::enabledApplications), (Log{game, "orvendel.Vantor"}));
 }
 
 TEST_F(AppObserverTest, PastesOnlyIntoTheGameWhileClosed) {

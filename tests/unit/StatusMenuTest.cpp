@@ -29,7 +29,7 @@ protected:
     void launch() {
         credentials.emplace(keychain, [](const std::string&) {});
         menu.emplace(
-            statusItem, *credentials, [this] { return title; },
+            statusItem, *credentials, [this] { return ToggleEntry{title}; },
             StatusMenuActions{[this] { done.emplace_back("toggle"); },
                               [this](const std::string& name) { done.push_back("fill " + name); },
                               [this] { done.emplace_back("quit"); }});
@@ -130,9 +130,13 @@ TEST(RemoteCommandLine, NamesWhatToAsk) {
 
 // Both sides of the wire, one line each way.
 TEST_F(StatusMenuTest, AnswersWhatAnotherProcessAsksFor) {
-    const RemoteActions actions{
-        [this] { done.emplace_back("toggle"); }, [](const std::string& name) { return name != "nobody"; },
-        [this](const std::string& name) { done.push_back("fill " + name); }, [this] { done.emplace_back("quit"); }};
+    const RemoteActions actions{[this, toggles = 0]() mutable {
+                                    done.emplace_back("toggle");
+                                    return ++toggles == 1;
+                                },
+                                [](const std::string& name) { return name != "nobody"; },
+                                [this](const std::string& name) { done.push_back("fill " + name); },
+                                [this] { done.emplace_back("quit"); }};
     bool running = true;
     const auto ask = [&](const AskRunning& command) {
         std::ostringstream errors;
@@ -152,8 +156,9 @@ TEST_F(StatusMenuTest, AnswersWhatAnotherProcessAsksFor) {
     EXPECT_EQ(ask({What::toggleApp}), "0 ");
     EXPECT_EQ(ask({What::fill, "a\nb %41\tß"}), "0 ");
     EXPECT_EQ(ask({What::fill, "nobody"}), "1 vantor: --fill: no account of that name is stored\n");
+    EXPECT_EQ(ask({What::toggleApp}), "1 vantor: --toggle-app: Vantor itself is in front, which is not switched off\n");
     EXPECT_EQ(ask({What::quit}), "0 ");
-    EXPECT_THAT(done, ElementsAre("toggle", "fill a\nb %41\tß", "quit"));
+    EXPECT_THAT(done, ElementsAre("toggle", "fill a\nb %41\tß", "toggle", "quit"));
     running = false;
     EXPECT_EQ(ask({What::toggleApp}), "1 vantor: no Vantor runs on this display\n");
     EXPECT_EQ(answerRequest("open the door", actions).line, "unknown request");

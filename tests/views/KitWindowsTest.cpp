@@ -48,6 +48,7 @@ struct RecordedNature final : OverlayWindows {
     void orderFront(NativeWindow window) override {
         if (window == list) calls.emplace_back("front");
     }
+    void takeFocus(NativeWindow) override {}
 
     bool keepsFrames = false;
     NativeWindow list = 0;
@@ -76,6 +77,7 @@ protected:
                 statusItem,
                 pasteboard,
                 pause,
+                scheduler,
                 keychain,
                 [this] {
                     auto made = std::make_unique<LazyWebPage>([] { return nullptr; });

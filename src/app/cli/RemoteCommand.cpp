@@ -9,6 +9,7 @@ namespace {
 
 const std::string done = "done";
 const std::string unknownName = "unknown name";
+const std::string ownInFront = "Vantor in front";
 const std::string unknownRequest = "unknown request";
 const std::string fillWord = "fill ";
 
@@ -44,6 +45,8 @@ int runAskRunning(const AskRunning& command, const std::function<RemoteReply(con
         errors << "vantor: no Vantor runs on this display\n";
     else if (reply.line == unknownName)
         errors << "vantor: --fill: no account of that name is stored\n";
+    else if (reply.line == ownInFront)
+        errors << "vantor: --toggle-app: Vantor itself is in front, which is not switched off\n";
     else if (reply.line == unknownRequest)
         errors << "vantor: the Vantor that runs is another version and does not know this command\n";
     else
@@ -56,7 +59,7 @@ RemoteAnswer answerRequest(const std::string& line, const RemoteActions& actions
     if (!command) return {.line = unknownRequest};
     switch (command->what) {
         case AskRunning::What::toggleApp:
-            actions.toggleApp();
+            if (!actions.toggleApp()) return {.line = ownInFront};
             break;
         case AskRunning::What::fill:
             if (!actions.isAccount(*command->username)) return {.line = unknownName};

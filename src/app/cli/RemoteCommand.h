@@ -25,7 +25,7 @@ struct RemoteReply {
 
 // The running side.
 struct RemoteActions {
-    std::function<void()> toggleApp;
+    std::function<bool()> toggleApp;  // false: Vantor itself is in front
     std::function<bool(const std::string& username)> isAccount;
     std::function<void(const std::string& username)> fillCredentials;
     std::function<void()> quit;

@@ -15,6 +15,7 @@ IconWindow::IconWindow(std::function<void()> pressed, std::function<void(QPoint)
     describeControls();
     setWindowTitle(QStringLiteral("Vantor icon"));
     setAccessibleName(QStringLiteral("Show or hide Vantor"));
+    setToolTip(QStringLiteral("Show or hide Vantor; with the hotkey while a full-screen game holds the pointer"));
     setCursor(Qt::PointingHandCursor);
     setFixedSize(32, 32);
 }

@@ -57,6 +57,9 @@ public:
     void orderOut() override {
         if (window_) window_->orderOut();
     }
+    void takeFocus() override {
+        if (window_) overlayWindows_.takeFocus(static_cast<NativeWindow>(window_->winId()));
+    }
 
 private:
     OverlayWindows& overlayWindows_;

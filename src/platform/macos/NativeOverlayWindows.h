@@ -12,6 +12,8 @@ public:
     void prepare(NativeWindow window, WindowNature nature) override;
     [[nodiscard]] bool keepFrame(NativeWindow window, const std::string& name) override;
     void orderFront(NativeWindow window) override;
+    // Asked for only where another client holds the pointer.
+    void takeFocus(NativeWindow) override {}
 };
 
 }  // namespace vantor

@@ -15,6 +15,8 @@ public:
     // Nothing can be waited for: who is active the system tells only in the event loop's next turn. What is posted goes
     // out right behind the order to hide.
     bool awaitFocusReturned(std::chrono::milliseconds) override { return true; }
+    // A window under the pointer gets its clicks, whoever has confined the pointer.
+    [[nodiscard]] PointerHold pointerHold() const override { return PointerHold::none; }
 };
 
 }  // namespace vantor

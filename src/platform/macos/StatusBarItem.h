@@ -13,7 +13,7 @@ public:
     ~StatusBarItem() override;
 
     void setMenu(const std::string& title, std::vector<MenuEntry> entries) override;
-    void setTitle(std::size_t position, const std::string& title) override;
+    void setEntry(std::size_t position, const std::string& title, bool enabled) override;
     [[nodiscard]] bool available() const override { return true; }
 
 private:

@@ -100,13 +100,15 @@ void StatusBarItem::setMenu(const std::string& title, std::vector<MenuEntry> ent
     }
 }
 
-void StatusBarItem::setTitle(std::size_t position, const std::string& title) {
+void StatusBarItem::setEntry(std::size_t position, const std::string& title, bool enabled) {
     if (!item_) return;
     @autoreleasepool {
         NSMenu* const menu = [item_->item menu];
         NSString* const text = systemText(title);
         if (!text || position >= static_cast<std::size_t>([menu numberOfItems])) return;
-        [[menu itemAtIndex:static_cast<NSInteger>(position)] setTitle:text];
+        NSMenuItem* const item = [menu itemAtIndex:static_cast<NSInteger>(position)];
+        [item setTitle:text];
+        [item setEnabled:enabled];
     }
 }
 

@@ -5,6 +5,8 @@
 #include <optional>
 #include <string>
 
+#include "platform/Workspace.h"
+
 namespace vantor {
 
 // The two parts of WM_CLASS (ICCCM 4.1.2.5).
@@ -27,7 +29,6 @@ using DesktopEntryLookup = std::function<std::optional<DesktopEntry>(const std::
 
 inline constexpr const char* gameIdentifier = "net.arena.Guild-Wars-2";
 inline constexpr const char* streamingIdentifier = "com.nvidia.gfnpc.mall";
-inline constexpr const char* ownIdentifier = "orvendel.Vantor";
 
 // Empty when the window says nothing about itself.
 [[nodiscard]] std::string applicationIdentifier(const WindowClass& windowClass, const DesktopEntryLookup& entries);

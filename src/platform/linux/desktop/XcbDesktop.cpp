@@ -33,6 +33,14 @@ std::unique_ptr<XcbDesktop> XcbDesktop::connect(const char* displayName) {
     return std::unique_ptr<XcbDesktop>(new XcbDesktop(std::move(connection)));
 }
 
+XcbDesktop::XcbDesktop(std::unique_ptr<XConnection> connection)
+    : connection_(std::move(connection)),
+      atoms_(XAtoms::intern(connection_->get())),
+      neverMapped_(xcb_generate_id(connection_->get())) {
+    xcb_create_window(connection_->get(), XCB_COPY_FROM_PARENT, neverMapped_, root(), 0, 0, 1, 1, 0,
+                      XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
+}
+
 xcb_window_t XcbDesktop::activeWindow() const {
     const auto found = numbers(root(), atoms_.netActiveWindow, XCB_ATOM_WINDOW);
     return found.empty() ? xcb_window_t{XCB_NONE} : found.front();
@@ -100,6 +108,29 @@ std::vector<xcb_window_t> XcbDesktop::clientsFromTop() const {
 bool XcbDesktop::managerSupports(xcb_atom_t atom) const {
     const auto supported = numbers(root(), atoms_.netSupported, XCB_ATOM_ATOM);
     return std::find(supported.begin(), supported.end(), atom) != supported.end();
+}
+
+// The server answers that another client holds a device before it finds that this window cannot be seen, for which it
+// refuses every time: so the question changes nothing, and no window hears of a grab.
+bool XcbDesktop::othersHoldPointer() const {
+    const auto cookie = xcb_grab_pointer(connection(), 1, neverMapped_, XCB_EVENT_MASK_NO_EVENT, XCB_GRAB_MODE_ASYNC,
+                                         XCB_GRAB_MODE_ASYNC, XCB_NONE, XCB_NONE, XCB_CURRENT_TIME);
+    const auto reply = owned(xcb_grab_pointer_reply(connection(), cookie, nullptr));
+    return reply && reply->status == XCB_GRAB_STATUS_ALREADY_GRABBED;
+}
+
+bool XcbDesktop::othersHoldKeyboard() const {
+    const auto cookie =
+        xcb_grab_keyboard(connection(), 1, neverMapped_, XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    const auto reply = owned(xcb_grab_keyboard_reply(connection(), cookie, nullptr));
+    return reply && reply->status == XCB_GRAB_STATUS_ALREADY_GRABBED;
+}
+
+bool XcbDesktop::isButtonDown() const {
+    constexpr unsigned anyButton =
+        XCB_BUTTON_MASK_1 | XCB_BUTTON_MASK_2 | XCB_BUTTON_MASK_3 | XCB_BUTTON_MASK_4 | XCB_BUTTON_MASK_5;
+    const auto reply = owned(xcb_query_pointer_reply(connection(), xcb_query_pointer(connection(), root()), nullptr));
+    return reply && (reply->mask & anyButton) != 0;
 }
 
 bool XcbDesktop::selectionHasOwner(xcb_atom_t selection) const {

@@ -48,6 +48,10 @@ public:
     // The managed windows, the topmost first.
     [[nodiscard]] std::vector<xcb_window_t> clientsFromTop() const;
     [[nodiscard]] bool managerSupports(xcb_atom_t atom) const;
+    // Whether another client holds the pointer or the keyboard for itself. Nothing is held or let go for the answer.
+    [[nodiscard]] bool othersHoldPointer() const;
+    [[nodiscard]] bool othersHoldKeyboard() const;
+    [[nodiscard]] bool isButtonDown() const;
     [[nodiscard]] bool selectionHasOwner(xcb_atom_t selection) const;
     [[nodiscard]] std::vector<std::uint32_t> numbers(xcb_window_t window, xcb_atom_t property, xcb_atom_t type) const;
 
@@ -64,11 +68,11 @@ public:
 private:
     void requestFromManager(xcb_window_t window, xcb_atom_t message, const std::array<std::uint32_t, 5>& data) const;
 
-    explicit XcbDesktop(std::unique_ptr<XConnection> connection)
-        : connection_(std::move(connection)), atoms_(XAtoms::intern(connection_->get())) {}
+    explicit XcbDesktop(std::unique_ptr<XConnection> connection);
 
     std::unique_ptr<XConnection> connection_;
     XAtoms atoms_;
+    xcb_window_t neverMapped_;
 };
 
 }  // namespace vantor

@@ -62,6 +62,13 @@ void XcbOverlayWindows::prepare(NativeWindow native, WindowNature nature) {
     desktop_->flush();
 }
 
+void XcbOverlayWindows::takeFocus(NativeWindow native) {
+    const auto window = static_cast<xcb_window_t>(native);
+    // A window manager would keep the wish of one that it does not know yet, or map it.
+    if (desktop_->isViewable(window)) desktop_->requestActivation(window);
+    desktop_->flush();
+}
+
 void XcbOverlayWindows::setOwnerWindow(NativeWindow native) {
     // Made again even when it is the same: a new window may bear the number of one that is gone.
     const auto owner = static_cast<xcb_window_t>(native);

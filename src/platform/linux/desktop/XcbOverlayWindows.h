@@ -30,6 +30,7 @@ public:
     [[nodiscard]] bool keepFrame(NativeWindow, const std::string&) override { return false; }
     // Mapping and raising are all that there is to it.
     void orderFront(NativeWindow) override {}
+    void takeFocus(NativeWindow window) override;
     // The game's window that ours lie over; 0 for none.
     void setOwnerWindow(NativeWindow owner);
     // Whether a compositor blends them: told at once and at each change.

@@ -65,7 +65,7 @@ std::optional<std::string> XcbWorkspace::displayName(const std::string& identifi
 
 void XcbWorkspace::hideAndUnhideWithoutActivation() {
     const auto active = desktop_->activeWindow();
-    const bool managed = desktop_->managerSupports(desktop_->atoms().netActiveWindow);
+    const bool managed = isManaged();
     if (!isOwn(managed ? active : desktop_->clientWindow(desktop_->focusedWindow()))) return;
     const auto target = windowToGiveTheFocus();
     if (target == XCB_NONE) return;
@@ -81,9 +81,13 @@ void XcbWorkspace::hideAndUnhideWithoutActivation() {
 
 bool XcbWorkspace::awaitFocusReturned(std::chrono::milliseconds atMost) {
     const auto deadline = std::chrono::steady_clock::now() + atMost;
-    // The server's focus decides where keys go; the window manager's notion lags behind it or runs ahead.
-    const auto returned = [this] {
-        return !isOwn(desktop_->clientWindow(desktop_->focusedWindow())) && !isOwn(desktop_->activeWindow());
+    const bool somebodyTakesIt = isManaged() && windowToGiveTheFocus() != XCB_NONE;
+    // The server's focus decides where keys go. While the manager moves it, it may be nobody's, or the application's
+    // that has not been told yet: keys would be lost until the manager names the one that has it.
+    const auto returned = [&] {
+        const auto active = desktop_->activeWindow();
+        if (somebodyTakesIt) return active != XCB_NONE && !isOwn(active) && isFocused(active);
+        return !isOwn(active) && !isOwn(desktop_->clientWindow(desktop_->focusedWindow()));
     };
     bool done = returned();
     while (!done && std::chrono::steady_clock::now() < deadline && !xcb_connection_has_error(desktop_->connection())) {
@@ -93,6 +97,15 @@ bool XcbWorkspace::awaitFocusReturned(std::chrono::milliseconds atMost) {
     }
     QMetaObject::invokeMethod(&readable_, [this] { drain(); }, Qt::QueuedConnection);
     return done;
+}
+
+PointerHold XcbWorkspace::pointerHold() const {
+    // The frontmost application is changing just now, and what holds the pointer may be what is left of the old one's.
+    if (desktop_->activeWindow() != active_ || !isFocused(active_)) return PointerHold::passing;
+    if (!desktop_->othersHoldPointer()) return PointerHold::none;
+    // A button that is down holds it for whoever was clicked. Menus and switchers hold the keyboard too.
+    const bool passing = desktop_->isButtonDown() || desktop_->othersHoldKeyboard();
+    return passing ? PointerHold::passing : PointerHold::lasting;
 }
 
 void XcbWorkspace::drain() {
@@ -120,7 +133,8 @@ void XcbWorkspace::drain() {
 void XcbWorkspace::refresh() {
     auto active = desktop_->activeWindow();
     // Some window managers leave the last window's name there when it is gone and no other takes its place.
-    if (active != XCB_NONE && !desktop_->exists(active)) active = XCB_NONE;
+    // And some name the root window, which is no application and whose events this connection has chosen for itself.
+    if (active == desktop_->root() || (active != XCB_NONE && !desktop_->exists(active))) active = XCB_NONE;
     follow(active);
     if (isPanel(active)) {
         // Its menus are about the application below it, which stays the frontmost one while they are open.
@@ -158,6 +172,12 @@ void XcbWorkspace::report(const std::string& identifier) {
     if (identifier == frontmost_) return;
     frontmost_ = identifier;
     callAll(handlers_, identifier);
+}
+
+bool XcbWorkspace::isManaged() const { return desktop_->managerSupports(desktop_->atoms().netActiveWindow); }
+
+bool XcbWorkspace::isFocused(xcb_window_t window) const {
+    return desktop_->clientWindow(desktop_->focusedWindow()) == window;
 }
 
 bool XcbWorkspace::isOwn(xcb_window_t window) const {

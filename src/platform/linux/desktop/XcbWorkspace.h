@@ -32,12 +32,16 @@ public:
     [[nodiscard]] std::optional<std::string> displayName(const std::string& identifier) const override;
     void hideAndUnhideWithoutActivation() override;
     bool awaitFocusReturned(std::chrono::milliseconds atMost) override;
+    [[nodiscard]] PointerHold pointerHold() const override;
 
 private:
     void drain();
     void refresh();
     void follow(xcb_window_t window);
     void report(const std::string& identifier);
+    [[nodiscard]] bool isManaged() const;
+    // Itself, or a window inside it.
+    [[nodiscard]] bool isFocused(xcb_window_t window) const;
     [[nodiscard]] bool isOwn(xcb_window_t window) const;
     // A desktop's panel, with the status bar in it.
     [[nodiscard]] bool isPanel(xcb_window_t window) const;

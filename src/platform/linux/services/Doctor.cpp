@@ -78,6 +78,11 @@ std::vector<Capability> examineCapabilities(const OwnFiles& files) {
         Kind::frontmostApplication,
         onDisplay([](const auto& it) { return it.managerSupports(it.atoms().netActiveWindow); }), "_NET_ACTIVE_WINDOW",
         "the game is not recognised: needs a window manager that keeps _NET_ACTIVE_WINDOW"));
+    capabilities.push_back(capability(
+        Kind::clicks, onDisplay([](const auto& it) { return it.managerSupports(it.atoms().netActiveWindow); }),
+        "while a full-screen game holds the pointer, open the overlay with the hotkey: then they arrive",
+        "they do not arrive while a full-screen game holds the pointer: needs a window manager that keeps "
+        "_NET_ACTIVE_WINDOW"));
     const bool tray = onDisplay([](const auto& it) {
         const auto name = "_NET_SYSTEM_TRAY_S" + std::to_string(it.screen());
         return it.selectionHasOwner(internAtom(it.connection(), name));

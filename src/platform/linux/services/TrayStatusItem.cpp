@@ -93,11 +93,14 @@ void TrayStatusItem::setMenu(const std::string& title, std::vector<MenuEntry> en
     showWhereThereIsATray();
 }
 
-void TrayStatusItem::setTitle(std::size_t position, const std::string& title) {
+void TrayStatusItem::setEntry(std::size_t position, const std::string& title, bool enabled) {
     if (!menu_) return;
     const auto actions = menu_->actions();
-    if (position < static_cast<std::size_t>(actions.size()))
-        setTitleOf(*actions[static_cast<qsizetype>(position)], title);
+    if (position < static_cast<std::size_t>(actions.size())) {
+        QAction& action = *actions[static_cast<qsizetype>(position)];
+        setTitleOf(action, title);
+        action.setEnabled(enabled);
+    }
     // The other application in front is an occasion to look for a tray that nothing announces.
     showWhereThereIsATray();
 }
