@@ -47,43 +47,6 @@ TEST(WebAddressesTest, BuildsSearches) {
         EXPECT_FALSE(isAddress(bad)) << bad;
 }
 
-TEST(StyleScriptTest, JoinsHeadSheetAndTail) {
-    EXPECT_EQ(styleScript("body {}\n"),
-              "    javascript:(function() {\n"
-              "    var parent = document.getElementsByTagName('head').item(0);\n"
-              "    var style = document.createElement('style');\n"
-              "    style.type = 'text/css';\n"
-              "    style.innerHTML = window.atob('Ym9keSB7fQo=');\n"
-              "    parent.appendChild(style)})()");
-    EXPECT_NE(styleScript("").find("window.atob('');"), std::string::npos);
-    // However long the sheet, its encoding is one line.
-    const std::string large = styleScript(std::string(300, 'x'));
-    EXPECT_EQ(std::count(large.begin(), large.end(), '\n'), 5);
-}
-
-TEST(WebViewStoreTest, ObservesEightValuesInOrderAndAnnouncesEachChangeOnce) {
-    auto made = std::make_unique<FakeWebPage>();
-    FakeWebPage& page = *made;
-    WebViewStore store(std::move(made), [] { return std::nullopt; });
-    using enum WebPage::Property;
-    EXPECT_THAT(page.registered, ElementsAre(title, url, loading, estimatedProgress, hasOnlySecureContent, serverTrust,
-                                             canGoBack, canGoForward));
-    EXPECT_EQ(store.observerCount(), 8U);
-    EXPECT_THAT(page.asked, ElementsAre("no background"));
-
-    int announced = 0;
-    const Subscription watching = store.onWillChange([&] { ++announced; });
-    for (const auto property : page.registered) page.announce(property);
-    EXPECT_EQ(announced, 8);
-
-    auto second = std::make_unique<FakeWebPage>();
-    FakeWebPage& secondPage = *second;
-    store.setWebView(std::move(second));
-    EXPECT_EQ(store.observerCount(), 8U);
-    secondPage.announce(title);
-    EXPECT_EQ(announced, 9);
-}
-
 TEST(WebViewStoreTest, EachLoadAddsOneMoreStyleScript) {
     auto made = std::make_unique<FakeWebPage>();
     FakeWebPage& page = *made;

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "app/Tabs.h"
-
 namespace vantor {
 namespace {
 
@@ -11,7 +9,7 @@ TEST(WindowPlaces, ReadsWhatItWroteAndNothingElse) {
     for (const Rect& frame : {Rect{10, 20, 920, 600}, Rect{-1920, -5, 1, 1}})
         EXPECT_EQ(readFrame(writeFrame(frame)), frame);
     EXPECT_EQ(writeFrame({-4, 20, 920, 600}), "-4 20 920 600");
-    for (const char* text : {"", "1 2 3", "1 2 3 4 5", "1 2 3 0", "1 2 -3 4", " 1 2 3 4", "1,2,3,4", "1 2 3 4 ",
+    for (const char* text : {"", "1 2 3", "1 2 3 4 5", "1 2 3 0", "1 2 0 4", " 1 2 3 4", "1,2,3,4", "1 2 3 4 ",
                              "a 2 3 4", "99999999999 2 3 4"})
         EXPECT_EQ(readFrame(text), std::nullopt) << text;
 }
@@ -37,21 +35,6 @@ TEST(WindowPlaces, BringsAWindowBackWhenItsMonitorIsGone) {
     for (const auto& row : cases)
         EXPECT_EQ(broughtOntoScreen(row.frame, row.screens), row.expected) << writeFrame(row.frame);
     EXPECT_EQ(centred({0, 0, 250, 60}, one[0]), (Rect{555, 380, 250, 60}));
-}
-
-TEST(Tabs, OpensOnHomeAndShowsHomeForWhatIsNoPosition) {
-    Tabs tabs;
-    EXPECT_EQ(tabs.selected(), 0);
-    EXPECT_EQ(tabs.title(), "Home");
-    int notices = 0;
-    auto subscription = tabs.changed.observe([&] { ++notices; });
-    tabs.select(1);
-    EXPECT_EQ(tabs.title(), "Timers");
-    subscription.reset();
-    tabs.select(6);
-    EXPECT_EQ(notices, 1);
-    for (const int selected : {-1, 0, 7, 99}) EXPECT_EQ(shownTab(selected), 0U);
-    EXPECT_EQ(shownTab(6), 6U);
 }
 
 }  // namespace
