@@ -78,12 +78,7 @@ def read_list(path):
 
 def mutated(file, text, mutants):
     """The text with every mutant of the file in it."""
-    places = []
-    for mutant in mutants:
-        if text.count(mutant.old) != 1:
-            sys.exit(f"mutate: {file}: \"{mutant.old}\" stands there {text.count(mutant.old)} times")
-        places.append((text.index(mutant.old), mutant))
-    places.sort(key=lambda place: place[0], reverse=True)
+    places = sorted(((text.index(mutant.old), mutant) for mutant in mutants), key=lambda place: place[0], reverse=True)
     end = len(text)
     for start, mutant in places:
         if start + len(mutant.old) > end:
@@ -101,6 +96,9 @@ def make_copy(mutants):
     by_file = {}
     for mutant in mutants:
         by_file.setdefault(mutant.file, []).append(mutant)
+    lost = [mutant for mutant in mutants if files.get(mutant.file, b"").decode().count(mutant.old) != 1]
+    if lost:
+        sys.exit("\n".join(f"mutate: not once in {mutant.file}: {mutant.old}" for mutant in lost))
     for name, some in by_file.items():
         files[name] = mutated(name, files[name].decode(), some).encode()
     files["src/mutant.h"] = HEADER.encode()
