@@ -1,4 +1,5 @@
-# The one place for compiler settings: C++20, warnings as errors, sanitizers, compiler cache.
+# The one place for compiler settings: C++20, warnings, sanitizers, compiler cache. Warnings are errors in the presets that ./test
+# builds: a player's compiler may be newer than any that was tried here.
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
@@ -14,7 +15,7 @@ if(CCACHE)
     set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
 endif()
 
-add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
+add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual)
 # GCC 12 sees overlapping copies in any "text" + std::string when it optimises (GCC bug 105329).
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     add_compile_options(-Wno-restrict)

@@ -10,42 +10,23 @@
 
 #include "base/MainThread.h"
 #include "base/Scheduler.h"
-#include "browser/view/WebView.h"
 #include "platform/Capability.h"
 #include "platform/Clock.h"
 #include "platform/Defaults.h"
-#include "platform/KeyMonitors.h"
-#include "platform/KeyPoster.h"
 #include "platform/KeyboardLayout.h"
 #include "platform/Keychain.h"
 #include "platform/OverlayWindows.h"
+#include "platform/PageSource.h"
 #include "platform/Pasteboard.h"
 #include "platform/Screens.h"
 #include "platform/StatusItem.h"
-#include "platform/WebPage.h"
-#include "platform/Workspace.h"
+#include "platform/TypingBackend.h"
 
 namespace vantor::backend {
 
-// What typing into other applications takes.
-struct Keys {
-    KeyboardLayout& layout;
-    KeyPoster& poster;
-    KeyMonitors& monitors;
-    Workspace& workspace;
-};
-
-class TypingBackend {
-public:
-    virtual ~TypingBackend() = default;
-    [[nodiscard]] virtual Keys keys() = 0;
-};
-
 // Everything, for as long as the application object lives.
-class Backend {
+class Backend : public TypingBackend {
 public:
-    virtual ~Backend() = default;
-    [[nodiscard]] virtual Keys keys() = 0;
     [[nodiscard]] virtual OverlayWindows& overlayWindows() = 0;
     [[nodiscard]] virtual const Screens& screens() = 0;
     [[nodiscard]] virtual StatusItem& statusItem() = 0;
@@ -53,11 +34,11 @@ public:
     [[nodiscard]] virtual Keychain& keychain() = 0;
     // The one embedded page, and where it is shown.
     [[nodiscard]] virtual std::unique_ptr<WebPage> makeWebPage() = 0;
-    [[nodiscard]] virtual WebView::Source pageSource() = 0;
+    [[nodiscard]] virtual PageSource pageSource() = 0;
     // As they are at this call.
     [[nodiscard]] virtual std::vector<Capability> capabilities() = 0;
-    // Has the system put its own question to the player about the capability of this name; nothing where it has none.
-    [[nodiscard]] virtual std::function<void()> ask(const std::string& capability) = 0;
+    // Makes the system ask the player to allow this; nothing where the system has no such question.
+    [[nodiscard]] virtual std::function<void()> ask(CapabilityKind capability) = 0;
     // Tells of the desktop user's wish for reduced motion once it is known, and of changes where the system tells of
     // them.
     virtual void followReducedMotion(std::function<void(bool reduced)> handler) = 0;

@@ -86,7 +86,7 @@ public:
     explicit X11Typing(std::unique_ptr<XcbDesktop> connection) : desktop_(std::move(connection)) {}
 
     [[nodiscard]] bool canType() const { return keyboard_.connection.hasTest(); }
-    [[nodiscard]] Keys keys() override {
+    [[nodiscard]] TypingServices typing() override {
         return {keyboard_.layout, keyboard_.poster, keyboard_.monitors, desktop_.workspace};
     }
 
@@ -103,8 +103,8 @@ public:
         page_ = made.get();
         return made;
     }
-    [[nodiscard]] WebView::Source source() {
-        return {*page_, [this] { return engine_ ? engine_->widget() : nullptr; }, [this] { return trouble(); }};
+    [[nodiscard]] PageSource source() {
+        return {*page_, [this] { return engine_ ? engine_->widget() : nullptr; }};
     }
 
 private:
@@ -116,13 +116,6 @@ private:
         auto loaded = loadWebEngine({folder(Place::GenericDataLocation), folder(Place::GenericCacheLocation)});
         engine_ = loaded.get();
         return loaded;
-    }
-    [[nodiscard]] QString trouble() const {
-        if (page_->engine() == WebPage::Engine::missing)
-            return QStringLiteral("Pages need the web engine, which is not installed with Vantor.");
-        if (page_->engine() == WebPage::Engine::gone)
-            return QStringLiteral("The page has stopped. Open another, or select the tab again.");
-        return {};
     }
 
     LazyWebPage* page_ = nullptr;
@@ -138,7 +131,7 @@ public:
               [this](NativeWindow window) { overlayWindows_.setOwnerWindow(window); })),
           keychain_(mainThread) {}
 
-    [[nodiscard]] Keys keys() override {
+    [[nodiscard]] TypingServices typing() override {
         return {keyboard_.layout, keyboard_.poster, keyboard_.monitors, desktop_.workspace};
     }
     [[nodiscard]] OverlayWindows& overlayWindows() override { return overlayWindows_; }
@@ -147,11 +140,11 @@ public:
     [[nodiscard]] Pasteboard& pasteboard() override { return pasteboard_; }
     [[nodiscard]] Keychain& keychain() override { return keychain_; }
     [[nodiscard]] std::unique_ptr<WebPage> makeWebPage() override { return pages_.make(); }
-    [[nodiscard]] WebView::Source pageSource() override { return pages_.source(); }
+    [[nodiscard]] PageSource pageSource() override { return pages_.source(); }
     [[nodiscard]] std::vector<Capability> capabilities() override {
         return keyboard_.connection.isLost() ? withoutKeys(capabilitiesHere()) : capabilitiesHere();
     }
-    [[nodiscard]] std::function<void()> ask(const std::string&) override { return {}; }
+    [[nodiscard]] std::function<void()> ask(CapabilityKind) override { return {}; }
     void followReducedMotion(std::function<void(bool reduced)> handler) override {
         askReducedMotion(std::move(handler));
     }

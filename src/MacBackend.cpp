@@ -48,7 +48,7 @@ struct Keyboard {
 
 class MacTyping final : public TypingBackend {
 public:
-    [[nodiscard]] Keys keys() override {
+    [[nodiscard]] TypingServices typing() override {
         return {keyboard_.layout, keyboard_.poster, keyboard_.monitors, keyboard_.workspace};
     }
 
@@ -86,7 +86,7 @@ public:
         });
     }
 
-    [[nodiscard]] Keys keys() override {
+    [[nodiscard]] TypingServices typing() override {
         return {keyboard_.layout, keyboard_.poster, keyboard_.monitors, keyboard_.workspace};
     }
     [[nodiscard]] OverlayWindows& overlayWindows() override { return overlayWindows_; }
@@ -100,24 +100,18 @@ public:
         page_ = made.get();
         return made;
     }
-    [[nodiscard]] WebView::Source pageSource() override {
-        return {*page_,
-                [this] {
+    [[nodiscard]] PageSource pageSource() override {
+        return {*page_, [this] {
                     if (!shownPage_) shownPage_ = widgetOfNativeView(page_->nativeView());
                     return shownPage_.data();
-                },
-                [this] {
-                    return page_->engine() == WebPage::Engine::gone
-                               ? QStringLiteral("The page has stopped. Open another, or select the tab again.")
-                               : QString();
                 }};
     }
     [[nodiscard]] std::vector<Capability> capabilities() override { return vantor::examineCapabilities(permissions_); }
-    [[nodiscard]] std::function<void()> ask(const std::string& capability) override {
+    [[nodiscard]] std::function<void()> ask(CapabilityKind capability) override {
         using Kind = Permissions::Kind;
-        if (capability == "posting") return [this] { permissions_.ask(Kind::pressKeys); };
+        if (capability == CapabilityKind::posting) return [this] { permissions_.ask(Kind::pressKeys); };
         // Monitors of other applications' keys may want either permission.
-        if (capability == "raw keys")
+        if (capability == CapabilityKind::rawKeys)
             return
                 [this] { permissions_.ask(permissions_.granted(Kind::hearKeys) ? Kind::pressKeys : Kind::hearKeys); };
         return {};

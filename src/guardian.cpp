@@ -20,7 +20,7 @@ constexpr int misuseStatus = 2;
 constexpr int failureStatus = 1;
 
 const PendingKeyboardCleanup* sharedNotes() {
-    struct stat status {};
+    struct stat status{};
     if (fstat(notes, &status) != 0 || status.st_size < static_cast<off_t>(sizeof(PendingKeyboardCleanup)))
         return nullptr;
     void* memory = mmap(nullptr, sizeof(PendingKeyboardCleanup), PROT_READ, MAP_SHARED, notes, 0);

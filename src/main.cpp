@@ -8,18 +8,14 @@
 #include <chrono>
 #include <cstdio>
 #include <iostream>
-#include <iterator>
 #include <optional>
 #include <variant>
 
 #include "Backend.h"
 #include "Build.h"
 #include "app/AppDelegate.h"
-#include "app/cli/CommandLine.h"
-#include "app/cli/DoctorCommand.h"
+#include "app/cli/Commands.h"
 #include "app/cli/RemoteCommand.h"
-#include "app/cli/SettingsCommand.h"
-#include "app/cli/TimelineCommand.h"
 #include "app/view/ViewWindows.h"
 #include "data/Decoder.h"
 #include "data/SessionQueue.h"
@@ -56,40 +52,6 @@ std::optional<std::string> embedded(const QString& name) {
     return file.open(QIODevice::ReadOnly) ? std::optional(file.readAll().toStdString()) : std::nullopt;
 }
 
-std::string textOrStandardInput(const std::optional<std::string>& text) {
-    return text ? *text : std::string(std::istreambuf_iterator<char>(std::cin), {});
-}
-
-int printKeyMap() {
-    const auto layout = backend::makeKeyboardLayout();
-    if (!layout) return unavailableStatus;
-    std::cout << keyMapJson(KeyMap::learn(*layout)) << "\n";
-    return 0;
-}
-
-// Types or presses once, into the application that has the focus.
-template <typename Operation>
-int actOnFocusedApplication(const Operation& operation) {
-    const auto typing = backend::makeTypingBackend();
-    if (!typing) return unavailableStatus;
-    const backend::Keys keys = typing->keys();
-    SystemPause pause;
-    ClipboardManager clipboardManager(keys.layout, keys.poster, keys.monitors, keys.workspace, pause);
-    operation(clipboardManager);
-    return 0;
-}
-
-// For the settings panel, which has the accounts at hand.
-std::vector<SystemCapability> systemCapabilities(backend::Backend& backend, const AccountsCredentials& credentials) {
-    std::vector<SystemCapability> capabilities;
-    for (const Capability& each : backend.capabilities()) {
-        capabilities.push_back(each.name == "keyring" ? keyringCapability(credentials)
-                                                      : plainCapability(each.name, each.present, each.advice));
-        capabilities.back().ask = backend.ask(each.name);
-    }
-    return capabilities;
-}
-
 // A file that is not as it should be is a fault of the build, which the form then shows as an empty one.
 SupportData embeddedSupportData() {
     const auto decoded = decodeJson<SupportData>(embedded(QStringLiteral(":/texts/support.json")).value_or("{}"));
@@ -108,16 +70,6 @@ TranslatorNeeds scriptFonts() {
 }
 
 QString instanceName() { return SingleInstance::nameFor(QByteArray::fromStdString(backend::desktopName())); }
-
-int askRunning(const AskRunning& command) {
-    return runAskRunning(
-        command,
-        [](const std::string& line) {
-            auto reply = SingleInstance::request(instanceName(), line);
-            return RemoteReply{reply.running, std::move(reply.line)};
-        },
-        std::cerr);
-}
 
 int start(int& argumentCount, char** arguments, const Overrides& overrides) {
     if (!backend::prepareToStart()) return unavailableStatus;
@@ -145,7 +97,7 @@ int start(int& argumentCount, char** arguments, const Overrides& overrides) {
     const auto system = backend::makeBackend(mainThread, scheduler);
     if (!system) return unavailableStatus;
     system->followReducedMotion([](bool reduced) { setReducedMotion(reduced); });
-    const backend::Keys keys = system->keys();
+    const TypingServices keys = system->typing();
     ViewWindows windows(
         {.overlayWindows = system->overlayWindows(),
          .screens = system->screens(),
@@ -157,8 +109,11 @@ int start(int& argumentCount, char** arguments, const Overrides& overrides) {
          .supportData = embeddedSupportData(),
          .webPage = [&system] { return system->pageSource(); },
          .translator = [] { return scriptFonts(); },
-         .examineSystem = [&delegate,
-                           &system] { return systemCapabilities(*system, delegate->appObserver().credentials()); },
+         .examineSystem =
+             [&delegate, &system] {
+                 return systemCapabilities(system->capabilities(), delegate->appObserver().credentials(),
+                                           [&system](CapabilityKind kind) { return system->ask(kind); });
+             },
          .openLink =
              [](const std::string& address) { QDesktopServices::openUrl(QUrl(QString::fromStdString(address))); },
          .menuEntries = [&delegate] { return delegate->menuEntries(); }});
@@ -208,46 +163,30 @@ int start(int& argumentCount, char** arguments, const Overrides& overrides) {
     _exit(status);
 }
 
-// What needs no windows. Nothing: the program is to start.
-std::optional<int> runCommand(const CommandLine& line) {
-    const auto defaults = [&] { return backend::makeDefaults(line.overrides.settingsFile, nullptr); };
-    const auto run = [&](const auto& command) -> std::optional<int> {
-        using Command = std::decay_t<decltype(command)>;
-        if constexpr (std::is_same_v<Command, ShowHelp>) {
-            std::cout << helpText();
-            return 0;
-        } else if constexpr (std::is_same_v<Command, ShowVersion>) {
-            std::cout << "vantor " << build::version << "\n";
-            if (const std::string engine = backend::webEngineVersion(); !engine.empty())
-                std::cout << "web engine " << engine << "\n";
-            return 0;
-        } else if constexpr (std::is_same_v<Command, RunDoctor>) {
-            std::cout << capabilitiesAsText(backend::examineCapabilities());
-            return 0;
-        } else if constexpr (std::is_same_v<Command, PrintTimeline>) {
-            return runTimeline(command, embedded(QStringLiteral(":/catalogue/events.json")).value_or(""), *defaults(),
-                               *backend::makeClock(), std::cout, std::cerr);
-        } else if constexpr (std::is_same_v<Command, PrintKeyMap>) {
-            return printKeyMap();
-        } else if constexpr (std::is_same_v<Command, TypeText>) {
-            const std::string text = textOrStandardInput(command.text);
-            return actOnFocusedApplication([&](ClipboardManager& keys) { keys.typeString(text); });
-        } else if constexpr (std::is_same_v<Command, PressText>) {
-            const std::string text = textOrStandardInput(command.text);
-            return actOnFocusedApplication([&](ClipboardManager& keys) { keys.pressReadableKeys(text); });
-        } else if constexpr (std::is_same_v<Command, ChangeSettings>) {
-            return runChangeSettings(command, *defaults(), std::cin, std::cerr);
-        } else if constexpr (std::is_same_v<Command, AskRunning>) {
-            AskRunning asked = command;
-            if (asked.what == AskRunning::What::fill) asked.username = textOrStandardInput(asked.username);
-            return askRunning(asked);
-        } else if constexpr (std::is_same_v<Command, PrintSetting>) {
-            return runPrintSetting(command, *defaults(), std::cout, std::cerr);
-        } else {
-            return std::nullopt;
-        }
-    };
-    return std::visit(run, line.command);
+std::string versionText() {
+    const std::string engine = backend::webEngineVersion();
+    return std::string("vantor ") + build::version + "\n" + (engine.empty() ? "" : "web engine " + engine + "\n");
+}
+
+std::optional<int> runWithoutWindows(const CommandLine& line) {
+    SystemPause pause;
+    return runCommand(line.command,
+                      {.makeDefaults = [&] { return backend::makeDefaults(line.overrides.settingsFile, nullptr); },
+                       .makeClock = backend::makeClock,
+                       .makeKeyboardLayout = backend::makeKeyboardLayout,
+                       .makeTyping = backend::makeTypingBackend,
+                       .examineCapabilities = backend::examineCapabilities,
+                       .catalogue = [] { return embedded(QStringLiteral(":/catalogue/events.json")).value_or(""); },
+                       .version = versionText,
+                       .askRunning =
+                           [](const std::string& request) {
+                               auto reply = SingleInstance::request(instanceName(), request);
+                               return RemoteReply{reply.running, std::move(reply.line)};
+                           },
+                       .pause = pause,
+                       .in = std::cin,
+                       .out = std::cout,
+                       .err = std::cerr});
 }
 
 int runMain(int count, char** arguments) {
@@ -260,7 +199,7 @@ int runMain(int count, char** arguments) {
     const auto& line = std::get<CommandLine>(parsed);
     if (!std::holds_alternative<StartProgram>(line.command)) {
         QCoreApplication application(count, arguments);
-        if (const auto status = runCommand(line)) {
+        if (const auto status = runWithoutWindows(line)) {
             std::cout.flush();
             return *status;
         }

@@ -9,12 +9,11 @@
 #include "ui/GW2Slider.h"
 #include "ui/GW2TextField.h"
 #include "ui/GW2Toggle.h"
-#include "ui/HorizontalTabber.h"
 #include "ui/SectionTitle.h"
 #include "ui/ShadowInset.h"
+#include "ui/Tabber.h"
 #include "ui/TextBlock.h"
 #include "ui/VerticalScroller.h"
-#include "ui/VerticalTabber.h"
 
 namespace gallery {
 

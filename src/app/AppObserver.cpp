@@ -82,8 +82,8 @@ void AppObserver::setVisible(bool visible) {
 }
 
 void AppObserver::dispatch(const KeyEvent& event) {
-    const HotkeyDecision decision = decideHotkey(
-        event, visible_, [this] { return focus_.isCurrentApplicationEnabled(); }, needs_.data.defaults);
+    const HotkeyDecision decision =
+        decideHotkey(event, visible_, [this] { return focus_.isCurrentApplicationEnabled(); }, needs_.data.defaults);
     switch (decision.action) {
         case HotkeyAction::none:
             break;

@@ -8,7 +8,7 @@
 #include <string>
 
 #include "accounts/AccountsCredentials.h"
-#include "app/ApiKeyCheck.h"
+#include "app/AppParts.h"
 #include "app/GameData.h"
 #include "app/GameFocus.h"
 #include "app/Tabs.h"
@@ -22,7 +22,13 @@
 
 namespace vantor {
 
-class AppObserver {
+class AppObserver final : public OverlayPart,
+                          public SettingsPart,
+                          public DataPart,
+                          public TypingPart,
+                          public AccountsPart,
+                          public PagesPart,
+                          public NetworkPart {
 public:
     using WindowFactory = std::function<std::unique_ptr<AppWindow>(AppWindowName, AppObserver&)>;
 
@@ -56,25 +62,24 @@ public:
 
     // The player's wish to see the main window.
     [[nodiscard]] bool visible() const { return visible_; }
-    // None of these sends keys to the game, unlike the hotkeys.
-    void closePressed();
-    void iconPressed();
+    void closePressed() override;
+    void iconPressed() override;
+    // Sends no keys to the game either.
     void openOverlay();
-    // Types a stored login into the frontmost application.
-    void fillCredentials(const std::string& username);
+    void fillCredentials(const std::string& username) override;
 
-    [[nodiscard]] GameData& data() { return data_; }
-    [[nodiscard]] Tabs& tabs() { return tabs_; }
-    [[nodiscard]] WebViewStore& webViewStore() { return webViewStore_; }
-    [[nodiscard]] AccountsCredentials& credentials() { return credentials_; }
-    [[nodiscard]] ClipboardManager& clipboardManager() { return clipboardManager_; }
-    [[nodiscard]] Defaults& defaults() { return needs_.data.defaults; }
-    [[nodiscard]] UrlSession& session() { return needs_.data.session; }
-    [[nodiscard]] MainThread& mainThread() { return needs_.data.mainThread; }
-    [[nodiscard]] Pasteboard& pasteboard() { return needs_.pasteboard; }
-    [[nodiscard]] KeyMonitors& keyMonitors() { return needs_.keyMonitors; }
-    [[nodiscard]] ApiKeyCheck::Needs apiKeyCheckNeeds() const;
-    [[nodiscard]] const Clock& clock() const { return needs_.data.clock; }
+    [[nodiscard]] GameData& data() override { return data_; }
+    [[nodiscard]] const Clock& clock() const override { return needs_.data.clock; }
+    [[nodiscard]] Tabs& tabs() override { return tabs_; }
+    [[nodiscard]] WebViewStore& webViewStore() override { return webViewStore_; }
+    [[nodiscard]] AccountsCredentials& credentials() override { return credentials_; }
+    [[nodiscard]] ClipboardManager& clipboardManager() override { return clipboardManager_; }
+    [[nodiscard]] Pasteboard& pasteboard() override { return needs_.pasteboard; }
+    [[nodiscard]] KeyMonitors& keyMonitors() override { return needs_.keyMonitors; }
+    [[nodiscard]] Defaults& defaults() override { return needs_.data.defaults; }
+    [[nodiscard]] UrlSession& session() override { return needs_.data.session; }
+    [[nodiscard]] MainThread& mainThread() override { return needs_.data.mainThread; }
+    [[nodiscard]] ApiKeyCheck::Needs apiKeyCheckNeeds() const override;
     [[nodiscard]] const std::string& addAppMenuItemTitle() const { return addAppMenuItemTitle_; }
 
 private:

@@ -8,37 +8,42 @@ namespace vantor {
 
 namespace {
 
-struct PlainWords {
+struct Words {
+    CapabilityKind kind;
     std::string_view name;
     std::string_view what;
     std::string_view works;
 };
 
-constexpr std::array plainWords{
-    PlainWords{"display", "Windows over the game", "can be shown"},
-    PlainWords{"raw keys", "Hotkeys while you play", "are heard"},
-    PlainWords{"posting", "Typing into the game", "works"},
-    PlainWords{"layout", "Your keyboard's layout", "is known"},
-    PlainWords{"frontmost application", "The game in front", "is recognised"},
-    PlainWords{"tray", "Status bar", "is there"},
-    PlainWords{"keyring", "Keyring for account logins", "is there"},
-    PlainWords{"fonts", "Coloured emotes", "can be drawn"},
-    PlainWords{"guardian", "Tidying up after a crash", "is ready"},
-    PlainWords{"web engine", "Web pages", "can be shown"},
-    PlainWords{"web sandbox", "Pages kept apart from your files", "yes"},
+constexpr std::array words{
+    Words{CapabilityKind::display, "display", "Windows over the game", "can be shown"},
+    Words{CapabilityKind::rawKeys, "raw keys", "Hotkeys while you play", "are heard"},
+    Words{CapabilityKind::posting, "posting", "Typing into the game", "works"},
+    Words{CapabilityKind::layout, "layout", "Your keyboard's layout", "is known"},
+    Words{CapabilityKind::frontmostApplication, "frontmost application", "The game in front", "is recognised"},
+    Words{CapabilityKind::tray, "tray", "Status bar", "is there"},
+    Words{CapabilityKind::keyring, "keyring", "Keyring for account logins", "is there"},
+    Words{CapabilityKind::fonts, "fonts", "Coloured emotes", "can be drawn"},
+    Words{CapabilityKind::guardian, "guardian", "Tidying up after a crash", "is ready"},
+    Words{CapabilityKind::webEngine, "web engine", "Web pages", "can be shown"},
+    Words{CapabilityKind::webSandbox, "web sandbox", "Pages kept apart from your files", "yes"},
 };
+
+const Words& wordsOf(CapabilityKind kind) { return *std::ranges::find(words, kind, &Words::kind); }
 
 }  // namespace
 
-SystemCapability plainCapability(const std::string& name, bool present, const std::string& advice) {
-    const auto* words = std::ranges::find(plainWords, name, &PlainWords::name);
-    if (words == plainWords.end()) return {name, present, advice};
-    return {std::string(words->what), present, present ? std::string(words->works) : advice};
+std::string capabilityName(CapabilityKind kind) { return std::string(wordsOf(kind).name); }
+
+SystemCapability plainCapability(const Capability& capability) {
+    const Words& found = wordsOf(capability.kind);
+    return {std::string(found.what), capability.present,
+            capability.present ? std::string(found.works) : capability.advice};
 }
 
 SystemCapability keyringCapability(const AccountsCredentials& credentials) {
     using Storage = AccountsCredentials::Storage;
-    const std::string what = plainCapability("keyring", true, {}).what;
+    const std::string what(wordsOf(CapabilityKind::keyring).what);
     switch (credentials.storage()) {
         case Storage::reading:
             return {what, true, "is being asked for your accounts"};
@@ -53,6 +58,18 @@ SystemCapability keyringCapability(const AccountsCredentials& credentials) {
             break;
     }
     return {what, false, "none answers: accounts are kept until Vantor ends; install one such as gnome-keyring"};
+}
+
+std::vector<SystemCapability> systemCapabilities(const std::vector<Capability>& found,
+                                                 const AccountsCredentials& credentials,
+                                                 const std::function<std::function<void()>(CapabilityKind)>& question) {
+    std::vector<SystemCapability> capabilities;
+    for (const Capability& each : found) {
+        capabilities.push_back(each.kind == CapabilityKind::keyring ? keyringCapability(credentials)
+                                                                    : plainCapability(each));
+        capabilities.back().ask = question(each.kind);
+    }
+    return capabilities;
 }
 
 }  // namespace vantor

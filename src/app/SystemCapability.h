@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "accounts/AccountsCredentials.h"
+#include "platform/Capability.h"
 
 namespace vantor {
 
@@ -13,7 +14,7 @@ struct SystemCapability {
     std::string what;
     bool have = false;
     std::string sentence;  // what is found, or what to do
-    // Has the system put its own question to the player; nothing where there is none to put.
+    // Makes the system ask the player to allow it; nothing where the system has no such question.
     std::function<void()> ask = {};
 
     bool operator==(const SystemCapability& other) const {
@@ -21,11 +22,17 @@ struct SystemCapability {
     }
 };
 
-// In plain words, of what the examination of the machine calls by its name, such as "raw keys". An unknown name stands
-// for itself.
-[[nodiscard]] SystemCapability plainCapability(const std::string& name, bool present, const std::string& advice);
+// In the field's words, as `--doctor` prints it, such as "raw keys".
+[[nodiscard]] std::string capabilityName(CapabilityKind kind);
+// In plain words.
+[[nodiscard]] SystemCapability plainCapability(const Capability& capability);
 
 // Whether the logins are where they belong, in place of what the machine says of its keyring.
 [[nodiscard]] SystemCapability keyringCapability(const AccountsCredentials& credentials);
+
+// All of them, each with the system's question to the player, if there is one.
+[[nodiscard]] std::vector<SystemCapability> systemCapabilities(
+    const std::vector<Capability>& found, const AccountsCredentials& credentials,
+    const std::function<std::function<void()>(CapabilityKind)>& question);
 
 }  // namespace vantor

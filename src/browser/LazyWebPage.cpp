@@ -37,20 +37,13 @@ void LazyWebPage::addUserScript(const std::string& source) {
 }
 
 Subscription LazyWebPage::observePrior(Property property, std::function<void()> handler) {
-    const auto place = static_cast<std::size_t>(property);
-    const int number = observers_->next++;
-    observers_->handlers[place].emplace(number, std::move(handler));
-    return Subscription([observers = std::weak_ptr(observers_), place, number] {
-        if (const auto alive = observers.lock()) alive->handlers[place].erase(number);
-    });
+    return willChange_.at(static_cast<std::size_t>(property)).observe(std::move(handler));
 }
 
 template <typename Value>
-void LazyWebPage::change(Property property, Value WebState::*member, const WebState& next) {
+void LazyWebPage::change(Property property, Value WebState::* member, const WebState& next) {
     if (state_.*member == next.*member) return;
-    // A copy: a handler may end its own observation.
-    const auto handlers = observers_->handlers[static_cast<std::size_t>(property)];
-    for (const auto& [number, handler] : handlers) handler();
+    willChange_.at(static_cast<std::size_t>(property)).announce();
     state_.*member = next.*member;
 }
 

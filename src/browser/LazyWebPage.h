@@ -4,10 +4,10 @@
 
 #include <array>
 #include <functional>
-#include <map>
 #include <memory>
 #include <vector>
 
+#include "base/Notice.h"
 #include "platform/WebEngine.h"
 #include "platform/WebPage.h"
 
@@ -41,14 +41,9 @@ public:
     void onEngine(std::function<void()> handler) override { engineChanged_ = std::move(handler); }
 
 private:
-    struct Observers {
-        std::array<std::map<int, std::function<void()>>, propertyCount> handlers;
-        int next = 0;
-    };
-
     void update(const WebState& next);
     template <typename Value>
-    void change(Property property, Value WebState::*member, const WebState& next);
+    void change(Property property, Value WebState::* member, const WebState& next);
     void setEngine(Engine state);
 
     MakeEngine makeEngine_;
@@ -58,7 +53,7 @@ private:
     WebState state_;
     bool drawsBackground_ = true;
     std::vector<std::string> scriptsBeforeEngine_;
-    std::shared_ptr<Observers> observers_ = std::make_shared<Observers>();
+    std::array<Notice, propertyCount> willChange_;
 };
 
 }  // namespace vantor

@@ -17,7 +17,7 @@ struct WebHosts {
 struct SearchTarget {
     std::string_view image;
     std::string_view help;
-    std::string WebHosts::*host;
+    std::string WebHosts::* host;
     std::string_view path;
 };
 

@@ -25,7 +25,7 @@ public:
     [[nodiscard]] WebPage& webView() const { return *webView_; }
     [[nodiscard]] std::size_t observerCount() const { return observers_.size(); }
 
-    // Each load adds one more copy of the style script to the page, and none is ever removed. An address that is none
+    // Each load adds one more copy of the style script to the page, and none is ever removed. An invalid address
     // stops the program: callers build theirs from fixed prefixes and encoded terms.
     void load(const std::string& address);
 

@@ -10,9 +10,9 @@ namespace vantor {
 template <typename Record, typename Member>
 struct Field {
     std::string_view key;
-    Member Record::*member;
+    Member Record::* member;
 
-    constexpr Field(std::string_view jsonKey, Member Record::*pointer) : key(jsonKey), member(pointer) {}
+    constexpr Field(std::string_view jsonKey, Member Record::* pointer) : key(jsonKey), member(pointer) {}
 };
 
 // Specialised beside each record, with `static constexpr auto table = std::tuple(Field{...}, ...)`.
@@ -20,8 +20,6 @@ template <typename Record>
 struct Fields;
 
 template <typename T>
-concept FieldRecord = requires {
-    Fields<T>::table;
-};
+concept FieldRecord = requires { Fields<T>::table; };
 
 }  // namespace vantor

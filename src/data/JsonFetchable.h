@@ -28,9 +28,7 @@ namespace vantor {
 
 // A record of a loader: its `id`, an integer or a text, is its identity there.
 template <typename T>
-concept APIElement = requires(const T& record) {
-    record.id;
-};
+concept APIElement = requires(const T& record) { record.id; };
 
 [[nodiscard]] inline std::string identityText(std::int64_t id) { return std::to_string(id); }
 [[nodiscard]] inline std::string identityText(const std::string& id) { return id; }
@@ -72,8 +70,8 @@ public:
 
     [[nodiscard]] const std::string& fromUrl() const { return fromUrl_; }
 
-    // No ids: the whole resource. Without a key an authenticated loader does nothing and the completion is never
-    // called.
+    // Without ids the whole resource is asked for. Without a key an authenticated loader does nothing and the
+    // completion is never called.
     void fetch(std::vector<std::int64_t> ids, Completion completion = {}) {
         context_.queue.post(
             [this, ids = std::move(ids), completion = std::move(completion)] { fetchNow(ids, completion); });

@@ -1,6 +1,7 @@
 #pragma once
 // One feedback form: what the player wrote, and the sending of it to the maker's service. A message is sent once:
-// nothing is retried or kept. Main thread; it may go while a request is under way, whose answer then meets nobody.
+// nothing is retried or kept. Main thread; it may be destroyed while a request is under way, whose answer is then
+// dropped.
 
 #include <QString>
 #include <functional>

@@ -5,8 +5,22 @@
 
 namespace vantor {
 
+enum class CapabilityKind {
+    display,
+    rawKeys,
+    posting,
+    layout,
+    frontmostApplication,
+    tray,
+    keyring,
+    fonts,
+    guardian,
+    webEngine,
+    webSandbox,
+};
+
 struct Capability {
-    std::string name;
+    CapabilityKind kind;
     bool present = false;
     std::string advice;  // what is found, or what to do
 

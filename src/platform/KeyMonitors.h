@@ -1,5 +1,5 @@
 #pragma once
-// Observation of keys. Global monitors see the keys that go to other applications, local ones those that go to Vantor's
+// Observes keys. Global monitors see the keys that go to other applications, local ones those that go to Vantor's
 // own windows; one key reaches one kind only. Keys that Vantor posted itself reach none. Main thread.
 
 #include <cstdint>

@@ -18,7 +18,7 @@ public:
     virtual ~Permissions() = default;
     // As it is at this call.
     [[nodiscard]] virtual bool granted(Kind kind) const = 0;
-    // Has the system put its own question, which says where the player allows it. The system may put it only once.
+    // Makes the system ask the player; its question says where to allow it. The system may ask only once.
     virtual void ask(Kind kind) = 0;
     // Runs after a permission was given or taken away, without a restart.
     virtual Subscription observe(std::function<void()> handler) = 0;

@@ -24,7 +24,7 @@ class UrlSession {
 public:
     // The body, whatever the HTTP status; nothing when the transfer failed or carried no byte.
     using Completion = std::function<void(std::optional<std::string> body)>;
-    // The HTTP status; nothing when the transfer failed. The body is not read.
+    // The HTTP status alone; nothing when the transfer failed.
     using StatusCompletion = std::function<void(std::optional<int> status)>;
 
     virtual ~UrlSession() = default;

@@ -32,7 +32,7 @@ public:
     virtual void load(const std::string& url, int timeoutSeconds) = 0;
     virtual void goBack() = 0;
     virtual void goForward() = 0;
-    // Runs at document end, in every frame, on each later page; added copies add up.
+    // Runs at document end, in every frame, on each later page; a script added twice runs twice.
     virtual void addUserScript(const std::string& source) = 0;
 
     [[nodiscard]] virtual std::optional<std::string> title() const = 0;

@@ -7,8 +7,7 @@
 namespace vantor {
 
 std::string oneLine(std::string text) {
-    std::ranges::replace_if(
-        text, [](char character) { return static_cast<unsigned char>(character) < 0x20; }, ' ');
+    std::ranges::replace_if(text, [](char character) { return static_cast<unsigned char>(character) < 0x20; }, ' ');
     return text;
 }
 

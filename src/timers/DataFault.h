@@ -1,5 +1,5 @@
 #pragma once
-// The end of the program for game data that cannot be computed with: going on would show wrong times. Any thread.
+// Ends the program when game data cannot be computed with: going on would show wrong times. Any thread.
 
 #include <string>
 

@@ -23,7 +23,7 @@ enum class RowPhase {
 
 class TimersList {
 public:
-    // True when the search became another one.
+    // True when the search has changed.
     bool search(std::string_view query);
     void update(std::shared_ptr<const Timeline> timeline, int now, double windowMinutes);
 

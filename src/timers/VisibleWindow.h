@@ -1,5 +1,5 @@
 #pragma once
-// Which part of the timeline is shown now. Pure; any thread.
+// The part of the timeline that is shown now. Pure; any thread.
 
 #include <span>
 #include <vector>

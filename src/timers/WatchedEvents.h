@@ -29,9 +29,9 @@ using WatchedNames = std::vector<std::string>;  // in the order in which they we
                                                             const WatchedNames& names, double now,
                                                             double windowMinutes);
 
-// The next second at which the list of watched occurrences could become another one than it is now, if nothing but the
-// time changes: an occurrence enters or leaves, or the zone's offset changes (and with it the timeline). Always later
-// than `at`; nothing when no watched occurrence is ahead within the next day and no change of the zone either.
+// The next second at which the list of watched occurrences could change, if nothing but the time changes: an occurrence
+// enters or leaves, or the zone's offset changes (and with it the timeline). Always later than `at`; nothing when no
+// watched occurrence is ahead within the next day and no change of the zone either.
 [[nodiscard]] std::optional<Clock::Seconds> nextWatchedChange(std::span<const TimelineEvent> timeline,
                                                               const WatchedNames& names, double windowMinutes,
                                                               const Clock& clock, Clock::Seconds at);

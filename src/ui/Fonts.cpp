@@ -1,43 +1,30 @@
 #include "ui/Fonts.h"
 
-#include <QtCore/QFile>
-#include <QtCore/QStringList>
 #include <QtCore/QVariant>
 #include <QtGui/QFontDatabase>
+#include <QtGui/QFontMetricsF>
 #include <QtGui/QGuiApplication>
+#include <QtGui/QPainter>
 #include <algorithm>
 #include <cmath>
-
-#include "ui/FigureSubstitution.h"
 
 namespace vantor {
 
 namespace {
 
-// Names of our own, so that a face which happens to be installed under the original name is not taken instead.
-const auto serifAlias = QStringLiteral("Vantor Serif");
-const auto sansAlias = QStringLiteral("Vantor Sans");
+// Names of our own, given to the embedded faces by the build, so that a face which happens to be installed under the
+// original name is not taken instead.
+const auto serifFamily = QStringLiteral("Vantor Serif");
+const auto sansFamily = QStringLiteral("Vantor Sans");
 constexpr const char* scaleProperty = "vantorTextScale";
-
-QString familyOf(const QString& resource, const QString& own) {
-    QFile file(resource);
-    if (!file.open(QIODevice::ReadOnly)) return {};
-    // A face that is also installed would else be taken from the system, with the figures that it has there.
-    const QByteArray face = withFamilyName(withLiningFigures(file.readAll()), own);
-    const int id = QFontDatabase::addApplicationFontFromData(face);
-    const QStringList families = id < 0 ? QStringList() : QFontDatabase::applicationFontFamilies(id);
-    return families.value(0);
-}
 
 }  // namespace
 
 FontsVerdict registerFonts() {
-    const QString serif = familyOf(QStringLiteral(":/fonts/serif"), serifAlias);
-    const QString sans = familyOf(QStringLiteral(":/fonts/sans"), sansAlias);
-    const QString sansBold = familyOf(QStringLiteral(":/fonts/sans-bold"), sansAlias);
-    if (!serif.isEmpty()) QFont::insertSubstitution(serifAlias, serif);
-    if (!sans.isEmpty()) QFont::insertSubstitution(sansAlias, sans);
-    return serif.isEmpty() || sans.isEmpty() || sansBold.isEmpty() ? FontsVerdict::fallback : FontsVerdict::embedded;
+    bool embedded = true;
+    for (const char* const face : {":/fonts/serif", ":/fonts/sans", ":/fonts/sans-bold"})
+        embedded &= QFontDatabase::addApplicationFont(QLatin1String(face)) >= 0;
+    return embedded ? FontsVerdict::embedded : FontsVerdict::fallback;
 }
 
 void setTextScale(double scale) { qApp->setProperty(scaleProperty, std::clamp(scale, 1.0, 2.0)); }
@@ -58,14 +45,14 @@ double textScaleFor(const QFont& desktopFont) {
 int withText(int pixels) { return static_cast<int>(std::lround(pixels * textScale())); }
 
 QFont serifFont(int pixels) {
-    QFont font(serifAlias);
+    QFont font(serifFamily);
     font.setStyleHint(QFont::Serif);
     font.setPixelSize(withText(pixels));
     return font;
 }
 
 QFont sansFont(int pixels, bool bold) {
-    QFont font(sansAlias);
+    QFont font(sansFamily);
     font.setStyleHint(QFont::SansSerif);
     font.setPixelSize(withText(pixels));
     font.setBold(bold);
@@ -74,9 +61,14 @@ QFont sansFont(int pixels, bool bold) {
 
 QFont emojiFont(int pixels) {
     QFont font;
-    font.setFamilies({QStringLiteral("Noto Color Emoji"), QStringLiteral("Apple Color Emoji"), sansAlias});
+    font.setFamilies({QStringLiteral("Noto Color Emoji"), QStringLiteral("Apple Color Emoji"), sansFamily});
     font.setPixelSize(pixels);
     return font;
+}
+
+void drawFigures(QPainter& painter, const QFont& font, QPointF rightOnBaseLine, const QString& text) {
+    painter.setFont(font);
+    painter.drawText(rightOnBaseLine - QPointF(QFontMetricsF(font).horizontalAdvance(text), 0), text);
 }
 
 }  // namespace vantor

@@ -2,7 +2,11 @@
 // The embedded text faces: a bookish serif for titles and times, a humanist sans for text. Main thread, after the
 // application object.
 
+#include <QtCore/QPointF>
+#include <QtCore/QString>
 #include <QtGui/QFont>
+
+class QPainter;
 
 namespace vantor {
 
@@ -25,5 +29,8 @@ void setTextScale(double scale);
 [[nodiscard]] QFont sansFont(int pixels, bool bold = false);
 // The system's colour emoji, with the sans face for what it lacks. They are pictures: the text scale leaves them.
 [[nodiscard]] QFont emojiFont(int pixels);
+
+// One line of a time such as "20:45", ending at `right` on the base line, in the painter's pen.
+void drawFigures(QPainter& painter, const QFont& font, QPointF rightOnBaseLine, const QString& text);
 
 }  // namespace vantor

@@ -1,10 +1,30 @@
 #pragma once
 // A button with a text, and an image if it has one. Main thread.
 
-#include "ui/GW2ButtonStyle.h"
+#include <QtGui/QPainter>
+
+#include "ui/ControlState.h"
 #include "ui/Pressable.h"
 
 namespace vantor {
+
+// The background of buttons: dark, worn, with a hairline of gold; red where a button is the one to press. Main thread.
+class GW2ButtonStyle {
+public:
+    enum class Kind { standard, primary, quiet };
+
+    explicit GW2ButtonStyle(Kind kind = Kind::standard) : kind_(kind) {}
+
+    // The focus ring stands 2 px outside the frame.
+    void paintBackground(QPainter& painter, const QRectF& frame, const ControlState& state) const;
+    [[nodiscard]] QColor textColour(const ControlState& state) const;
+
+private:
+    Kind kind_;
+};
+
+// What is disabled is drawn so.
+inline constexpr double disabledOpacity = 0.45;
 
 class GW2Button : public Pressable {
 public:

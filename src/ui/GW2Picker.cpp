@@ -9,10 +9,9 @@
 
 #include "ui/ControlState.h"
 #include "ui/Fonts.h"
-#include "ui/GW2ButtonStyle.h"
+#include "ui/GW2Button.h"
 #include "ui/Images.h"
 #include "ui/Palette.h"
-#include "ui/States.h"
 
 namespace vantor {
 

@@ -11,9 +11,8 @@
 
 #include "ui/ControlState.h"
 #include "ui/Fonts.h"
-#include "ui/GW2ButtonStyle.h"
+#include "ui/GW2Button.h"
 #include "ui/Palette.h"
-#include "ui/States.h"
 
 namespace vantor {
 

@@ -5,8 +5,8 @@
 
 #include "ui/FieldMenu.h"
 #include "ui/Fonts.h"
-#include "ui/GW2ButtonStyle.h"
-#include "ui/SlimScrollBar.h"
+#include "ui/GW2Button.h"
+#include "ui/VerticalScroller.h"
 
 namespace vantor {
 

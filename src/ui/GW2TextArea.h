@@ -3,7 +3,7 @@
 
 #include <QtWidgets/QPlainTextEdit>
 
-#include "ui/GW2TextFieldStyle.h"
+#include "ui/GW2TextField.h"
 
 namespace vantor {
 

@@ -1,14 +1,24 @@
 #pragma once
 // A field of one line. Main thread.
 
+#include <QtGui/QPainter>
+#include <QtGui/QPalette>
 #include <QtWidgets/QLineEdit>
 #include <memory>
 
-#include "ui/GW2TextFieldStyle.h"
+#include "ui/ControlState.h"
 #include "ui/ImageButton.h"
 #include "ui/SettingBinding.h"
 
 namespace vantor {
+
+// The sunken background of fields. Main thread.
+class GW2TextFieldStyle {
+public:
+    void paintBackground(QPainter& painter, const QRectF& frame, const ControlState& state) const;
+    // Text, hint, selection.
+    [[nodiscard]] static QPalette colours();
+};
 
 class GW2TextField : public QLineEdit {
 public:

@@ -1,14 +1,23 @@
 #pragma once
 // A switch with its text, which wraps where it must. Main thread.
 
+#include <QtGui/QPainter>
 #include <memory>
 
-#include "ui/GW2ToggleStyle.h"
+#include "ui/ControlState.h"
 #include "ui/Motion.h"
 #include "ui/Pressable.h"
 #include "ui/SettingBinding.h"
 
 namespace vantor {
+
+// The track and knob of a toggle.
+class GW2ToggleStyle {
+public:
+    [[nodiscard]] static QSize size();
+    // `position`: 0 off, 1 on, between while it moves.
+    void paint(QPainter& painter, const QRectF& frame, const ControlState& state, double position) const;
+};
 
 class GW2Toggle : public Pressable {
 public:

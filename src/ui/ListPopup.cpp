@@ -9,7 +9,7 @@
 #include <utility>
 
 #include "ui/Fonts.h"
-#include "ui/GW2ButtonStyle.h"
+#include "ui/GW2Button.h"
 #include "ui/Images.h"
 #include "ui/Palette.h"
 #include "ui/TornOutline.h"

@@ -5,9 +5,18 @@
 #include <QtCore/QVariantAnimation>
 #include <functional>
 
-#include "ui/Spring.h"
-
 namespace vantor {
+
+// A damped spring as the course of a motion.
+struct Spring {
+    double response = 0.55;          // seconds of one swing without damping
+    double dampingFraction = 0.825;  // 1: no overshoot
+
+    // Where the motion from 0 to 1 stands after so many seconds; may pass 1.
+    [[nodiscard]] double at(double seconds) const;
+    // Seconds after which it stays within a hundredth of its end.
+    [[nodiscard]] double settled() const;
+};
 
 // The wish for reduced motion: VANTOR_REDUCED_MOTION=1 (or 0), else what was told last, else nothing is reduced. Told
 // by whoever asks the desktop; a motion that runs ends as it began.

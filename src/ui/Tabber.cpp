@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "ui/Palette.h"
-#include "ui/TabKeys.h"
 
 namespace vantor {
 

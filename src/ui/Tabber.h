@@ -1,17 +1,31 @@
 #pragma once
-// Tabs over or beside pages; a page is made when it is first shown. What HorizontalTabber and VerticalTabber share.
-// Main thread.
+// Tabs over or beside pages; a page is made when it is first shown. Main thread.
 
+#include <QtGui/QKeyEvent>
 #include <QtWidgets/QBoxLayout>
 #include <QtWidgets/QStackedWidget>
 #include <QtWidgets/QWidget>
 #include <functional>
+#include <optional>
 #include <vector>
 
 #include "ui/TabElement.h"
 #include "ui/TabMark.h"
 
 namespace vantor {
+
+// Which tab a key leads to: arrows along the tabs, and their ends with Home and End. Nothing: the key is not theirs, or
+// leads nowhere.
+[[nodiscard]] inline std::optional<int> nextTab(const QKeyEvent& event, Qt::Orientation tabs, int selected, int count) {
+    const bool column = tabs == Qt::Vertical;
+    int next = selected;
+    if (event.key() == (column ? Qt::Key_Up : Qt::Key_Left)) --next;
+    if (event.key() == (column ? Qt::Key_Down : Qt::Key_Right)) ++next;
+    if (event.key() == Qt::Key_Home) next = 0;
+    if (event.key() == Qt::Key_End) next = count - 1;
+    if (next < 0 || next >= count || next == selected) return std::nullopt;
+    return next;
+}
 
 class Tabber : public QWidget {
 public:
@@ -47,6 +61,18 @@ private:
     std::vector<Tab> tabs_;
     int selected_ = -1;
     std::function<void(int)> handler_;
+};
+
+// Tabs in a row over their pages.
+class HorizontalTabber : public Tabber {
+public:
+    explicit HorizontalTabber(QWidget* parent) : Tabber(Qt::Horizontal, parent) {}
+};
+
+// Tabs in a column beside their pages.
+class VerticalTabber : public Tabber {
+public:
+    explicit VerticalTabber(QWidget* parent) : Tabber(Qt::Vertical, parent) {}
 };
 
 }  // namespace vantor

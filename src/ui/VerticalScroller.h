@@ -2,8 +2,19 @@
 // Shows a column that is taller than its place: slim gold scroll bar, soft fades where it is cut. Main thread.
 
 #include <QtWidgets/QScrollArea>
+#include <QtWidgets/QScrollBar>
 
 namespace vantor {
+
+// A narrow scroll bar in the look's gold over the ink. Main thread.
+class SlimScrollBar : public QScrollBar {
+public:
+    explicit SlimScrollBar(QWidget* parent);
+    [[nodiscard]] QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+};
 
 class VerticalScroller : public QScrollArea {
 public:

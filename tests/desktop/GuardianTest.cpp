@@ -19,6 +19,7 @@
 #include <string>
 #include <thread>
 
+#include "ComesTrue.h"
 #include "Player.h"
 #include "input/KeyStrokes.h"
 #include "platform/linux/keys/KeyboardUndo.h"
@@ -263,14 +264,6 @@ pid_t childNamed(pid_t parent, const std::string& name) {
     return 0;
 }
 
-template <typename Condition>
-bool becomesTrue(const Condition& condition) {
-    for (const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10); !condition();
-         std::this_thread::yield())
-        if (std::chrono::steady_clock::now() > end) return false;
-    return true;
-}
-
 TEST_F(GuardianTest, StandsApartStartsAgainAndIsMissedByNobody) {
     XConnection connection;
     PostedKeyRecord record;
@@ -297,7 +290,7 @@ TEST_F(GuardianTest, StandsApartStartsAgainAndIsMissedByNobody) {
         EXPECT_EQ(guardian(), 0) << "nothing is started before something is typed";
         pid_t first = 0;
         type(poster, [&] {
-            ASSERT_TRUE(becomesTrue([&] { return (first = guardian()) != 0; }));
+            ASSERT_TRUE(comesTrue([&] { return (first = guardian()) != 0; }));
             EXPECT_EQ(getsid(first), first);
             EXPECT_EQ(openDescriptors(first), 4U);
             for (const int each : {SIGTERM, SIGINT, SIGHUP}) kill(first, each);
@@ -305,9 +298,9 @@ TEST_F(GuardianTest, StandsApartStartsAgainAndIsMissedByNobody) {
         type(poster, [&] {
             EXPECT_EQ(guardian(), first) << "one guardian for all texts, and no signal ends it";
             kill(first, SIGKILL);
-            ASSERT_TRUE(becomesTrue([&] { return guardian() == 0; }));
+            ASSERT_TRUE(comesTrue([&] { return guardian() == 0; }));
         });
-        type(poster, [&] { ASSERT_TRUE(becomesTrue([&] { return (second = guardian()) != 0; })); });
+        type(poster, [&] { ASSERT_TRUE(comesTrue([&] { return (second = guardian()) != 0; })); });
         EXPECT_NE(second, first);
     }
     EXPECT_EQ(kill(second, 0), -1) << "it goes with the poster, and leaves no dead child";

@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QtCore/QElapsedTimer>
 #include <QtGui/QKeyEvent>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QWidget>
@@ -13,6 +12,7 @@
 #include <functional>
 #include <vector>
 
+#include "ComesTrue.h"
 #include "Player.h"
 #include "app/HotkeyDispatcher.h"
 #include "data/SettingKeys.h"
@@ -24,16 +24,6 @@
 
 namespace vantor {
 namespace {
-
-bool comesTrue(const std::function<bool()>& condition) {
-    QElapsedTimer timer;
-    timer.start();
-    while (!condition()) {
-        if (timer.elapsed() > 10'000) return false;
-        QApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 5);
-    }
-    return true;
-}
 
 class KeyCounter : public QWidget {
 public:
@@ -78,9 +68,7 @@ protected:
     std::vector<HotkeyAction> decisions;
     Subscription dispatcher = monitors.addLocalMonitor(maskOf(KeyEventType::keyUp), [this](const KeyEvent& event) {
         ++releases;
-        decisions.push_back(decideHotkey(
-                                event, true, [] { return true; }, defaults)
-                                .action);
+        decisions.push_back(decideHotkey(event, true, [] { return true; }, defaults).action);
         return KeyMonitors::Passing::passOn;
     });
     HotkeyCapture capture{defaults, settings::windowToggleEvent, monitors, [] {}};

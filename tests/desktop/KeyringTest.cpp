@@ -11,6 +11,7 @@
 #include <QtWidgets/QApplication>
 #include <algorithm>
 
+#include "ComesTrue.h"
 #include "StandInSecretService.h"
 #include "accounts/AccountsCredentials.h"
 #include "platform/linux/services/SecretServiceKeychain.h"
@@ -24,16 +25,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using Accounts = AccountsCredentials::Accounts;
 using Storage = AccountsCredentials::Storage;
-
-bool comesTrue(const std::function<bool()>& condition) {
-    QElapsedTimer timer;
-    timer.start();
-    while (!condition()) {
-        if (timer.elapsed() > 10000) return false;
-        QApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 5);
-    }
-    return true;
-}
 
 // What the session's own tool for the bus prints.
 QString busctl(const QStringList& arguments) {

@@ -5,7 +5,6 @@
 #include <xcb/xcb.h>
 #include <xcb/xtest.h>
 
-#include <QtCore/QElapsedTimer>
 #include <QtCore/QEventLoop>
 #include <QtCore/QTimer>
 #include <QtGui/QWindow>
@@ -18,6 +17,7 @@
 #include <string>
 #include <vector>
 
+#include "ComesTrue.h"
 #include "input/KeyStrokes.h"
 #include "platform/linux/keys/KeyCodes.h"
 #include "platform/linux/keys/RawKeyMonitors.h"
@@ -34,16 +34,6 @@ constexpr auto keyDown = KeyEventType::keyDown;
 constexpr auto keyUp = KeyEventType::keyUp;
 constexpr auto flagsChanged = KeyEventType::flagsChanged;
 constexpr KeyEventMask everyType = maskOf(keyDown) | maskOf(keyUp) | maskOf(flagsChanged);
-
-bool comesTrue(const std::function<bool()>& condition) {
-    QElapsedTimer timer;
-    timer.start();
-    while (!condition()) {
-        if (timer.elapsed() > 10000) return false;
-        QApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 5);
-    }
-    return true;
-}
 
 // Another program with a window of its own that has the focus and writes down what is typed into it.
 class OtherClient {
@@ -422,8 +412,9 @@ TEST_F(KeysTest, WhileTheServerTakesNoConnectionTheLossShowsAndItIsTriedAgain) {
     EXPECT_EQ(poster.beginTyping(), nullptr);
     EXPECT_EQ(poster.post({0, 0, true}), PostVerdict::lost);
     EXPECT_TRUE(connection.isLost());
-    const std::vector<Capability> capabilities =
-        withoutKeys({{"display", true, ""}, {"raw keys", true, ""}, {"posting", true, ""}});
+    const std::vector<Capability> capabilities = withoutKeys({{CapabilityKind::display, true, ""},
+                                                              {CapabilityKind::rawKeys, true, ""},
+                                                              {CapabilityKind::posting, true, ""}});
     EXPECT_TRUE(capabilities[0].present && !capabilities[1].present && !capabilities[2].present);
     qputenv("DISPLAY", display);
     ASSERT_TRUE(comesTrue([&] { return renewals == 1; }));

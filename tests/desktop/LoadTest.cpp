@@ -5,11 +5,9 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <QtCore/QElapsedTimer>
 #include <QtCore/QFile>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
-#include <QtCore/QProcess>
 #include <QtCore/QTemporaryDir>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QLineEdit>
@@ -21,6 +19,7 @@
 #include <string>
 #include <thread>
 
+#include "StandInGame.h"
 #include "WindowManager.h"
 #include "fake/FakeKeyMonitors.h"
 #include "input/ClipboardManager.h"
@@ -36,40 +35,19 @@ namespace {
 using namespace std::chrono_literals;
 using Steady = std::chrono::steady_clock;
 
-bool comesTrue(const std::function<bool()>& condition) {
-    const auto deadline = Steady::now() + 60s;
-    while (!condition()) {
-        if (Steady::now() > deadline) return false;
-        QApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 5);
-    }
-    return true;
-}
-
-// The stand-in game in a process of its own, and what it says that it was given.
+// The stand-in game, and what it says that it was given.
 class Game {
 public:
-    explicit Game(const QString& windowClass = QStringLiteral("gw2-64.exe")) {
-        record_.setFileName(folder_.filePath(QStringLiteral("record")));
-        const auto program = qEnvironmentVariable(
-            "VANTOR_STANDIN_GAME", QApplication::applicationDirPath() + QStringLiteral("/../demo/standin-game"));
-        process_.start(program, {QStringLiteral("--record"), record_.fileName(), QStringLiteral("--class"), windowClass,
-                                 QStringLiteral("--size"), QStringLiteral("300x200")});
-        EXPECT_TRUE(comesTrue([this] { return process_.canReadLine() || process_.state() == QProcess::NotRunning; }));
-        const auto line = process_.readLine().trimmed().split(' ');
-        EXPECT_EQ(line.value(0), "ready") << "the stand-in game does not start";
-        window_ = line.value(1).toUInt(nullptr, 0);
+    explicit Game(const QString& windowClass = QStringLiteral("gw2-64.exe"))
+        : program_({QStringLiteral("--record"), folder_.filePath(QStringLiteral("record")), QStringLiteral("--class"),
+                    windowClass, QStringLiteral("--size"), QStringLiteral("300x200")}),
+          record_(folder_.filePath(QStringLiteral("record"))) {
         EXPECT_TRUE(record_.open(QIODevice::ReadOnly));
     }
-    Game(const Game&) = delete;
-    Game& operator=(const Game&) = delete;
-    ~Game() { kill(); }
 
-    [[nodiscard]] xcb_window_t window() const { return window_; }
-    void signal(int number) { ::kill(static_cast<pid_t>(process_.processId()), number); }
-    void kill() {
-        process_.kill();
-        process_.waitForFinished();
-    }
+    [[nodiscard]] xcb_window_t window() const { return program_.window(); }
+    void signal(int number) { program_.signal(number); }
+    void kill() { program_.end(); }
     // Everything so far, repeats included: a key that stays down would show.
     const std::string& text() {
         for (;;) {
@@ -85,11 +63,10 @@ public:
 
 private:
     QTemporaryDir folder_;
+    StandInGame program_;
     QFile record_;
     QByteArray pending_;
     std::string text_;
-    QProcess process_;
-    xcb_window_t window_ = XCB_NONE;
 };
 
 // Lets a test act between two keys.

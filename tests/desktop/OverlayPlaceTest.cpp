@@ -3,18 +3,15 @@
 #include <gtest/gtest.h>
 #include <xcb/xcb.h>
 
-#include <QtCore/QElapsedTimer>
-#include <QtWidgets/QApplication>
 #include <vector>
 
+#include "ComesTrue.h"
 #include "WindowManager.h"
 #include "platform/linux/desktop/XcbDesktop.h"
 #include "ui/OverlayWindow.h"
 
 namespace vantor {
 namespace {
-
-constexpr int patience = 10'000;  // milliseconds
 
 // Tells the window that it stands there, as a window manager does (ICCCM 4.1.5), and waits until the toolkit believes
 // it.
@@ -30,11 +27,7 @@ bool claimPlace(const XcbDesktop& server, const QWidget& window, QPoint place) {
     told.height = static_cast<std::uint16_t>(window.height());
     xcb_send_event(server.connection(), 0, id, XCB_EVENT_MASK_STRUCTURE_NOTIFY, reinterpret_cast<const char*>(&told));
     server.flush();
-    QElapsedTimer timer;
-    timer.start();
-    while (window.pos() != place && timer.elapsed() < patience)
-        QApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 5);
-    return window.pos() == place;
+    return comesTrue([&] { return window.pos() == place; });
 }
 
 TEST(OverlayPlaceTest, APlaceOnTheWayToTheScreenIsNotRemembered) {
@@ -57,10 +50,7 @@ TEST(OverlayPlaceTest, APlaceOnTheWayToTheScreenIsNotRemembered) {
     // Shown and at rest, it is where the window manager puts it.
     manager.resume();
     window.orderFront();
-    QElapsedTimer timer;
-    timer.start();
-    while (!server->isViewable(static_cast<xcb_window_t>(window.winId())) && timer.elapsed() < patience)
-        QApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 5);
+    ASSERT_TRUE(comesTrue([&] { return server->isViewable(static_cast<xcb_window_t>(window.winId())); }));
     window.repaint();
     ASSERT_TRUE(claimPlace(*server, window, {40, 50}));
     window.orderOut();

@@ -1,10 +1,10 @@
 // The wish for reduced motion, asked of a settings portal on the session bus. Runs in demo/private_desktop.sh.
 
+#include "ComesTrue.h"
 #include "platform/linux/services/ReducedMotion.h"
 
 #include <gmock/gmock.h>
 
-#include <QtCore/QElapsedTimer>
 #include <QtDBus/QDBusConnection>
 #include <QtDBus/QDBusMessage>
 #include <QtDBus/QDBusPendingCallWatcher>
@@ -58,15 +58,6 @@ private:
 
 class ReducedMotionTest : public testing::Test {
 protected:
-    static bool comesTrue(const std::function<bool()>& condition) {
-        QElapsedTimer timer;
-        timer.start();
-        while (!condition()) {
-            if (timer.elapsed() > 10000) return false;
-            QApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 5);
-        }
-        return true;
-    }
     std::vector<bool> ask(std::size_t expectedQuestions) {
         portal.asked.clear();
         std::vector<bool> answers;

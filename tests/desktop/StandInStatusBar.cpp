@@ -132,14 +132,12 @@ void StandInStatusBar::start() {
     watcher_ = std::make_unique<Watcher>();
     watcher_->moveToThread(thread_.get());
     thread_->start();
-    QMetaObject::invokeMethod(
-        watcher_.get(), [this] { watcher_->enter(); }, Qt::BlockingQueuedConnection);
+    QMetaObject::invokeMethod(watcher_.get(), [this] { watcher_->enter(); }, Qt::BlockingQueuedConnection);
 }
 
 void StandInStatusBar::stop() {
     if (!watcher_) return;
-    QMetaObject::invokeMethod(
-        watcher_.get(), [this] { watcher_->leave(); }, Qt::BlockingQueuedConnection);
+    QMetaObject::invokeMethod(watcher_.get(), [this] { watcher_->leave(); }, Qt::BlockingQueuedConnection);
     thread_->quit();
     thread_->wait();
     watcher_.reset();

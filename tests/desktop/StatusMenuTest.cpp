@@ -6,12 +6,12 @@
 #include <gmock/gmock.h>
 #include <unistd.h>
 
-#include <QtCore/QElapsedTimer>
 #include <QtGui/QWindow>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QWidget>
 #include <thread>
 
+#include "ComesTrue.h"
 #include "StandInStatusBar.h"
 #include "fake/FakeKeychain.h"
 #include "platform/linux/desktop/XcbWorkspace.h"
@@ -22,16 +22,6 @@ namespace vantor {
 namespace {
 
 using testing::ElementsAre;
-
-bool comesTrue(const std::function<bool()>& condition) {
-    QElapsedTimer timer;
-    timer.start();
-    while (!condition()) {
-        if (timer.elapsed() > 10000) return false;
-        QApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 5);
-    }
-    return true;
-}
 
 std::vector<std::string> titlesOf(const std::vector<StatusBarEntry>& entries) {
     std::vector<std::string> titles;
@@ -151,8 +141,7 @@ TEST(StatusBarWindow, IsNeverTheFrontmostApplication) {
     ASSERT_TRUE(comesTrue([&] { return active() == game.winId(); }));
 
     // Another process number: these are not Vantor's own windows.
-    XcbWorkspace workspace(
-        XcbDesktop::connect(), [](const std::string&) { return std::optional<DesktopEntry>(); }, 1);
+    XcbWorkspace workspace(XcbDesktop::connect(), [](const std::string&) { return std::optional<DesktopEntry>(); }, 1);
     std::vector<std::string> seen;
     const auto watching =
         workspace.observeFrontmostApplication([&](const std::string& identifier) { seen.push_back(identifier); });

@@ -5,15 +5,15 @@
 #include <unistd.h>
 #include <xcb/xtest.h>
 
-#include <QtCore/QElapsedTimer>
 #include <QtCore/QFile>
-#include <QtCore/QProcess>
 #include <QtGui/QWindow>
 #include <QtNetwork/QLocalServer>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QWidget>
 #include <algorithm>
 
+#include "StandInGame.h"
+#include "app/SystemCapability.h"
 #include "app/cli/DoctorCommand.h"
 #include "platform/linux/desktop/XcbOverlayWindows.h"
 #include "platform/linux/desktop/XcbWorkspace.h"
@@ -25,45 +25,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto patience = 10s;
-
-// Turns the event loop until the condition holds.
-bool comesTrue(const std::function<bool()>& condition) {
-    QElapsedTimer timer;
-    timer.start();
-    while (!condition()) {
-        if (std::chrono::milliseconds(timer.elapsed()) > patience) return false;
-        QApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 5);
-    }
-    return true;
-}
-
-// A window of another process.
-class OtherApplication {
-public:
-    explicit OtherApplication(QStringList arguments) {
-        const auto program = qEnvironmentVariable(
-            "VANTOR_STANDIN_GAME", QApplication::applicationDirPath() + QStringLiteral("/../demo/standin-game"));
-        process_.start(program, arguments);
-        EXPECT_TRUE(comesTrue([this] { return process_.canReadLine() || process_.state() == QProcess::NotRunning; }));
-        const auto line = process_.readLine().trimmed().split(' ');
-        EXPECT_EQ(line.value(0), "ready") << "the stand-in game does not start";
-        window_ = line.value(1).toUInt(nullptr, 0);
-    }
-    OtherApplication(const OtherApplication&) = delete;
-    OtherApplication& operator=(const OtherApplication&) = delete;
-    ~OtherApplication() { end(); }
-
-    void end() {
-        process_.terminate();
-        process_.waitForFinished();
-    }
-    [[nodiscard]] xcb_window_t window() const { return window_; }
-
-private:
-    QProcess process_;
-    xcb_window_t window_ = XCB_NONE;
-};
+using OtherApplication = StandInGame;
 
 class WorkspaceTest : public testing::Test {
 protected:
@@ -247,7 +209,7 @@ TEST(DoctorTest, FindsTheCapabilitiesOfThePrivateDesktopAndNamesTheMissing) {
         examineCapabilities({.webModule = "/nonexistent/module.so", .guardian = "/nonexistent/guardian"});
     std::vector<std::string> absent;
     for (const auto& each : capabilities)
-        if (!each.present) absent.push_back(each.name);
+        if (!each.present) absent.push_back(capabilityName(each.kind));
     EXPECT_EQ(capabilities.size(), 10U);
     EXPECT_EQ(absent, (std::vector<std::string>{"tray", "guardian", "web engine"})) << capabilitiesAsText(capabilities);
 
@@ -258,8 +220,8 @@ TEST(DoctorTest, FindsTheCapabilitiesOfThePrivateDesktopAndNamesTheMissing) {
     qputenv("DISPLAY", display);
     absent.clear();
     for (const auto& each : without)
-        if (!each.present && each.name != "web sandbox")  // whose answer is the user's
-            absent.push_back(each.name);
+        if (!each.present && each.kind != CapabilityKind::webSandbox)  // whose answer is the user's
+            absent.push_back(capabilityName(each.kind));
     EXPECT_EQ(absent, (std::vector<std::string>{"display", "raw keys", "posting", "layout", "frontmost application",
                                                 "tray", "web engine"}));
     EXPECT_NE(capabilitiesAsText(without).find("cannot be loaded: libX.so: no such file"), std::string::npos);

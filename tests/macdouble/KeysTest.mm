@@ -8,10 +8,10 @@
 
 #include "KeyDouble.h"
 #include "ServiceCalls.h"
+#include "fake/FakeDefaults.h"
 #include "input/ClipboardManager.h"
 #include "input/HotkeyCapture.h"
 #include "input/ReadableKeyText.h"
-#include "fake/FakeDefaults.h"
 #include "platform/macos/EventKeyboardLayout.h"
 #include "platform/macos/EventMonitors.h"
 #include "platform/macos/HidTapKeyPoster.h"

@@ -28,10 +28,10 @@ protected:
         serviceCalls().take();
     }
     void look() { scheduler.advance(PrivacyPermissions::between); }
-    Capability capability(const std::string& name) const {
+    Capability capability(CapabilityKind kind) const {
         for (const Capability& each : examineCapabilities(permissions))
-            if (each.name == name) return each;
-        return {};
+            if (each.kind == kind) return each;
+        return {kind};
     }
 
     FakeScheduler scheduler;
@@ -77,20 +77,20 @@ TEST_F(PermissionsTest, TellsOfAChangeWhileSomebodyListens) {
 }
 
 TEST_F(PermissionsTest, ExplainsWhatIsMissingAndWhere) {
-    EXPECT_FALSE(capability("raw keys").present);
-    EXPECT_THAT(capability("raw keys").advice, HasSubstr("Input Monitoring and Accessibility"));
-    EXPECT_THAT(capability("posting").advice, HasSubstr("Accessibility"));
+    EXPECT_FALSE(capability(CapabilityKind::rawKeys).present);
+    EXPECT_THAT(capability(CapabilityKind::rawKeys).advice, HasSubstr("Input Monitoring and Accessibility"));
+    EXPECT_THAT(capability(CapabilityKind::posting).advice, HasSubstr("Accessibility"));
     privacyDouble().listening = kIOHIDAccessTypeGranted;
-    EXPECT_FALSE(capability("raw keys").present);
-    EXPECT_THAT(capability("raw keys").advice, Not(HasSubstr("Input Monitoring")));
-    EXPECT_FALSE(capability("posting").present);
+    EXPECT_FALSE(capability(CapabilityKind::rawKeys).present);
+    EXPECT_THAT(capability(CapabilityKind::rawKeys).advice, Not(HasSubstr("Input Monitoring")));
+    EXPECT_FALSE(capability(CapabilityKind::posting).present);
     privacyDouble() = {true, kIOHIDAccessTypeDenied};
-    EXPECT_THAT(capability("raw keys").advice, HasSubstr("may work in Vantor's own windows only"));
-    EXPECT_THAT(capability("raw keys").advice, Not(HasSubstr("Accessibility")));
-    EXPECT_TRUE(capability("posting").present);
+    EXPECT_THAT(capability(CapabilityKind::rawKeys).advice, HasSubstr("may work in Vantor's own windows only"));
+    EXPECT_THAT(capability(CapabilityKind::rawKeys).advice, Not(HasSubstr("Accessibility")));
+    EXPECT_TRUE(capability(CapabilityKind::posting).present);
     privacyDouble().listening = kIOHIDAccessTypeGranted;
-    EXPECT_TRUE(capability("raw keys").present);
-    EXPECT_TRUE(capability("keyring").present);
+    EXPECT_TRUE(capability(CapabilityKind::rawKeys).present);
+    EXPECT_TRUE(capability(CapabilityKind::keyring).present);
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
-// The whole start on this backend, and what a player does then: the program's own parts as they are, doubles for the system
-// alone. What is asked of the system is compared across all adapters, in its order.
+// The whole start on this backend, and what a player does then: the program's own parts as they are, doubles for the
+// system alone. What is asked of the system is compared across all adapters, in its order.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -41,8 +41,8 @@ constexpr KeyCode keyA = 0;
 constexpr KeyCode keyV = 9;
 constexpr KeyCode escape = 53;
 
-const Calls shownAroundTheGame{"front icon", "front emoji", "out main", "front watched", "hide",
-                               "unhide without activation"};
+const Calls shownAroundTheGame{"front icon",    "front emoji", "out main",
+                               "front watched", "hide",        "unhide without activation"};
 
 std::string fewKeys(CGKeyCode keyCode, CGEventFlags flags) {
     const bool shift = (flags & modifier::shift) != 0;
@@ -100,7 +100,7 @@ protected:
 
     void launch() {
         backend = backend::makeBackend(mainThread, scheduler);
-        const backend::Keys keys = backend->keys();
+        const TypingServices keys = backend->typing();
         delegate = std::make_unique<AppDelegate>(
             AppObserver::Needs{{defaults,
                                 session,
@@ -136,7 +136,9 @@ protected:
         first.insert(first.end(), then.begin(), then.end());
         return first;
     }
-    static void release(KeyCode keyCode, ModifierFlags flags) { macdouble::pressElsewhere(kCGEventKeyUp, keyCode, flags); }
+    static void release(KeyCode keyCode, ModifierFlags flags) {
+        macdouble::pressElsewhere(kCGEventKeyUp, keyCode, flags);
+    }
     static NSMenu* menu() { return [[macdouble::statusItems() lastObject] menu]; }
 
     FakeDefaults defaults;
@@ -238,18 +240,16 @@ TEST_F(StartUpTest, ThePasteboardAndALoginAreTypedIntoTheGame) {
     backend->pasteboard().setText("a");
     (void)serviceCalls().take();
     release(keyV, modifier::command);
-    EXPECT_THAT(done(),
-                ElementsAre("sleep 600000", "hide", "unhide without activation", "post to tap 0: down 0 flags 256",
-                            "post to tap 0: up 0 flags 256"));
+    EXPECT_THAT(done(), ElementsAre("sleep 600000", "hide", "unhide without activation",
+                                    "post to tap 0: down 0 flags 256", "post to tap 0: up 0 flags 256"));
 
     NSMenuItem* const account = [[[menu() itemAtIndex:1] submenu] itemAtIndex:0];
     EXPECT_STREQ([[account title] UTF8String], "a");
     EXPECT_TRUE(macdouble::choose(account));
-    EXPECT_THAT(done(),
-                ElementsAre("hide", "unhide without activation", "post to tap 0: down 0 flags 256",
-                            "post to tap 0: up 0 flags 256", "post to tap 0: down 48", "post to tap 0: up 48",
-                            "post to tap 0: down 56", "post to tap 0: down 9 flags 131328",
-                            "post to tap 0: up 9 flags 131328", "post to tap 0: up 56"));
+    EXPECT_THAT(done(), ElementsAre("hide", "unhide without activation", "post to tap 0: down 0 flags 256",
+                                    "post to tap 0: up 0 flags 256", "post to tap 0: down 48", "post to tap 0: up 48",
+                                    "post to tap 0: down 56", "post to tap 0: down 9 flags 131328",
+                                    "post to tap 0: up 9 flags 131328", "post to tap 0: up 56"));
     EXPECT_TRUE(macdouble::choose([menu() itemAtIndex:3]));
     EXPECT_THAT(done(), ElementsAre("quit"));
 }
@@ -262,16 +262,16 @@ TEST_F(StartUpTest, HotkeysWorkFromTheMomentThePlayerAllowsTheLast) {
     macdouble::privacyDouble() = {};
     launch();
     const auto missing = [this] {
-        std::vector<std::string> names;
+        std::vector<CapabilityKind> names;
         for (const Capability& each : backend->capabilities())
-            if (!each.present) names.push_back(each.name);
+            if (!each.present) names.push_back(each.kind);
         return names;
     };
-    EXPECT_THAT(missing(), ElementsAre("raw keys", "posting"));
+    EXPECT_THAT(missing(), ElementsAre(CapabilityKind::rawKeys, CapabilityKind::posting));
     (void)serviceCalls().take();
-    backend->ask("raw keys")();
-    backend->ask("posting")();
-    EXPECT_FALSE(backend->ask("keyring"));
+    backend->ask(CapabilityKind::rawKeys)();
+    backend->ask(CapabilityKind::posting)();
+    EXPECT_FALSE(backend->ask(CapabilityKind::keyring));
     EXPECT_THAT(done(), ElementsAre("ask for listening", "ask for accessibility"));
 
     macdouble::privacyDouble() = {true, kIOHIDAccessTypeGranted};

@@ -33,11 +33,11 @@ protected:
 };
 
 TEST_F(WindowsTest, EachNatureHasItsCallsInOrder) {
-    EXPECT_THAT(callsFor(window, WindowNature::overlay),
-                ElementsAre("title visibility 1", "transparent title bar 1", "opaque 0", "background of alpha 0",
-                            "button 0", "hidden 1", "button 2", "hidden 1", "button 1", "hidden 1",
-                            "movable by background 1", "shadow 0",
-                            "collection behaviour 2", "hides on deactivation 0"));
+    EXPECT_THAT(
+        callsFor(window, WindowNature::overlay),
+        ElementsAre("title visibility 1", "transparent title bar 1", "opaque 0", "background of alpha 0", "button 0",
+                    "hidden 1", "button 2", "hidden 1", "button 1", "hidden 1", "movable by background 1", "shadow 0",
+                    "collection behaviour 2", "hides on deactivation 0"));
     EXPECT_THAT(callsFor(window, WindowNature::nonActivating),
                 ElementsAre("background of alpha 0", "collection behaviour 2", "prevents activation 1", "center",
                             "movable by background 1", "hides on deactivation 0"));
@@ -89,7 +89,7 @@ TEST_F(WindowsTest, SmallWindowsAreBorderlessWhateverTheToolkitWrites) {
         [its setStyleMask:ofToolkit];
         (void)callsFor(its, nature);
         [its setStyleMask:ofToolkit];
-        EXPECT_EQ([its styleMask], nature == WindowNature::overlay ? ofToolkit : NSUInteger { 0 });
+        EXPECT_EQ([its styleMask], nature == WindowNature::overlay ? ofToolkit : NSUInteger{0});
     }
 }
 

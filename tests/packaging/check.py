@@ -22,7 +22,9 @@ import desk  # noqa: E402
 
 IDENTIFIER = "orvendel.Vantor"
 # The identifier is that of the program on every system, and older than the rule that this name breaks.
-APPSTREAM = ["appstreamcli", "validate", "--no-net", "--strict", "--override", "cid-desktopapp-is-not-rdns=pedantic"]
+APPSTREAM = ["appstreamcli", "validate", "--no-net", "--override", "cid-desktopapp-is-not-rdns=pedantic"]
+# The developer is told twice: AppStream 1.0 finds the older form outdated, and what came before does not know the newer one.
+TOLD_TWICE = {"unknown-tag developer", "developer-name-tag-deprecated"}
 
 
 def run(*command, **options):
@@ -138,7 +140,8 @@ def desktop_files(report, root, version):
     silent(report, "the desktop entry is valid", "desktop-file-validate", share / f"applications/{IDENTIFIER}.desktop")
     metainfo = share / f"metainfo/{IDENTIFIER}.metainfo.xml"
     valid = run(*APPSTREAM, metainfo)
-    report.check(valid.returncode == 0, "the metadata are valid", valid.stdout + valid.stderr)
+    remarks = set(re.findall(r"^[EWI]: \S+ (.+)$", valid.stdout, re.M))
+    report.check(valid.returncode == 0 and remarks <= TOLD_TWICE, "the metadata are valid", valid.stdout + valid.stderr)
     component = ElementTree.parse(metainfo).getroot()
     report.check(component.find("releases/release").get("version") == version, "the newest release is this version")
     entry = desktop_entry(root)["Desktop Entry"]

@@ -284,10 +284,10 @@ def testing(report, mac):
     # One each of layers and format, three tests in each of three programs, two cases of the oracle's stand-in.
     same(report, "and runs", (tested.returncode, tested.stdout), (0, "13 passed, 0 failed\n"))
     parts = [line.split()[1] for line in tested.said if line.startswith("test: ")]
-    same(report, "what a Mac can", parts, ["layers", "format", "unit", "threaded", "oracle"])
+    same(report, "what a Mac can", parts, ["layers", "format", "unit", "views", "threaded", "oracle"])
     built = [(Path(call[2]).name, *call[3:]) for call in tested.of("ninja") if "-n" not in call]
     same(report, "with what it needs", built,
-         [("sanitize", "unit_tests", "views_tests"), ("thread", "threaded_tests"), ("release", "vantor")])
+         [("sanitize", "unit_tests"), ("sanitize", "views_tests"), ("thread", "threaded_tests"), ("checked", "vantor")])
     same(report, "and over all sources", tested.of("clang-format"), [["clang-format", "--dry-run", "--Werror", "a.cpp"]])
     stops(report, "a part that needs Linux is named", mac.call(mac.tree / "test", "desktop"), 2, "no part 'desktop'")
 

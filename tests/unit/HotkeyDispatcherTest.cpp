@@ -23,8 +23,7 @@ constexpr HotkeyDecision toggle{HotkeyAction::toggle, true};
 class HotkeyDispatcherTest : public testing::Test {
 protected:
     HotkeyDecision decide(const KeyEvent& event, bool visible = false) {
-        return decideHotkey(
-            event, visible, [this] { return ++asked, enabled; }, defaults);
+        return decideHotkey(event, visible, [this] { return ++asked, enabled; }, defaults);
     }
 
     FakeDefaults defaults;

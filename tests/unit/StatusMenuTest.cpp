@@ -132,9 +132,7 @@ TEST_F(StatusMenuTest, AnswersWhatAnotherProcessAsksFor) {
     EXPECT_EQ(ask({What::toggleApp}), "1 vantor: no Vantor runs on this display\n");
     EXPECT_EQ(answerRequest("open the door", actions).line, "unknown request");
     std::ostringstream errors;
-    EXPECT_EQ(runAskRunning(
-                  {What::quit}, [](const std::string&) { return RemoteReply{.running = true}; }, errors),
-              1);
+    EXPECT_EQ(runAskRunning({What::quit}, [](const std::string&) { return RemoteReply{.running = true}; }, errors), 1);
     EXPECT_EQ(errors.str(), "vantor: the Vantor that runs does not answer\n");
 }
 

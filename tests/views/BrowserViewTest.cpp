@@ -6,10 +6,10 @@
 #include <QtGui/QKeyEvent>
 #include <QtWidgets/QAbstractButton>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QLineEdit>
 
 #include "browser/LazyWebPage.h"
 #include "browser/view/WebPanel.h"
-#include "ui/GW2TextField.h"
 
 namespace vantor {
 namespace {
@@ -36,9 +36,8 @@ struct Engine final : WebEngine {
 class BrowserViewTest : public testing::Test {
 protected:
     BrowserViewTest() : store(makePage(), [] { return std::nullopt; }) {
-        panel =
-            std::make_unique<WebPanel>(WebView::Source{*page, [] { return nullptr; }, [this] { return trouble; }},
-                                       store, WebHosts{"https://wiki", "https://videos", "https://search"}, nullptr);
+        panel = std::make_unique<WebPanel>(PageSource{*page, [] { return nullptr; }}, store,
+                                           WebHosts{"https://wiki", "https://videos", "https://search"}, nullptr);
         panel->resize(600, 400);
     }
     std::unique_ptr<WebPage> makePage() {
@@ -61,7 +60,6 @@ protected:
     Record record;
     LazyWebPage* page = nullptr;
     bool missing = false;
-    QString trouble;
     WebViewStore store;
     std::unique_ptr<WebPanel> panel;
 };
@@ -77,7 +75,7 @@ TEST_F(BrowserViewTest, RowHasItsButtonsAndOnlyTheImagesSearch) {
     }
     EXPECT_THAT(helps, ElementsAre("Navigate back", "Navigate forward", "Search on GW2 wiki", "Search on YouTube",
                                    "Search with Google"));
-    auto* const field = panel->findChild<GW2TextField*>();
+    auto* const field = panel->findChild<QLineEdit*>();
     EXPECT_EQ(field->placeholderText(), QStringLiteral("Search..."));
 
     const auto press = [&](int index) { panel->findChildren<QAbstractButton*>().at(index)->click(); };
@@ -98,13 +96,13 @@ TEST_F(BrowserViewTest, GameUpdatesAreLoadedAtEachSelectionOfTheirTabOnceTheyAre
     EXPECT_THAT(taken(), IsEmpty());
     panel->QWidget::show();
     EXPECT_THAT(taken(), ElementsAre("https://wiki/wiki/Game_updates"));
-    EXPECT_FALSE(panel->findChild<GW2TextField*>()->isVisible());
+    EXPECT_FALSE(panel->findChild<QLineEdit*>()->isVisible());
     panel->hide();
     panel->QWidget::show();
     panel->show(WebPanel::Tab::gameUpdates);
     EXPECT_THAT(taken(), IsEmpty());
     panel->show(WebPanel::Tab::internet);
-    EXPECT_TRUE(panel->findChild<GW2TextField*>()->isVisible());
+    EXPECT_TRUE(panel->findChild<QLineEdit*>()->isVisible());
     EXPECT_THAT(taken(), IsEmpty());
     panel->show(WebPanel::Tab::gameUpdates);
     EXPECT_THAT(taken(), ElementsAre("https://wiki/wiki/Game_updates"));
@@ -131,11 +129,9 @@ TEST_F(BrowserViewTest, TroubleStandsInThePagesPlace) {
     panel->QWidget::show();
     EXPECT_EQ(light(), 0);
     missing = true;
-    trouble = QStringLiteral("There is no engine.");
     store.load("https://wiki/a");
     EXPECT_GT(light(), 100);
     missing = false;
-    trouble.clear();
     store.load("https://wiki/a");
     EXPECT_EQ(light(), 0);
 }

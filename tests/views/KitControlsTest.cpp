@@ -20,10 +20,9 @@
 #include "ui/GW2TextArea.h"
 #include "ui/GW2TextField.h"
 #include "ui/GW2Toggle.h"
-#include "ui/HorizontalTabber.h"
 #include "ui/ImageButton.h"
+#include "ui/Tabber.h"
 #include "ui/TextBlock.h"
-#include "ui/VerticalTabber.h"
 
 namespace vantor {
 namespace {

@@ -125,26 +125,22 @@ protected:
     FakeScheduler scheduler;
     RecordedNature natures;
     LazyWebPage* webPage = nullptr;
-    ViewWindows windows{
-        {.overlayWindows = natures,
-         .screens = screens,
-         .scheduler = scheduler,
-         .webHosts = {"https://wiki", "https://videos", "https://search"},
-         .accountSite = "https://account",
-         .feedbackEndpoint = "https://feedback/api/message",
-         .supportData = {"Somebody.1234", {{"xmr", "Coin", "wallet", "memo"}}, "https://licence"},
-         .webPage =
-             [this] {
-                 return WebView::Source{*webPage, [] { return nullptr; }, [] { return QStringLiteral("No engine"); }};
-             },
-         .translator =
-             [] {
-                 return TranslatorNeeds{[](const Script&) { return true; }, {}};
-             },
-         .examineSystem =
-             [] { return std::vector<SystemCapability>{plainCapability("keyring", false, "Install one")}; },
-         .openLink = [](const std::string&) {},
-         .menuEntries = [] { return std::vector<MenuEntry>(); }}};
+    ViewWindows windows{{.overlayWindows = natures,
+                         .screens = screens,
+                         .scheduler = scheduler,
+                         .webHosts = {"https://wiki", "https://videos", "https://search"},
+                         .accountSite = "https://account",
+                         .feedbackEndpoint = "https://feedback/api/message",
+                         .supportData = {"Somebody.1234", {{"xmr", "Coin", "wallet", "memo"}}, "https://licence"},
+                         .webPage = [this] { return PageSource{*webPage, [] { return nullptr; }}; },
+                         .translator = [] { return TranslatorNeeds{[](const Script&) { return true; }, {}}; },
+                         .examineSystem =
+                             [] {
+                                 return std::vector<SystemCapability>{
+                                     plainCapability({CapabilityKind::keyring, false, "Install one"})};
+                             },
+                         .openLink = [](const std::string&) {},
+                         .menuEntries = [] { return std::vector<MenuEntry>(); }}};
     std::unique_ptr<AppDelegate> delegate;
 };
 

@@ -260,8 +260,7 @@ TEST_F(SettingsViewTest, NamesWhatTheMachineLacksFirst) {
 
 TEST(TimerSettingsPage, KeepsItsControlsWholeAndItsValuesFromTheWheel) {
     FakeDefaults defaults;
-    TimerSettingsView view(
-        defaults, [] {}, nullptr);
+    TimerSettingsView view(defaults, [] {}, nullptr);
     view.resize(760, 430);
     view.show();
     for (int turn = 0; turn < 4; ++turn) QApplication::processEvents();

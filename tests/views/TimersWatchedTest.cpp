@@ -127,8 +127,7 @@ TEST_F(WatchedFeedTest, RestsUntilTheNextMomentThatCouldChangeTheList) {
 
 TEST_F(WatchedFeedTest, TheWindowHoldsNothingOrGrowsFromItsCorner) {
     FloatWindow window(QStringLiteral("Watched"), {250, 60}, true, {});
-    WatchedEventsView view(
-        feed, [&](QSize size) { window.fit(size); }, nullptr);
+    WatchedEventsView view(feed, [&](QSize size) { window.fit(size); }, nullptr);
     window.setContent(&view);
     window.setGeometry(300, 200, 250, 60);
     at(11, 0);
@@ -184,8 +183,7 @@ TEST_F(WatchedFeedTest, TheWindowStaysOnTheScreenAndGoesBackToItsCorner) {
     FloatWindow window(QStringLiteral("Watched"), {250, 60}, true, {});
     std::vector<QRect> told;
     window.onPlaced([&](const QRect& frame) { told.push_back(frame); });
-    WatchedEventsView view(
-        feed, [&](QSize size) { window.fit(size); }, nullptr);
+    WatchedEventsView view(feed, [&](QSize size) { window.fit(size); }, nullptr);
     window.setContent(&view);
     const QRect screen = window.screen()->availableGeometry();
     const QPoint corner(screen.right() - 100, screen.bottom() - 100);
@@ -216,8 +214,7 @@ TEST_F(WatchedFeedTest, TheWindowStaysOnTheScreenAndGoesBackToItsCorner) {
 TEST(TimerSettingsViewTest, HasItsTextsAndReloads) {
     FakeDefaults defaults;
     int reloads = 0;
-    TimerSettingsView view(
-        defaults, [&] { ++reloads; }, nullptr);
+    TimerSettingsView view(defaults, [&] { ++reloads; }, nullptr);
     view.resize(600, 640);
     view.show();
     std::vector<std::string> toggles;

@@ -2,9 +2,11 @@
 
 #include <QByteArray>
 #include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <iomanip>
 
-#include "app/cli/JsonText.h"
 #include "data/Decoder.h"
 #include "timers/DataFault.h"
 #include "timers/TimeText.h"
@@ -42,23 +44,23 @@ std::variant<std::vector<Row>, TimelineFault> rowsOf(std::span<const TimelineEve
 }
 
 void writeJson(const std::vector<Row>& rows, std::ostream& out) {
-    out << "[";
-    std::string_view separator = "\n";
+    QJsonArray array;
     for (const Row& row : rows) {
         const Event& event = row.occurrence.event();
-        out << separator << R"({"id": )" << jsonText(row.occurrence.id)                        //
-            << R"(, "sectionId": )" << std::to_string(row.occurrence.scheduled->sectionId)     //
-            << R"(, "section": )" << jsonText(row.occurrence.sectionName())                    //
-            << R"(, "eventId": )" << std::to_string(event.id)                                  //
-            << R"(, "name": )" << jsonText(event.name)                                         //
-            << R"(, "startMinute": )" << std::to_string(row.occurrence.startMinute)            //
-            << R"(, "gatheringMinute": )" << std::to_string(row.occurrence.gatheringMinute())  //
-            << R"(, "start": )" << jsonText(row.start)                                         //
-            << R"(, "gathering": )" << jsonText(row.gathering)                                 //
-            << R"(, "chatlink": )" << (event.chatlink ? jsonText(*event.chatlink) : "null") << "}";
-        separator = ",\n";
+        array.append(
+            QJsonObject{{QStringLiteral("id"), row.occurrence.id},
+                        {QStringLiteral("sectionId"), qint64{row.occurrence.scheduled->sectionId}},
+                        {QStringLiteral("section"), QString::fromStdString(row.occurrence.sectionName())},
+                        {QStringLiteral("eventId"), qint64{event.id}},
+                        {QStringLiteral("name"), QString::fromStdString(event.name)},
+                        {QStringLiteral("startMinute"), qint64{row.occurrence.startMinute}},
+                        {QStringLiteral("gatheringMinute"), qint64{row.occurrence.gatheringMinute()}},
+                        {QStringLiteral("start"), QString::fromStdString(row.start)},
+                        {QStringLiteral("gathering"), QString::fromStdString(row.gathering)},
+                        {QStringLiteral("chatlink"),
+                         event.chatlink ? QJsonValue(QString::fromStdString(*event.chatlink)) : QJsonValue()}});
     }
-    out << "\n]\n";
+    out << QJsonDocument(array).toJson().constData();
 }
 
 void writeTable(const std::vector<Row>& rows, std::ostream& out) {

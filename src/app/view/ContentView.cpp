@@ -3,28 +3,15 @@
 #include <QtWidgets/QVBoxLayout>
 #include <utility>
 
-#include "accounts/view/AccountsView.h"
+#include "app/GameData.h"
 #include "app/view/TabPositions.h"
-#include "app/view/TimelineOf.h"
+#include "browser/WebViewStore.h"
 #include "data/SettingKeys.h"
-#include "feedback/view/Support.h"
-#include "input/view/HotkeyButton.h"
 #include "input/view/HotkeyText.h"
-#include "input/view/WaypointButton.h"
-#include "timers/view/BestiaryView.h"
-#include "timers/view/TimerSettingsView.h"
-#include "timers/view/TimersView.h"
+#include "platform/Defaults.h"
+#include "translators/view/TranslatorView.h"
 
 namespace vantor {
-
-namespace {
-
-QRect firstScreen(const Screens& screens) {
-    const Rect frame = screens.frames().front();
-    return {frame.x, frame.y, frame.width, frame.height};
-}
-
-}  // namespace
 
 ContentView::ContentView(AppObserver& appObserver, const ViewNeeds& needs, WatchedFeed& watched, QWidget* parent)
     : QWidget(parent),
@@ -79,92 +66,29 @@ void ContentView::showTitle() {
 QWidget* ContentView::makePage(std::size_t position) {
     switch (position) {
         case tab_position::timers:
-            return makeTimers();
+            return makeTimersTab(appObserver_, appObserver_, appObserver_, needs_, links(), content_);
         case tab_position::translator:
             return new TranslatorView(needs_.translator(), content_);
         case tab_position::bestiary:
-            return makeBestiary();
+            return makeBestiaryTab(appObserver_, needs_, links(), content_);
         case tab_position::support:
-            return new Support({.message = {appObserver_.session(), appObserver_.mainThread(), needs_.feedbackEndpoint},
-                                .clipboardManager = appObserver_.clipboardManager(),
-                                .pasteboard = appObserver_.pasteboard(),
-                                .data = needs_.supportData,
-                                .openLink = needs_.openLink},
-                               content_);
+            return makeSupportTab(appObserver_, appObserver_, needs_, content_);
         case tab_position::settings:
-            return makeSettings();
+            settingsView_ =
+                makeSettingsTab(appObserver_, appObserver_, appObserver_, appObserver_, apiKey_, needs_, content_);
+            return settingsView_;
         default:
             if (!web_) web_ = new WebPanel(needs_.webPage(), appObserver_.webViewStore(), needs_.webHosts, content_);
             return web_;
     }
 }
 
-QWidget* ContentView::makeTimers() {
-    GameData& gameData = appObserver_.data();
-    const ChatLinkNeeds chatLink{appObserver_.clipboardManager(), appObserver_.pasteboard(), appObserver_.defaults()};
-    return new TimersView(
-        {.source = timelineOf(appObserver_),
-         .state = [&gameData] { return gameData.timersState(); },
-         .progress = [&gameData] { return gameData.eventsProgress(); },
-         .names = gameData.achievementNames(),
-         .makeWaypointButton =
-             [this, chatLink](const QString& link, QWidget* parent) {
-                 return new WaypointButton(link, chatLink, needs_.scheduler, parent);
-             },
-         .openWiki = [this](const std::string& page) { openPage(wikiPageAddress(needs_.webHosts, page)); },
-         .emptyActions = emptyActions()},
-        content_);
-}
-
-QWidget* ContentView::makeBestiary() {
-    GameData& gameData = appObserver_.data();
-    return new BestiaryView(
-        {.categories = [&gameData] { return gameData.beasts(); },
-         .progress = [&gameData] { return gameData.bestiaryProgress(); },
-         .state = [&gameData] { return gameData.bestiaryState(); },
-         .observe = [&gameData](std::function<void()> handler) { return gameData.observe(std::move(handler)); },
-         .lookUp = [this](const std::string& family) { openPage(lookUpAddress(needs_.webHosts, family)); },
-         .emptyActions = emptyActions()},
-        content_);
-}
-
-QWidget* ContentView::makeSettings() {
-    const HotkeyNeeds hotkeys{appObserver_.defaults(), appObserver_.keyMonitors(),
-                              [this](WId window, WindowNature nature) {
-                                  needs_.overlayWindows.prepare(static_cast<NativeWindow>(window), nature);
-                              },
-                              [this] { return firstScreen(needs_.screens); }};
-    const auto text = [](const std::string& host) { return QString::fromStdString(host); };
-    settingsView_ = new SettingsView(
-        {.defaults = appObserver_.defaults(),
-         .apiKey = apiKey_,
-         .makeHotkeyField =
-             [hotkeys](const HotkeySetting& setting, QWidget* parent) {
-                 return new HotkeyButton(setting.message, setting.primaryKey, setting.secondaryKey, hotkeys, parent);
-             },
-         .makeTimersPage =
-             [this](QWidget* parent) {
-                 return new TimerSettingsView(
-                     appObserver_.defaults(), [this] { appObserver_.data().reloadEvents(); }, parent);
-             },
-         .makeAccountsPage =
-             [this](QWidget* parent) {
-                 return new AccountsView(
-                     appObserver_.credentials(),
-                     [this](const std::string& name) { appObserver_.fillCredentials(name); }, parent);
-             },
-         .examineSystem = needs_.examineSystem,
-         .openLink = [this](const QString& address) { needs_.openLink(address.toStdString()); },
-         .helpHosts = {text(needs_.webHosts.wiki), text(needs_.accountSite)}},
-        content_);
-    return settingsView_;
-}
-
-EmptyListActions ContentView::emptyActions() {
-    return {.openKeyField = [this] { openSettings(SettingsView::Page::general); },
-            .openFilters = [this] { openSettings(SettingsView::Page::timers); },
-            .clearSearch = {},
-            .tryAgain = [this] { appObserver_.data().restart(); }};
+TabLinks ContentView::links() {
+    return {.openPage = [this](const std::string& address) { openPage(address); },
+            .emptyActions = {.openKeyField = [this] { openSettings(SettingsView::Page::general); },
+                             .openFilters = [this] { openSettings(SettingsView::Page::timers); },
+                             .clearSearch = {},
+                             .tryAgain = [this] { appObserver_.data().restart(); }}};
 }
 
 void ContentView::openSettings(SettingsView::Page page) {

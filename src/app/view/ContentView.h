@@ -8,12 +8,10 @@
 
 #include "app/ApiKeyField.h"
 #include "app/AppObserver.h"
-#include "app/view/SettingsView.h"
+#include "app/view/TabPages.h"
 #include "app/view/TabRow.h"
 #include "app/view/TitleBar.h"
-#include "app/view/ViewNeeds.h"
 #include "browser/view/WebPanel.h"
-#include "timers/view/EmptyListView.h"
 #include "timers/view/WatchedFeed.h"
 
 namespace vantor {
@@ -26,12 +24,8 @@ private:
     void showTab();
     void showTitle();
     [[nodiscard]] QWidget* makePage(std::size_t position);
-    [[nodiscard]] QWidget* makeTimers();
-    [[nodiscard]] QWidget* makeBestiary();
-    [[nodiscard]] QWidget* makeSettings();
-    [[nodiscard]] EmptyListActions emptyActions();
+    [[nodiscard]] TabLinks links();
     void openSettings(SettingsView::Page page);
-    // In the shared page, on the Internet tab.
     void openPage(const std::string& address);
 
     AppObserver& appObserver_;

@@ -100,9 +100,7 @@ void EditableKeyView::showMessage() {
     message_->setText(text);
     message_->setVisible(!text.isEmpty());
     // It stands below the field, which may be the last thing in sight. The page grows first.
-    if (!text.isEmpty())
-        QMetaObject::invokeMethod(
-            this, [this] { bringIntoSight(); }, Qt::QueuedConnection);
+    if (!text.isEmpty()) QMetaObject::invokeMethod(this, [this] { bringIntoSight(); }, Qt::QueuedConnection);
 }
 
 void EditableKeyView::bringIntoSight() {

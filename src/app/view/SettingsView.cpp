@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "app/view/GeneralSettingsView.h"
-#include "ui/VerticalTabber.h"
+#include "ui/Tabber.h"
 
 namespace vantor {
 

@@ -37,8 +37,7 @@ SystemCapabilitiesView::SystemCapabilitiesView(Examine examine, QWidget* parent)
 void SystemCapabilitiesView::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
     // The machine takes its time to answer: the panel is drawn first.
-    QMetaObject::invokeMethod(
-        this, [this] { refresh(); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, [this] { refresh(); }, Qt::QueuedConnection);
 }
 
 void SystemCapabilitiesView::hideEvent(QHideEvent* event) {

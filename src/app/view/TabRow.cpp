@@ -5,7 +5,7 @@
 #include <numeric>
 
 #include "ui/Palette.h"
-#include "ui/TabKeys.h"
+#include "ui/Tabber.h"
 
 namespace vantor {
 

@@ -8,9 +8,9 @@
 #include "app/SystemCapability.h"
 #include "base/Scheduler.h"
 #include "browser/WebAddresses.h"
-#include "browser/view/WebView.h"
 #include "feedback/Appreciation.h"
 #include "platform/OverlayWindows.h"
+#include "platform/PageSource.h"
 #include "platform/Screens.h"
 #include "platform/StatusItem.h"
 #include "translators/view/TranslatorView.h"
@@ -26,7 +26,7 @@ struct ViewNeeds {
     std::string feedbackEndpoint;  // an address
     SupportData supportData;
     // Asked when the main window is shown first: the page exists by then.
-    std::function<WebView::Source()> webPage;
+    std::function<PageSource()> webPage;
     // Asked when its tab is shown first.
     std::function<TranslatorNeeds()> translator;
     std::function<std::vector<SystemCapability>()> examineSystem;

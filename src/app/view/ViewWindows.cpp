@@ -8,7 +8,7 @@
 #include "app/view/IconMenu.h"
 #include "app/view/IconWindow.h"
 #include "app/view/MainWindow.h"
-#include "app/view/TimelineOf.h"
+#include "app/view/TabPages.h"
 #include "data/SettingKeys.h"
 #include "input/view/EmojiCommandsView.h"
 #include "timers/view/WatchedEventsView.h"
@@ -69,17 +69,17 @@ void standAtRemembered(OverlayWindow& window, const Place& place, const Defaults
     window.setGeometry(toolkitRect(broughtOntoScreen(frame, frames)));
 }
 
-void holdEmotes(FloatWindow& window, AppObserver& appObserver) {
-    Defaults& defaults = appObserver.defaults();
+void holdEmotes(FloatWindow& window, TypingPart& typing, DataPart& data, SettingsPart& settings) {
+    Defaults& defaults = settings.defaults();
     window.setContent(new EmojiCommandsView(
-        EmojiCommands(appObserver.clipboardManager(), defaults, appObserver.clock()), defaults,
+        EmojiCommands(typing.clipboardManager(), defaults, data.clock()), defaults,
         [&window](QSize size) { window.fit(size); }, &window));
 }
 
 }  // namespace
 
 std::unique_ptr<AppWindow> ViewWindows::make(AppWindowName name, AppObserver& appObserver) {
-    if (!watched_) watched_ = std::make_unique<WatchedFeed>(timelineOf(appObserver));
+    if (!watched_) watched_ = std::make_unique<WatchedFeed>(timelineOf(appObserver, appObserver));
     const auto prepare = [this](WindowNature nature) {
         return [this, nature](WId window) { needs_.overlayWindows.prepare(static_cast<NativeWindow>(window), nature); };
     };
@@ -126,7 +126,7 @@ std::unique_ptr<AppWindow> ViewWindows::make(AppWindowName name, AppObserver& ap
                 [&appObserver, prepare] {
                     auto window = std::make_unique<FloatWindow>(QStringLiteral("Vantor emotes"), QSize(1, iconSize),
                                                                 false, prepare(WindowNature::floating));
-                    holdEmotes(*window, appObserver);
+                    holdEmotes(*window, appObserver, appObserver, appObserver);
                     return window;
                 },
                 [this](OverlayWindow& window) {
@@ -145,8 +145,7 @@ std::unique_ptr<AppWindow> ViewWindows::make(AppWindowName name, AppObserver& ap
                 auto window = std::make_unique<FloatWindow>(QStringLiteral("Vantor watched events"), QSize(250, 60),
                                                             true, prepareAndPlace);
                 FloatWindow& host = *window;
-                host.setContent(new WatchedEventsView(
-                    *watched_, [&host](QSize size) { host.fit(size); }, &host));
+                host.setContent(new WatchedEventsView(*watched_, [&host](QSize size) { host.fit(size); }, &host));
                 return window;
             });
         }

@@ -16,7 +16,7 @@ QString toText(std::string_view text) { return QString::fromUtf8(text.data(), st
 
 }  // namespace
 
-WebPanel::WebPanel(WebView::Source source, WebViewStore& store, WebHosts hosts, QWidget* parent)
+WebPanel::WebPanel(PageSource source, WebViewStore& store, WebHosts hosts, QWidget* parent)
     : QWidget(parent),
       store_(store),
       hosts_(std::move(hosts)),

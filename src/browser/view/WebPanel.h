@@ -13,7 +13,7 @@ class WebPanel : public QWidget {
 public:
     enum class Tab { none, gameUpdates, internet };
 
-    WebPanel(WebView::Source source, WebViewStore& store, WebHosts hosts, QWidget* parent);
+    WebPanel(PageSource source, WebViewStore& store, WebHosts hosts, QWidget* parent);
 
     // Which of the two tabs is shown now. The game updates are loaded each time that their tab appears.
     void show(Tab tab);

@@ -9,7 +9,25 @@
 
 namespace vantor {
 
-WebView::WebView(Source source, QWidget* parent) : QWidget(parent), source_(std::move(source)) {
+namespace {
+
+// Why there is no page to see, when there should be one.
+QString troubleOf(WebPage::Engine engine) {
+    switch (engine) {
+        case WebPage::Engine::missing:
+            return QStringLiteral("Pages need the web engine, which is not installed with Vantor.");
+        case WebPage::Engine::gone:
+            return QStringLiteral("The page has stopped. Open another, or select the tab again.");
+        case WebPage::Engine::notWanted:
+        case WebPage::Engine::running:
+            break;
+    }
+    return {};
+}
+
+}  // namespace
+
+WebView::WebView(PageSource source, QWidget* parent) : QWidget(parent), source_(std::move(source)) {
     source_.page.onEngine([this] { follow(); });
     follow();
 }
@@ -43,7 +61,7 @@ void WebView::paintEvent(QPaintEvent*) {
     painter.fillRect(rect(), palette::withAlpha(Qt::black, 0.22));
     painter.setPen(QPen(palette::line, 1));
     painter.drawRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5));
-    if (const QString trouble = source_.trouble(); !trouble.isEmpty()) {
+    if (const QString trouble = troubleOf(source_.page.engine()); !trouble.isEmpty()) {
         painter.setFont(sansFont(15));
         painter.setPen(palette::sand);
         painter.drawText(rect().adjusted(24, 0, -24, 0), static_cast<int>(Qt::AlignCenter) | Qt::TextWordWrap, trouble);

@@ -6,21 +6,14 @@
 #include <QtWidgets/QWidget>
 #include <functional>
 
-#include "platform/WebPage.h"
+#include "platform/PageSource.h"
 
 namespace vantor {
 
 class WebView : public QWidget {
 public:
-    struct Source {
-        WebPage& page;
-        // The engine's widget; nothing before there is an engine. Adopted by this view.
-        std::function<QWidget*()> engineWidget;
-        // Why there is no engine, when there should be one.
-        std::function<QString()> trouble;
-    };
-
-    WebView(Source source, QWidget* parent);
+    // Adopts the engine's widget.
+    WebView(PageSource source, QWidget* parent);
 
     // Runs it once this view has been painted on the screen, so that the player sees the window before the engine
     // starts; soon, when it has been already. A later call replaces one that has not run; an empty one takes it back.
@@ -36,7 +29,7 @@ private:
     void showPage();
     void place();
 
-    Source source_;
+    PageSource source_;
     QPointer<QWidget> page_;
     std::function<void()> afterPainting_;
     bool painted_ = false;

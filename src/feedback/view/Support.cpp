@@ -5,9 +5,9 @@
 
 #include "feedback/view/MessageView.h"
 #include "ui/GW2Button.h"
-#include "ui/HorizontalTabber.h"
 #include "ui/SectionTitle.h"
 #include "ui/ShadowInset.h"
+#include "ui/Tabber.h"
 #include "ui/TextBlock.h"
 #include "ui/VerticalScroller.h"
 

@@ -7,11 +7,11 @@
 #include <utility>
 
 #include "input/view/HotkeyText.h"
+#include "ui/ControlState.h"
 #include "ui/Fonts.h"
-#include "ui/GW2ButtonStyle.h"
+#include "ui/GW2Button.h"
 #include "ui/Palette.h"
 #include "ui/Pressable.h"
-#include "ui/States.h"
 
 namespace vantor {
 

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "ui/Fonts.h"
-#include "ui/GW2ButtonStyle.h"
+#include "ui/GW2Button.h"
 
 namespace vantor {
 

@@ -3,8 +3,8 @@
 #include <QtGui/QMouseEvent>
 #include <QtGui/QPainter>
 
+#include "ui/ControlState.h"
 #include "ui/Images.h"
-#include "ui/States.h"
 
 namespace vantor {
 

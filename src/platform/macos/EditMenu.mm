@@ -28,7 +28,8 @@ void addEditMenu() {
         add(menu, @"Copy", @selector(copy:), @"c");
         add(menu, @"Paste", @selector(paste:), @"v");
         add(menu, @"Select All", @selector(selectAll:), @"a");
-        NSMenuItem* const entry = [[[NSMenuItem alloc] initWithTitle:@"Edit" action:nullptr keyEquivalent:@""] autorelease];
+        NSMenuItem* const entry = [[[NSMenuItem alloc] initWithTitle:@"Edit" action:nullptr
+                                                       keyEquivalent:@""] autorelease];
         [entry setSubmenu:menu];
         [menuBar([NSApplication sharedApplication]) addItem:entry];
     }

@@ -17,9 +17,9 @@
 - (void)_setPreventsActivation:(BOOL)preventsActivation;
 @end
 
-// Keeps a window's style, which is the observation's context. The toolkit writes the whole style anew with each change of
-// a window's flags, and gives even a frameless one edges to be resized by. The class itself observes: it keeps nothing,
-// and it outlives every window.
+// Keeps a window's style, which is the observation's context. The toolkit writes the whole style anew with each change
+// of a window's flags, and gives even a frameless one edges to be resized by. The class itself observes: it keeps
+// nothing, and it outlives every window.
 @interface VantorKeptStyle : NSObject
 @end
 
@@ -45,11 +45,11 @@ NSWindow* windowOf(NativeWindow native) { return [(NSView*)native window]; }
 
 BOOL staysUnderThePointer(id, SEL) { return NO; }
 
-// Movable by its background, as the system understands it: by every view that does not refuse. The toolkit has one view for
-// all that is drawn in a window, and one that is not opaque does not refuse, so each slider would drag the window. Ours
-// refuses; what of it is background the window itself knows, and is moved by that.
+// Movable by its background, as the system understands it: by every view that does not refuse. The toolkit has one view
+// for all that is drawn in a window, and one that is not opaque does not refuse, so each slider would drag the window.
+// Ours refuses; what of it is background the window itself knows, and is moved by that.
 void makeMovableByBackground(NSWindow* window, NSView* view) {
-    const char types[] = {*@encode(BOOL), *@encode(id), *@encode(SEL), '\0'};
+    const char types[] = { *@encode(BOOL), *@encode(id), *@encode(SEL), '\0' };
     class_addMethod([view class], @selector(mouseDownCanMoveWindow), (IMP)staysUnderThePointer, types);
     [window setMovableByWindowBackground:YES];
 }
@@ -72,8 +72,8 @@ void styleSeamless(NSWindow* window) {
     [window setCollectionBehavior:NSWindowCollectionBehaviorMoveToActiveSpace];
 }
 
-// The window's style where the system has no such call. A panel that becomes non-activating after it was made may be so in
-// name only: nothing better is to be had of a window that the toolkit makes.
+// The window's style where the system has no such call. A panel that becomes non-activating after it was made may be so
+// in name only: nothing better is to be had of a window that the toolkit makes.
 NSWindowStyleMask preventActivation(NSWindow* window) {
     if ([window respondsToSelector:@selector(_setPreventsActivation:)]) {
         [window _setPreventsActivation:YES];

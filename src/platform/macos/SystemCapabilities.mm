@@ -20,15 +20,15 @@ std::vector<Capability> examineCapabilities(const Permissions& permissions) {
                                 : presses ? "Input Monitoring"
                                           : "Input Monitoring and Accessibility";
     return {
-        {"raw keys", hears && presses,
+        {CapabilityKind::rawKeys, hears && presses,
          hears && presses ? "the system lets Vantor hear them"
-                          : std::string("hotkeys ") + (presses ? "may " : "") + "work in Vantor's own windows only: " +
-                                allowIn(missing)},
-        {"posting", presses,
+                          : std::string("hotkeys ") + (presses ? "may " : "") +
+                                "work in Vantor's own windows only: " + allowIn(missing)},
+        {CapabilityKind::posting, presses,
          presses ? "the system lets Vantor press keys"
                  : "nothing can be typed into the game: " + allowIn("Accessibility")},
-        {"keyring", true, "the keychain"},
-        {"web engine", true, "the system's own"},
+        {CapabilityKind::keyring, true, "the keychain"},
+        {CapabilityKind::webEngine, true, "the system's own"},
     };
 }
 

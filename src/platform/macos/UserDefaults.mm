@@ -2,10 +2,9 @@
 
 #import <Foundation/Foundation.h>
 
-#include <map>
-#include <mutex>
 #include <utility>
 
+#include "base/ObserverList.h"
 #include "platform/macos/FoundationText.h"
 
 // Sent to every running copy after a write; each looks for itself what has changed.
@@ -89,9 +88,7 @@ struct UserDefaults::Changes {
 
     MainThread* mainThread;
     VantorSettingsListener* listener = nil;
-    std::mutex mutex;  // of what follows
-    std::map<int, ChangeHandler> handlers;
-    int next = 0;
+    ObserverList<ChangeHandler> observers;
     NSDictionary* known = nil;  // nil until somebody observes; of the main thread alone after that
 
     ~Changes() { [known release]; }
@@ -112,30 +109,14 @@ struct UserDefaults::Changes {
             NSMutableSet* const keys = [NSMutableSet setWithArray:[before allKeys]];
             [keys addObjectsFromArray:[now allKeys]];
             for (NSString* key in keys)
-                if (!isEqual([before objectForKey:key], [now objectForKey:key])) tell(*changes, plainText(key));
+                if (!isEqual([before objectForKey:key], [now objectForKey:key]))
+                    changes->observers.tell(plainText(key));
         }
     }
 
     // Nothing and nothing are equal; a boolean is not the number that it looks like.
     static bool isEqual(id one, id other) {
         return one == other || (isBoolean(one) == isBoolean(other) && [one isEqual:other]);
-    }
-
-    static void tell(Changes& changes, const std::string& key) {
-        // A copy: a handler may end its own observation, or begin another.
-        std::map<int, ChangeHandler> handlers;
-        {
-            const std::lock_guard lock(changes.mutex);
-            handlers = changes.handlers;
-        }
-        for (const auto& [number, handler] : handlers) {
-            bool listening = false;
-            {
-                const std::lock_guard lock(changes.mutex);
-                listening = changes.handlers.contains(number);
-            }
-            if (listening) handler(key);
-        }
     }
 };
 
@@ -192,15 +173,7 @@ Defaults::Verdict UserDefaults::written() {
 Subscription UserDefaults::observe(ChangeHandler handler) {
     @autoreleasepool {
         if (!changes_->listener) listen();
-        const std::lock_guard lock(changes_->mutex);
-        const int number = changes_->next++;
-        changes_->handlers.emplace(number, std::move(handler));
-        return Subscription([weak = std::weak_ptr(changes_), number] {
-            const auto changes = weak.lock();
-            if (!changes) return;
-            const std::lock_guard guard(changes->mutex);
-            changes->handlers.erase(number);
-        });
+        return changes_->observers.add(std::move(handler));
     }
 }
 

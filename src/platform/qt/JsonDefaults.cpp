@@ -108,9 +108,7 @@ Defaults::Verdict refuse(const QString& path, const char* why) {
 }  // namespace
 
 struct JsonDefaults::Observers {
-    std::mutex mutex;
-    int next = 0;
-    std::map<int, ChangeHandler> handlers;
+    ObserverList<ChangeHandler> list;
     QJsonObject known;  // main thread: what the observers were last told
     bool watching = false;
 };
@@ -203,13 +201,7 @@ Subscription JsonDefaults::observe(ChangeHandler handler) {
         watcher_ = std::make_unique<QFileSystemWatcher>(QStringList{folder});
         QObject::connect(watcher_.get(), &QFileSystemWatcher::directoryChanged, watcher_.get(), [this] { notice(); });
     }
-    const std::lock_guard lock(observers_->mutex);
-    const int number = observers_->next++;
-    observers_->handlers.emplace(number, std::move(handler));
-    return Subscription([observers = observers_, number] {
-        const std::lock_guard guard(observers->mutex);
-        observers->handlers.erase(number);
-    });
+    return observers_->list.add(std::move(handler));
 }
 
 void JsonDefaults::notice() {
@@ -223,20 +215,7 @@ void JsonDefaults::notice() {
         if (!now.contains(key)) keys.insert(key);
 
     const auto observers = observers_;  // a handler may end the store
-    for (const QString& key : keys) {
-        // One by one, since a handler may end the subscription of another.
-        for (int number = -1;;) {
-            ChangeHandler handler;
-            {
-                const std::lock_guard lock(observers->mutex);
-                const auto next = observers->handlers.upper_bound(number);
-                if (next == observers->handlers.end()) break;
-                number = next->first;
-                handler = next->second;
-            }
-            handler(key.toStdString());
-        }
-    }
+    for (const QString& key : keys) observers->list.tell(key.toStdString());
 }
 
 }  // namespace vantor

@@ -10,11 +10,11 @@
 #include <QString>
 #include <chrono>
 #include <functional>
-#include <map>
 #include <memory>
 #include <mutex>
 
 #include "base/MainThread.h"
+#include "base/ObserverList.h"
 #include "platform/Defaults.h"
 
 namespace vantor {

@@ -5,6 +5,8 @@
 #include <QtWebEngineCore/QWebEngineCertificateError>
 #include <chrono>
 
+#include "platform/webengine/QtVersions.h"
+
 namespace vantor {
 
 namespace {
@@ -43,9 +45,7 @@ WikiPage::WikiPage(QWebEngineProfile* profile, QObject* parent) : QWebEnginePage
         QWebEngineCertificateError refused(error);
         refused.rejectCertificate();
     });
-    QObject::connect(
-        this, &QWebEnginePage::featurePermissionRequested, this,
-        [this](const QUrl& origin, Feature feature) { setFeaturePermission(origin, feature, PermissionDeniedByUser); });
+    qtversions::refusePermissions(*this);
     QObject::connect(this, &QWebEnginePage::loadStarted, this, [this] { certificateRefused_ = false; });
 }
 

@@ -6,9 +6,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "ui/ControlState.h"
 #include "ui/Fonts.h"
 #include "ui/Images.h"
-#include "ui/States.h"
 
 namespace vantor {
 

@@ -10,7 +10,7 @@
 
 #include "timers/view/AchievementBlockView.h"
 #include "ui/Palette.h"
-#include "ui/SlimScrollBar.h"
+#include "ui/VerticalScroller.h"
 
 namespace vantor {
 

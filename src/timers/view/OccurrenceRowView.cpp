@@ -12,10 +12,9 @@
 #include "timers/view/AchievementBlockView.h"
 #include "timers/view/RowLayout.h"
 #include "timers/view/WatchAchievementButton.h"
-#include "ui/FigureSubstitution.h"
+#include "ui/ControlState.h"
 #include "ui/Fonts.h"
 #include "ui/Images.h"
-#include "ui/States.h"
 
 namespace vantor {
 

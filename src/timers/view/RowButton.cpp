@@ -3,8 +3,8 @@
 #include <QtGui/QPainter>
 #include <utility>
 
+#include "ui/ControlState.h"
 #include "ui/Images.h"
-#include "ui/States.h"
 
 namespace vantor {
 

@@ -25,7 +25,7 @@ constexpr std::chrono::seconds updatedStays{4};
 struct Filter {
     const char* text;
     std::string_view key;
-    bool TimerFilters::*byDefault;
+    bool TimerFilters::* byDefault;
 };
 
 constexpr Filter filters[] = {

@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "ui/FigureSubstitution.h"
 #include "ui/Fonts.h"
 #include "ui/InkPanel.h"
 #include "ui/Palette.h"

@@ -3,7 +3,7 @@
 #include <QtWidgets/QVBoxLayout>
 
 #include "translators/view/TranslateScriptView.h"
-#include "ui/HorizontalTabber.h"
+#include "ui/Tabber.h"
 
 namespace vantor {
 

@@ -17,7 +17,7 @@ struct WindowClass {
 
 struct DesktopEntry {
     std::string id;    // the file's name without ".desktop"
-    std::string name;  // its Name=, empty when it has none
+    std::string name;  // its Name= in the user's language, empty when it has none
 
     bool operator==(const DesktopEntry&) const = default;
 };

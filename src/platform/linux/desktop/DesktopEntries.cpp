@@ -1,8 +1,10 @@
 #include "platform/linux/desktop/DesktopEntries.h"
 
+#include <glib.h>
+
 #include <cctype>
 #include <cstdlib>
-#include <fstream>
+#include <memory>
 #include <sstream>
 #include <string_view>
 
@@ -24,32 +26,21 @@ struct EntryFile {
     bool application = false;
 };
 
-std::optional<std::string_view> valueOf(std::string_view line, std::string_view key) {
-    if (!line.starts_with(key)) return std::nullopt;
-    line.remove_prefix(key.size());
-    while (line.starts_with(' ')) line.remove_prefix(1);
-    if (!line.starts_with('=')) return std::nullopt;
-    line.remove_prefix(1);
-    while (line.starts_with(' ')) line.remove_prefix(1);
-    while (line.ends_with(' ') || line.ends_with('\r')) line.remove_suffix(1);
-    return line;
-}
-
 EntryFile parse(const fs::path& file) {
-    EntryFile entry;
-    std::ifstream in(file);
-    bool inMainGroup = false;
-    for (std::string line; std::getline(in, line);) {
-        if (line.starts_with('[')) {
-            if (inMainGroup) break;
-            inMainGroup = line.starts_with("[Desktop Entry]");
-        }
-        if (!inMainGroup) continue;
-        if (const auto name = valueOf(line, "Name")) entry.name = *name;
-        if (const auto windowClass = valueOf(line, "StartupWMClass")) entry.windowClass = *windowClass;
-        if (const auto type = valueOf(line, "Type")) entry.application = *type == "Application";
-    }
-    return entry;
+    const std::unique_ptr<GKeyFile, decltype(&g_key_file_unref)> keys(g_key_file_new(), &g_key_file_unref);
+    if (!g_key_file_load_from_file(keys.get(), file.c_str(), G_KEY_FILE_NONE, nullptr)) return {};
+    // Without the key it gives none.
+    const auto text = [](char* given) {
+        const std::unique_ptr<char, decltype(&g_free)> owner(given, &g_free);
+        return std::string(given ? given : "");
+    };
+    constexpr const char* group = G_KEY_FILE_DESKTOP_GROUP;
+    return {
+        text(g_key_file_get_locale_string(keys.get(), group, G_KEY_FILE_DESKTOP_KEY_NAME, nullptr, nullptr)),
+        text(g_key_file_get_string(keys.get(), group, G_KEY_FILE_DESKTOP_KEY_STARTUP_WM_CLASS, nullptr)),
+        text(g_key_file_get_string(keys.get(), group, G_KEY_FILE_DESKTOP_KEY_TYPE, nullptr)) ==
+            G_KEY_FILE_DESKTOP_TYPE_APPLICATION,
+    };
 }
 
 // A file in a sub-folder has the folders in its id, joined by dashes.

@@ -76,8 +76,7 @@ void XcbWorkspace::hideAndUnhideWithoutActivation() {
     }
     desktop_->flush();
     // What the questions above have read from the socket no longer wakes the notifier.
-    QMetaObject::invokeMethod(
-        &readable_, [this] { drain(); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(&readable_, [this] { drain(); }, Qt::QueuedConnection);
 }
 
 bool XcbWorkspace::awaitFocusReturned(std::chrono::milliseconds atMost) {
@@ -92,8 +91,7 @@ bool XcbWorkspace::awaitFocusReturned(std::chrono::milliseconds atMost) {
         ::poll(&descriptor, 1, static_cast<int>(lookAgainAfter.count()));
         done = returned();
     }
-    QMetaObject::invokeMethod(
-        &readable_, [this] { drain(); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(&readable_, [this] { drain(); }, Qt::QueuedConnection);
     return done;
 }
 
@@ -127,8 +125,7 @@ void XcbWorkspace::refresh() {
     if (isPanel(active)) {
         // Its menus are about the application below it, which stays the frontmost one while they are open.
         noneLasts_.stop();
-        QMetaObject::invokeMethod(
-            &readable_, [this] { drain(); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(&readable_, [this] { drain(); }, Qt::QueuedConnection);
         return;
     }
     const bool own = isOwn(active);
@@ -144,8 +141,7 @@ void XcbWorkspace::refresh() {
         report(own ? ownIdentifier : applicationIdentifier(windowClass, entries_));
     }
     // The questions above may have read the next change from the socket already.
-    QMetaObject::invokeMethod(
-        &readable_, [this] { drain(); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(&readable_, [this] { drain(); }, Qt::QueuedConnection);
 }
 
 void XcbWorkspace::follow(xcb_window_t window) {

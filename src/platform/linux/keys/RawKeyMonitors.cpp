@@ -43,8 +43,7 @@ RawKeyMonitors::RawKeyMonitors(XConnection& connection, PostedKeyRecord& record)
         if (auto* dispatcher = QAbstractEventDispatcher::instance())
             QObject::connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, this, [this] {
                 if (!stream_.readAhead()) return;
-                QMetaObject::invokeMethod(
-                    this, [this] { poll(); }, Qt::QueuedConnection);
+                QMetaObject::invokeMethod(this, [this] { poll(); }, Qt::QueuedConnection);
             });
     }
     if (QCoreApplication::instance()) QCoreApplication::instance()->installEventFilter(this);

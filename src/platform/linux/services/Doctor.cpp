@@ -16,8 +16,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* rawKeys = "raw keys";
-constexpr const char* posting = "posting";
+using Kind = CapabilityKind;
 
 bool isSet(const char* variable) {
     const char* value = std::getenv(variable);
@@ -51,8 +50,8 @@ std::string colourEmojiFont() {
     return {};
 }
 
-Capability capability(const char* name, bool present, const char* found, const std::string& advice) {
-    return {name, present, present ? found : advice};
+Capability capability(Kind kind, bool present, const char* found, const std::string& advice) {
+    return {kind, present, present ? found : advice};
 }
 
 }  // namespace
@@ -67,53 +66,53 @@ std::vector<Capability> examineCapabilities(const OwnFiles& files) {
         displayAdvice = "this Wayland session has no X server: switch XWayland on";
 
     std::vector<Capability> capabilities;
-    capabilities.push_back(capability("display", desktop != nullptr, "an X server answers", displayAdvice));
-    capabilities.push_back(capability(rawKeys, onDisplay([](const auto& it) { return it.server().hasRawKeys(); }),
+    capabilities.push_back(capability(Kind::display, desktop != nullptr, "an X server answers", displayAdvice));
+    capabilities.push_back(capability(Kind::rawKeys, onDisplay([](const auto& it) { return it.server().hasRawKeys(); }),
                                       "XInput 2",
                                       "hotkeys work in Vantor's own windows only: needs an X server with XInput 2.1"));
-    capabilities.push_back(capability(posting, onDisplay([](const auto& it) { return it.server().hasTest(); }), "XTEST",
-                                      "nothing can be typed into the game: needs an X server with XTEST"));
-    capabilities.push_back(capability("layout", onDisplay([](const auto& it) { return it.server().hasKeyboard(); }),
+    capabilities.push_back(capability(Kind::posting, onDisplay([](const auto& it) { return it.server().hasTest(); }),
+                                      "XTEST", "nothing can be typed into the game: needs an X server with XTEST"));
+    capabilities.push_back(capability(Kind::layout, onDisplay([](const auto& it) { return it.server().hasKeyboard(); }),
                                       "XKB", "the keyboard's layout is unknown: needs an X server with XKB"));
     capabilities.push_back(capability(
-        "frontmost application",
+        Kind::frontmostApplication,
         onDisplay([](const auto& it) { return it.managerSupports(it.atoms().netActiveWindow); }), "_NET_ACTIVE_WINDOW",
         "the game is not recognised: needs a window manager that keeps _NET_ACTIVE_WINDOW"));
     const bool tray = onDisplay([](const auto& it) {
         const auto name = "_NET_SYSTEM_TRAY_S" + std::to_string(it.screen());
         return it.selectionHasOwner(internAtom(it.connection(), name));
     });
-    capabilities.push_back(capability("tray", tray || busHas(bus, "org.kde.StatusNotifierWatcher"),
+    capabilities.push_back(capability(Kind::tray, tray || busHas(bus, "org.kde.StatusNotifierWatcher"),
                                       "a status bar is there",
                                       "no status item is shown: start a panel with a tray, or use the floating icon"));
-    capabilities.push_back(capability("keyring", busHas(bus, "org.freedesktop.secrets"), "org.freedesktop.secrets",
+    capabilities.push_back(capability(Kind::keyring, busHas(bus, "org.freedesktop.secrets"), "org.freedesktop.secrets",
                                       bus ? "logins cannot be stored: install a keyring such as gnome-keyring"
                                           : "logins cannot be stored: this session has no bus"));
     const auto emoji = colourEmojiFont();
-    capabilities.push_back({"fonts", !emoji.empty(),
+    capabilities.push_back({Kind::fonts, !emoji.empty(),
                             emoji.empty() ? "emotes are drawn without colour: install fonts-noto-color-emoji" : emoji});
     capabilities.push_back(
-        capability("guardian", access(files.guardian.c_str(), X_OK) == 0, "vantor-guardian is installed",
+        capability(Kind::guardian, access(files.guardian.c_str(), X_OK) == 0, "vantor-guardian is installed",
                    "after a crash in the middle of a text a key or lock may stay on: install vantor-guardian "
                    "beside vantor"));
     std::error_code absent;
     const bool installed = fs::is_regular_file(files.webModule, absent);
     const bool engine = installed && files.webModuleTrouble.empty();
     capabilities.push_back(
-        capability("web engine", engine, "its module is installed",
+        capability(Kind::webEngine, engine, "its module is installed",
                    installed ? "web pages stay empty, its module cannot be loaded: " + files.webModuleTrouble
                              : "its module is not installed: web pages stay empty"));
     if (engine)
-        capabilities.push_back(capability("web sandbox", geteuid() != 0, "pages are drawn in a sandbox",
+        capabilities.push_back(capability(Kind::webSandbox, geteuid() != 0, "pages are drawn in a sandbox",
                                           "off, since Vantor runs as root: start it as an ordinary user"));
     return capabilities;
 }
 
 std::vector<Capability> withoutKeys(std::vector<Capability> capabilities) {
     for (Capability& each : capabilities)
-        if (each.name == rawKeys || each.name == posting)
+        if (each.kind == Kind::rawKeys || each.kind == Kind::posting)
             each = {
-                each.name, false,
+                each.kind, false,
                 "the X server has ended the connection for keys and takes no other: Vantor tries again each second"};
     return capabilities;
 }

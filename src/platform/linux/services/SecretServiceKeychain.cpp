@@ -133,9 +133,7 @@ void SecretServiceKeychain::copyMatching(const KeychainItem& item, Prompt prompt
 
 void SecretServiceKeychain::replace(const KeychainItem& item, const std::string& data, Answered answer) {
     worker_->post({patience_.prompt,
-                   [item, data](GCancellable* cancel) {
-                       return Copy{secretservice::replace(item, data, cancel), {}};
-                   },
+                   [item, data](GCancellable* cancel) { return Copy{secretservice::replace(item, data, cancel), {}}; },
                    [this, answer = std::move(answer)](const Copy& copy) {
                        mainThread_.post([answer, status = copy.status] { answer(status); });
                    }});

@@ -1,0 +1,83 @@
+#include "app/cli/Commands.h"
+
+#include <istream>
+#include <iterator>
+#include <ostream>
+
+#include "app/cli/DoctorCommand.h"
+#include "app/cli/SettingsCommand.h"
+#include "app/cli/TimelineCommand.h"
+#include "input/ClipboardManager.h"
+#include "input/KeyMap.h"
+
+namespace vantor {
+
+namespace {
+
+constexpr int unavailableStatus = 1;
+
+class Runner {
+public:
+    explicit Runner(const CommandNeeds& needs) : needs_(needs) {}
+
+    std::optional<int> operator()(const StartProgram&) const { return std::nullopt; }
+    std::optional<int> operator()(const ShowHelp&) const { return print(helpText()); }
+    std::optional<int> operator()(const ShowVersion&) const { return print(needs_.version()); }
+    std::optional<int> operator()(const RunDoctor&) const {
+        return print(capabilitiesAsText(needs_.examineCapabilities()));
+    }
+    std::optional<int> operator()(const PrintTimeline& command) const {
+        return runTimeline(command, needs_.catalogue(), *needs_.makeDefaults(), *needs_.makeClock(), needs_.out,
+                           needs_.err);
+    }
+    std::optional<int> operator()(const PrintKeyMap&) const {
+        const auto layout = needs_.makeKeyboardLayout();
+        return layout ? print(keyMapJson(KeyMap::learn(*layout)) + "\n") : unavailableStatus;
+    }
+    std::optional<int> operator()(const TypeText& command) const {
+        return act([text = given(command.text)](ClipboardManager& keys) { keys.typeString(text); });
+    }
+    std::optional<int> operator()(const PressText& command) const {
+        return act([text = given(command.text)](ClipboardManager& keys) { keys.pressReadableKeys(text); });
+    }
+    std::optional<int> operator()(const ChangeSettings& command) const {
+        return runChangeSettings(command, *needs_.makeDefaults(), needs_.in, needs_.err);
+    }
+    std::optional<int> operator()(const PrintSetting& command) const {
+        return runPrintSetting(command, *needs_.makeDefaults(), needs_.out, needs_.err);
+    }
+    std::optional<int> operator()(AskRunning command) const {
+        if (command.what == AskRunning::What::fill) command.username = given(command.username);
+        return runAskRunning(command, needs_.askRunning, needs_.err);
+    }
+
+private:
+    int print(const std::string& text) const {
+        needs_.out << text;
+        return 0;
+    }
+    [[nodiscard]] std::string given(const std::optional<std::string>& text) const {
+        return text ? *text : std::string(std::istreambuf_iterator<char>(needs_.in), {});
+    }
+    // Types or presses once, into the application that has the focus.
+    template <typename Operation>
+    int act(const Operation& operation) const {
+        const auto typing = needs_.makeTyping();
+        if (!typing) return unavailableStatus;
+        const TypingServices services = typing->typing();
+        ClipboardManager clipboardManager(services.layout, services.poster, services.monitors, services.workspace,
+                                          needs_.pause);
+        operation(clipboardManager);
+        return 0;
+    }
+
+    const CommandNeeds& needs_;
+};
+
+}  // namespace
+
+std::optional<int> runCommand(const Command& command, const CommandNeeds& needs) {
+    return std::visit(Runner(needs), command);
+}
+
+}  // namespace vantor

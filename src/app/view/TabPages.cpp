@@ -1,0 +1,103 @@
+#include "app/view/TabPages.h"
+
+#include <utility>
+
+#include "accounts/view/AccountsView.h"
+#include "app/GameData.h"
+#include "feedback/view/Support.h"
+#include "input/view/HotkeyButton.h"
+#include "input/view/HotkeyText.h"
+#include "input/view/WaypointButton.h"
+#include "timers/view/BestiaryView.h"
+#include "timers/view/TimerSettingsView.h"
+#include "timers/view/TimersView.h"
+
+namespace vantor {
+
+namespace {
+
+QRect firstScreen(const Screens& screens) {
+    const Rect frame = screens.frames().front();
+    return {frame.x, frame.y, frame.width, frame.height};
+}
+
+}  // namespace
+
+TimelineSource timelineOf(DataPart& part, SettingsPart& settings) {
+    GameData& data = part.data();
+    return {part.clock(), settings.defaults(), [&data] { return data.timeline(); }, [&data] { data.followZone(); },
+            [&data](std::function<void()> handler) { return data.observe(std::move(handler)); }};
+}
+
+QWidget* makeTimersTab(DataPart& data, TypingPart& typing, SettingsPart& settings, const ViewNeeds& needs,
+                       const TabLinks& links, QWidget* parent) {
+    GameData& gameData = data.data();
+    const ChatLinkNeeds chatLink{typing.clipboardManager(), typing.pasteboard(), settings.defaults()};
+    return new TimersView({.source = timelineOf(data, settings),
+                           .state = [&gameData] { return gameData.timersState(); },
+                           .progress = [&gameData] { return gameData.eventsProgress(); },
+                           .names = gameData.achievementNames(),
+                           .makeWaypointButton =
+                               [&needs, chatLink](const QString& link, QWidget* row) {
+                                   return new WaypointButton(link, chatLink, needs.scheduler, row);
+                               },
+                           .openWiki = [&needs, open = links.openPage](
+                                           const std::string& page) { open(wikiPageAddress(needs.webHosts, page)); },
+                           .emptyActions = links.emptyActions},
+                          parent);
+}
+
+QWidget* makeBestiaryTab(DataPart& data, const ViewNeeds& needs, const TabLinks& links, QWidget* parent) {
+    GameData& gameData = data.data();
+    return new BestiaryView(
+        {.categories = [&gameData] { return gameData.beasts(); },
+         .progress = [&gameData] { return gameData.bestiaryProgress(); },
+         .state = [&gameData] { return gameData.bestiaryState(); },
+         .observe = [&gameData](std::function<void()> handler) { return gameData.observe(std::move(handler)); },
+         .lookUp = [&needs,
+                    open = links.openPage](const std::string& family) { open(lookUpAddress(needs.webHosts, family)); },
+         .emptyActions = links.emptyActions},
+        parent);
+}
+
+QWidget* makeSupportTab(NetworkPart& network, TypingPart& typing, const ViewNeeds& needs, QWidget* parent) {
+    return new Support({.message = {network.session(), network.mainThread(), needs.feedbackEndpoint},
+                        .clipboardManager = typing.clipboardManager(),
+                        .pasteboard = typing.pasteboard(),
+                        .data = needs.supportData,
+                        .openLink = needs.openLink},
+                       parent);
+}
+
+SettingsView* makeSettingsTab(SettingsPart& settings, TypingPart& typing, AccountsPart& accounts, DataPart& data,
+                              ApiKeyField& apiKey, const ViewNeeds& needs, QWidget* parent) {
+    const HotkeyNeeds hotkeys{settings.defaults(), typing.keyMonitors(),
+                              [&needs](WId window, WindowNature nature) {
+                                  needs.overlayWindows.prepare(static_cast<NativeWindow>(window), nature);
+                              },
+                              [&needs] { return firstScreen(needs.screens); }};
+    const auto text = [](const std::string& host) { return QString::fromStdString(host); };
+    return new SettingsView(
+        {.defaults = settings.defaults(),
+         .apiKey = apiKey,
+         .makeHotkeyField =
+             [hotkeys](const HotkeySetting& setting, QWidget* page) {
+                 return new HotkeyButton(setting.message, setting.primaryKey, setting.secondaryKey, hotkeys, page);
+             },
+         .makeTimersPage =
+             [&settings, &data](QWidget* page) {
+                 return new TimerSettingsView(settings.defaults(), [&data] { data.data().reloadEvents(); }, page);
+             },
+         .makeAccountsPage =
+             [&accounts](QWidget* page) {
+                 return new AccountsView(
+                     accounts.credentials(), [&accounts](const std::string& name) { accounts.fillCredentials(name); },
+                     page);
+             },
+         .examineSystem = needs.examineSystem,
+         .openLink = [&needs](const QString& address) { needs.openLink(address.toStdString()); },
+         .helpHosts = {text(needs.webHosts.wiki), text(needs.accountSite)}},
+        parent);
+}
+
+}  // namespace vantor
