@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "app/AppDelegate.h"
+#include "browser/LazyWebPage.h"
 #include "data/SettingKeys.h"
 #include "fake/FakeClock.h"
 #include "fake/FakeDefaults.h"
@@ -16,7 +17,6 @@
 #include "fake/FakeStatusItem.h"
 #include "fake/FakeTaskQueue.h"
 #include "fake/FakeUrlSession.h"
-#include "fake/FakeWebPage.h"
 #include "fake/FakeWindows.h"
 #include "fake/FakeWorkspace.h"
 
@@ -81,7 +81,7 @@ protected:
                                pasteboard,
                                pause,
                                keychain,
-                               [] { return std::make_unique<FakeWebPage>(); },
+                               [] { return std::make_unique<LazyWebPage>([] { return nullptr; }); },
                                [] { return std::nullopt; },
                                [this](AppWindowName name, AppObserver&) { return windows.make(name); }},
             [this] { quits++; });

@@ -9,7 +9,6 @@
 #include "browser/StyleScript.h"
 #include "browser/WebAddresses.h"
 #include "browser/WebViewStore.h"
-#include "fake/FakeWebPage.h"
 
 namespace vantor {
 namespace {
@@ -45,26 +44,6 @@ TEST(WebAddressesTest, BuildsSearches) {
     EXPECT_EQ(gameUpdatesAddress(hosts), "https://wiki.example/wiki/Game_updates");
     for (const auto* bad : {"", "wiki", "https://", "https:///x", "https://a b/", "https://a/%", "https://a/%2"})
         EXPECT_FALSE(isAddress(bad)) << bad;
-}
-
-TEST(WebViewStoreTest, EachLoadAddsOneMoreStyleScript) {
-    auto made = std::make_unique<FakeWebPage>();
-    FakeWebPage& page = *made;
-    std::optional<std::string> sheet = "a {}";
-    WebViewStore store(std::move(made), [&] { return sheet; });
-    store.load("https://wiki.example/a");
-    store.load("https://wiki.example/a");
-    EXPECT_THAT(page.scripts, ElementsAre(styleScript("a {}"), styleScript("a {}")));
-    sheet = "";
-    store.load("https://wiki.example/b");
-    EXPECT_THAT(page.scripts, SizeIs(3));
-    sheet.reset();
-    store.load("https://wiki.example/c");
-    EXPECT_THAT(page.scripts, SizeIs(3));
-    EXPECT_THAT(page.asked,
-                ElementsAre("no background", "load https://wiki.example/a 60", "load https://wiki.example/a 60",
-                            "load https://wiki.example/b 60", "load https://wiki.example/c 60"));
-    EXPECT_DEATH(store.load("no address"), "an address of a page cannot be formed");
 }
 
 // An engine that remembers what was asked, and reports what a test says.
@@ -141,6 +120,27 @@ TEST(LazyWebPageTest, AnnouncesThenUpdatesOncePerChange) {
     state.estimatedProgress = 1;
     record.observer.changed(state);
     EXPECT_THAT(seen, SizeIs(4));
+}
+
+TEST(WebViewStoreTest, EachLoadAddsOneMoreStyleScriptAndEachChangeIsAnnouncedOnce) {
+    Engine::Record record;
+    std::optional<std::string> sheet = "a {}";
+    WebViewStore store(std::make_unique<LazyWebPage>([&] { return std::make_unique<Engine>(record); }),
+                       [&] { return sheet; });
+    int announced = 0;
+    const Subscription watching = store.onWillChange([&] { ++announced; });
+    store.load("https://wiki.example/a");
+    store.load("https://wiki.example/a");
+    sheet.reset();
+    store.load("https://wiki.example/c");
+    EXPECT_THAT(record.asked, ElementsAre("no background", "load https://wiki.example/a",
+                                          "script " + styleScript("a {}"), "load https://wiki.example/a",
+                                          "script " + styleScript("a {}"), "load https://wiki.example/c"));
+    EXPECT_THAT(styleScript("a {}"), testing::HasSubstr("window.atob('YSB7fQ==');\n"));
+    EXPECT_THAT(styleScript(std::string(300, '>')), testing::Not(testing::ContainsRegex("[-_]")));
+    record.observer.changed({.title = "One", .url = "https://wiki.example/a", .canGoBack = true});
+    EXPECT_EQ(announced, 3);
+    EXPECT_DEATH(store.load("no address"), "an address of a page cannot be formed");
 }
 
 }  // namespace
