@@ -1,12 +1,10 @@
 // Readable key texts, both ways. Any stored text: its strokes are presses of keys that the layout has, all released
-// again, first down last up, one for each part that names a key. Any key event: its text is stable, and where the text
-// is made of what can be played back, the strokes of it are the keys of the event.
+// again, last down first up. Any key event: what is played back of its text reads like the text.
 
 #include <QString>
-#include <QStringList>
-#include <algorithm>
+#include <array>
 
-#include "Finding.h"
+#include "Fuzz.h"
 #include "input/KeyNames.h"
 #include "input/KeyStrokes.h"
 #include "input/ReadableKeyText.h"
@@ -28,102 +26,67 @@ const Keyboard& keyboard(std::uint8_t choice) {
     return keyboards.at(choice % keyboards.size());
 }
 
+// The keys that go down.
 std::vector<KeyCode> pressed(const std::vector<PostedKey>& strokes) {
     std::vector<KeyCode> codes;
-    for (const PostedKey& stroke : strokes)
-        if (stroke.down) codes.push_back(stroke.keyCode);
-    return codes;
-}
-
-void checkBalance(const std::vector<PostedKey>& strokes) {
     std::vector<KeyCode> down;
     for (const PostedKey& stroke : strokes) {
         require(stroke.keyCode < keyCodeCount, "a stroke is of a key");
         if (stroke.down) {
+            codes.push_back(stroke.keyCode);
             down.push_back(stroke.keyCode);
-            continue;
+        } else {
+            require(!down.empty() && down.back() == stroke.keyCode, "the key that went down last goes up first");
+            down.pop_back();
         }
-        // A combination may name a key twice; its last press is the one that ends.
-        require(!down.empty() && down.back() == stroke.keyCode, "the key that went down last goes up first");
-        down.pop_back();
     }
     require(down.empty(), "no key stays down");
+    return codes;
 }
 
-void playBack(const Keyboard& keys, const std::string& text) {
-    const auto strokes = strokesOfReadableKeys(keys.map, text);
-    require(strokes.size() % 2 == 0, "each press has its release");
-    checkBalance(strokes);
-    std::size_t named = 0;
-    std::string rest = text;
-    for (bool more = true; more;) {
-        const auto plus = rest.find(" + ");
-        more = plus != std::string::npos;
-        const std::string part = rest.substr(0, plus);
-        if (more) rest.erase(0, plus + 3);
-        const auto lower = QString::fromStdString(part).toLower().toStdString();
-        named += keyCodeNamed(part) || keys.map.find(lower) ? 1U : 0U;
-    }
-    require(strokes.size() == 2 * named, "each part that names a key is pressed once", text);
-
-    const auto typed = strokesOfText(keys.map, text);
-    checkBalance(typed);
-    const auto twice = strokesOfText(keys.map, text + "\n" + text);
-    const auto line = strokesOfText(keys.map, "\n");
-    // A line break is a character of its own next to anything but a carriage return before it.
-    if (!text.ends_with('\r') && QString::fromStdString(text).toStdString() == text)
-        require(twice.size() == 2 * typed.size() + line.size(), "a text is typed character by character", text);
-}
-
-void write(const Keyboard& keys, Input& input) {
-    KeyEvent event;
-    event.keyCode = input.byte();
-    const ModifierFlags flags = input.byte();
-    constexpr std::array<ModifierFlags, 8> bits = {modifier::nonCoalesced, modifier::capsLock, modifier::shift,
-                                                   modifier::control,      modifier::option,   modifier::command,
-                                                   modifier::numericPad,   modifier::function};
-    for (std::size_t at = 0; at < bits.size(); ++at)
-        if (flags & (1U << at)) event.flags |= bits.at(at);
-    const auto plain = keys.layout.translate(event.keyCode, modifier::nonCoalesced);
-    event.charactersWithoutModifiers = plain ? plain->characters : "";
+void write(const Keyboard& keys, KeyCode code, std::uint8_t held) {
+    const auto characters = [&](KeyCode of) {
+        const auto translation = keys.layout.translate(of, modifier::nonCoalesced);
+        return translation ? translation->characters : std::string();
+    };
+    // Those that are played back.
+    constexpr std::array<std::pair<ModifierFlags, std::string_view>, 3> modifiers = {
+        {{modifier::shift, key_name::shift},
+         {modifier::control, key_name::control},
+         {modifier::option, key_name::option}}};
+    KeyEvent event{KeyEventType::keyDown, code, 0, characters(code)};
+    for (std::size_t at = 0; at < modifiers.size(); ++at)
+        if (held & (1U << at)) event.flags |= modifiers.at(at).first;
     const std::string text = readableKeyText(event);
     require(text != " ", "no key has the text of an unset hotkey");
-
-    // Parsed and written again: the pressed keys are an event with the same text. The stored form is upper case, so a
-    // character that does not come back from there (the German sharp s) has a text but is not played back.
-    const bool played = (event.flags & (modifier::command | modifier::capsLock | modifier::numericPad)) == 0 &&
-                        ((event.flags & modifier::function) == 0 || functionKeyName(event.keyCode));
-    const std::string& characters = event.charactersWithoutModifiers;
-    const QString wide = QString::fromStdString(characters);
-    const bool oneKey =
-        functionKeyName(event.keyCode) || textKeyName(event.keyCode) ||
-        (keys.map.find(characters) && keys.map.find(characters)->size() == 1 && wide.toUpper().toLower() == wide);
-    if (!played || !oneKey || isModifierKey(event.keyCode)) return;
+    // The stored form is upper case, so a character that does not come back from there (the German sharp s) has a text
+    // but is not played back.
+    const QString wide = QString::fromStdString(event.charactersWithoutModifiers);
+    const auto* mapped = keys.map.find(event.charactersWithoutModifiers);
+    const bool named = functionKeyName(code) || textKeyName(code);
+    if (isModifierKey(code) || (!named && !(mapped && mapped->size() == 1 && wide.toUpper().toLower() == wide))) return;
     const auto codes = pressed(strokesOfReadableKeys(keys.map, text));
     require(!codes.empty(), "the text of a key plays a key back", text);
-    KeyEvent again;
-    again.keyCode = codes.front();
-    for (const KeyCode code : codes) {
-        if (code == *keyCodeNamed(key_name::shift)) again.flags |= modifier::shift;
-        if (code == *keyCodeNamed(key_name::control)) again.flags |= modifier::control;
-        if (code == *keyCodeNamed(key_name::option)) again.flags |= modifier::option;
-    }
-    if (const auto characters2 = keys.layout.translate(again.keyCode, modifier::nonCoalesced))
-        again.charactersWithoutModifiers = characters2->characters;
-    require(readableKeyText(again) == text, "what is played back reads like what was stored",
-            text + " became " + readableKeyText(again));
+    KeyEvent again{KeyEventType::keyDown, codes.front(), 0, characters(codes.front())};
+    for (const auto& [flag, name] : modifiers)
+        for (const KeyCode each : codes)
+            if (each == *keyCodeNamed(name)) again.flags |= flag;
+    require(readableKeyText(again) == text, "what is played back reads like what was stored", text);
 }
 
 }  // namespace
-}  // namespace vantor::fuzz
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) { return vantor::fuzz::reportDescriptor() < 0 ? 1 : 0; }
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    using namespace vantor::fuzz;
-    Input input(data, size);
+void run(Input input) {
     const Keyboard& keys = keyboard(input.byte());
-    write(keys, input);
-    playBack(keys, std::string(input.rest()));
-    return 0;
+    const KeyCode code = input.byte();
+    write(keys, code, input.byte());
+    const std::string text(input.rest());
+    (void)pressed(strokesOfReadableKeys(keys.map, text));
+    const auto typed = pressed(strokesOfText(keys.map, text));
+    // A line break is a character of its own next to anything but a carriage return before it.
+    if (!text.ends_with('\r') && QString::fromStdString(text).toStdString() == text)
+        require(pressed(strokesOfText(keys.map, text + "\n" + text)).size() == 2 * typed.size() + 1,
+                "a text is typed character by character", text);
 }
+
+}  // namespace vantor::fuzz

@@ -1,12 +1,6 @@
-#!/usr/bin/env python3
 """The day's timeline computed a second time, from the rules alone and with Python's own numbers and zones: what the program
-prints is compared with this. Run by hand it prints the JSON list of a catalogue:
+prints is compared with this."""
 
-    timeline_oracle.py CATALOGUE --zone Europe/Berlin --now 2026-03-29T01:30 [--on timer.isTimer] [--off timer.isEvent]
-"""
-
-import argparse
-import json
 from datetime import datetime, timezone
 from zoneinfo import ZoneInfo
 
@@ -139,23 +133,3 @@ def timeline(sections, filters, when, zone, completed=frozenset(), window_hours=
         }
         for packed, start, gathering, section, event in found
     ]
-
-
-def main():
-    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
-    parser.add_argument("catalogue")
-    parser.add_argument("--zone", default="UTC")
-    parser.add_argument("--now", required=True)
-    parser.add_argument("--on", action="append", default=[])
-    parser.add_argument("--off", action="append", default=[])
-    parser.add_argument("--window", type=float, metavar="HOURS")
-    given = parser.parse_args()
-    filters = DEFAULT_FILTERS | {key: True for key in given.on} | {key: False for key in given.off}
-    zone = ZoneInfo(given.zone)
-    with open(given.catalogue, encoding="utf-8") as file:
-        sections = json.load(file)
-    print(json.dumps(timeline(sections, filters, moment(given.now, zone), zone, window_hours=given.window), indent=1))
-
-
-if __name__ == "__main__":
-    main()

@@ -1,5 +1,6 @@
-// The session queue and the loaders under the thread sanitizer: calls, answers and readers on threads of their own,
-// without the toolkit's. What must hold in every interleaving is counted, never timed.
+// The session queue, the loaders and the chain under the thread sanitizer: calls, answers and readers on threads of
+// their own, without the toolkit's. What must hold in every interleaving is counted, never timed; what a round does
+// follows from its number.
 #include <gmock/gmock.h>
 
 #include <array>
@@ -18,59 +19,86 @@ namespace vantor {
 
 namespace {
 
-using Loader = JsonFetchable<AchievementCompletition>;
+using Ids = std::vector<std::int64_t>;
 
-void drain(TaskQueue& queue) {
-    std::promise<void> reached;
-    queue.post([&] { reached.set_value(); });
-    reached.get_future().wait();
+std::optional<std::string> bodyOf(const std::string& url) {
+    if (url.ends_with("/events"))
+        return R"([{"id": 1, "category": "c", "name": "n", "active": true, "segments": [],
+                    "sequences": {"partial": [], "pattern": []}}])";
+    if (url.ends_with("/beasts"))
+        return R"([{"id": "x", "races": [{"id": "r", "icon": "", "description": "", "unlock": 2, "unlock_txt": ""}]}])";
+    return R"([{"id": 1, "current": 1, "max": 1, "done": true}, {"id": 2, "current": 1, "max": 1, "done": true},
+               {"id": 3, "current": 1, "max": 1, "done": true}])";
 }
 
-std::string oneEntry(int id) {
-    return R"([{"id": )" + std::to_string(id) + R"(, "current": 1, "max": 1, "done": true}])";
-}
+// The loaders of a program, whose requests wait until somebody answers them.
+struct Scene {
+    using Progress = JsonFetchable<AchievementCompletition>;
 
-// Answers all that is asked until told to stop, now the oldest and now the newest, some of it badly.
-class Service {
-public:
-    Service(FakeUrlSession& session, unsigned seed)
-        : session_(session), thread_([this, seed](std::stop_token stop) { run(stop, seed); }) {}
-
-private:
-    void run(const std::stop_token& stop, unsigned seed) {
-        std::minstd_rand random(seed);
-        while (!stop.stop_requested()) {
-            const std::size_t waiting = session_.waiting();
-            if (waiting == 0) {
-                std::this_thread::yield();
-                continue;
-            }
-            const auto pick = random();
-            std::optional<std::string> body = oneEntry(static_cast<int>(pick % 100));
-            if (pick % 5 == 0) body.reset();
-            if (pick % 7 == 0) body = "{";
-            session_.answer(std::move(body), pick % waiting);
+    Scene() { defaults.put(settings::apiKey, std::string("k")); }
+    // Runs the queue empty, what its tasks post included.
+    void drain() {
+        for (int depth = 0; depth < 3; ++depth) {
+            std::promise<void> reached;
+            queue.post([&] { reached.set_value(); });
+            reached.get_future().wait();
         }
     }
+    // Answers until it is told to stop, now the oldest and now the newest; some of it badly when asked to.
+    std::jthread service(unsigned seed, bool bad) {
+        return std::jthread([this, bad, random = std::minstd_rand(seed)](const std::stop_token& stop) mutable {
+            while (!stop.stop_requested()) {
+                const auto pick = random();
+                const auto answer = [&](const std::string& url) -> std::optional<std::string> {
+                    if (bad && pick % 5 == 0) return std::nullopt;
+                    return bad && pick % 7 == 0 ? "{" : bodyOf(url);
+                };
+                const std::size_t waiting = session.waiting();
+                if (waiting == 0 || !session.answerBy(answer, pick % waiting)) std::this_thread::yield();
+            }
+        });
+    }
+    [[nodiscard]] static Ids idsOf(const Progress& loader) {
+        Ids ids;
+        const auto snapshot = loader.snapshot();
+        for (const auto& each : *snapshot.array) ids.push_back(each.id);
+        return ids;
+    }
 
-    FakeUrlSession& session_;
-    std::jthread thread_;
+    SessionQueue queue;
+    FakeUrlSession session{queue};
+    FakeDefaults defaults;
+    std::vector<std::string> lines;  // of the queue's thread, like the printing itself
+    LoaderContext context{queue, session, defaults, [this](const std::string& line) { lines.push_back(line); }};
+    Progress all{context, "AchievementCompletition", "https://host/all", true, true};
+    JsonFetchable<EventsSection> sections{context, "EventsSection", "https://host/events", false, true};
+    JsonFetchable<BeastCategory> beasts{context, "BeastCategory", "https://host/beasts", false, true};
+    Progress events{context, "AchievementCompletition", "https://host/all", true, true};
+    Progress unlocks{context, "AchievementCompletition", "https://host/all", true, true};
+    std::atomic<int> inside = 0;
+    std::atomic<int> computations = 0;
+    DataChain chain{queue, {all, sections, beasts, events, unlocks}, [this](const auto& list, const auto&) {
+                        EXPECT_EQ(inside.fetch_add(1), 0);
+                        EXPECT_LE(list.size(), 1U);  // never two catalogues
+                        ++computations;
+                        EXPECT_EQ(inside.fetch_sub(1), 1);
+                        return Ids{1, 3};
+                    }};
 };
 
 }  // namespace
 
 TEST(SessionQueue, RunsEachThreadsTasksInItsOrder) {
-    SessionQueue queue;
+    Scene scene;
     std::vector<std::pair<int, int>> ran;  // of the queue's thread
     {
         std::vector<std::jthread> posters;
-        for (int poster = 0; poster < 4; ++poster) {
+        for (int poster = 0; poster < 4; ++poster)
             posters.emplace_back([&, poster] {
-                for (int i = 0; i < 250; ++i) queue.post([&ran, poster, i] { ran.emplace_back(poster, i); });
+                for (int i = 0; i < 250; ++i) scene.queue.post([&ran, poster, i] { ran.emplace_back(poster, i); });
             });
-        }
     }
-    drain(queue);
+    scene.drain();
     ASSERT_EQ(ran.size(), 1000U);
     std::array<int, 4> next{};
     for (const auto& [poster, number] : ran) EXPECT_EQ(number, next.at(static_cast<std::size_t>(poster))++);
@@ -109,71 +137,120 @@ TEST(SessionQueue, EndsAfterTheTaskUnderWayAndDropsTheRest) {
     }
 }
 
-// Fetches, assignments and recomputations from two threads, answers out of order from a third, a reader on a fourth.
-TEST(Loaders, BearEveryInterleaving) {
-    constexpr unsigned rounds = 200;
-    for (unsigned round = 0; round < rounds; ++round) {
-        FakeDefaults defaults;
-        defaults.put(settings::apiKey, std::string("k"));
-        SessionQueue queue;
-        FakeUrlSession session(queue);
-        std::vector<std::string> lines;  // of the queue's thread, like the printing itself
-        const LoaderContext context{queue, session, defaults, [&](const std::string& line) { lines.push_back(line); }};
-        Loader all(context, "AchievementCompletition", "https://api.example/all", true, true);
-        JsonFetchable<EventsSection> sections(context, "EventsSection", "https://files.example/e", false, true);
-        JsonFetchable<BeastCategory> beasts(context, "BeastCategory", "https://files.example/b", false, true);
-        Loader events(context, "AchievementCompletition", "https://api.example/all", true, true);
-        Loader unlocks(context, "AchievementCompletition", "https://api.example/all", true, true);
-        std::atomic<int> inside = 0;
-        std::atomic<int> computations = 0;
-        DataChain chain(queue, {all, sections, beasts, events, unlocks}, [&](const auto&, const auto&) {
-            EXPECT_EQ(inside.fetch_add(1), 0);
-            ++computations;
-            EXPECT_EQ(inside.fetch_sub(1), 1);
-            return std::vector<std::int64_t>{1, 2, 3};
-        });
-        std::atomic<int> changes = 0;
-        events.onChange([&] { ++changes; });
-
+// Started again with key after key, from two threads, while answers of the load before are on their way in any order:
+// the last run is one with the last key, and each loader holds one copy.
+TEST(DataChain, EndsWithTheLastKeyInEveryInterleaving) {
+    for (unsigned round = 1; round <= 200; ++round) {
+        SCOPED_TRACE("round " + std::to_string(round));
+        Scene scene;
         {
-            std::jthread reader([&](const std::stop_token& stop) {
-                while (!stop.stop_requested()) {
-                    const auto snapshot = events.snapshot();
-                    for (const auto& entry : *snapshot.array) EXPECT_GE(entry.id, 0);
-                }
+            const auto service = scene.service(round, false);
+            const std::jthread reader([&](const std::stop_token& stop) {
+                while (!stop.stop_requested()) EXPECT_LE(scene.events.snapshot().array->size(), 2U);
             });
-            const Service service(session, round + 1);
+            scene.chain.start();
+            const std::jthread other([&] {
+                scene.chain.restart();
+                scene.chain.recompute();
+            });
+            std::minstd_rand random(round + 1000);
+            for (int key = 0; key < 6; ++key) {
+                scene.defaults.put(settings::apiKey, std::to_string(key));
+                scene.chain.restart();
+                if (random() % 3 == 0) scene.chain.recompute();
+                if (random() % 3 == 0) scene.drain();
+            }
+        }
+        // The rest of the answers, late; each may bring the next step of the chain.
+        for (scene.drain(); scene.session.answerBy(bodyOf); scene.drain()) {
+        }
+        std::string last;
+        for (const auto& request : scene.session.requests())
+            if (!request.headers.empty()) last = request.headers.front().second;
+        ASSERT_EQ(last, "Bearer 5");
+        ASSERT_EQ(Scene::idsOf(scene.all), (Ids{1, 2, 3}));
+        ASSERT_EQ(Scene::idsOf(scene.events), (Ids{1, 3}));
+        ASSERT_EQ(Scene::idsOf(scene.unlocks), (Ids{2}));
+        ASSERT_EQ(scene.sections.snapshot().array->size(), 1U);
+        ASSERT_EQ(scene.beasts.snapshot().array->size(), 1U);
+        ASSERT_EQ(scene.all.snapshot().activeRequests, 0);
+        ASSERT_TRUE(scene.lines.empty()) << scene.lines.front();
+        scene.queue.finish();
+    }
+}
+
+// Fetches, assignments and recomputations from two threads, good and bad answers from a third, a reader on a fourth; at
+// the end answers on their way.
+TEST(Loaders, BearEveryInterleaving) {
+    for (unsigned round = 1; round <= 200; ++round) {
+        Scene scene;
+        std::atomic<int> changes = 0;
+        scene.events.onChange([&] { ++changes; });
+        {
+            const auto service = scene.service(round, true);
+            const std::jthread reader([&](const std::stop_token& stop) {
+                while (!stop.stop_requested())
+                    for (const std::int64_t id : Scene::idsOf(scene.events)) EXPECT_GE(id, 0);
+            });
             std::jthread caller([&] {
-                for (int i = 0; i < 5; ++i) {
-                    events.fetch({i, i + 1}, [&](auto records) {
-                        EXPECT_EQ(inside.fetch_add(1), 0);
-                        EXPECT_EQ(inside.fetch_sub(1), 1);
+                for (std::int64_t i = 0; i < 5; ++i) {
+                    scene.events.fetch({i, i + 1}, [&](auto records) {
+                        EXPECT_EQ(scene.inside.fetch_add(1), 0);
+                        EXPECT_EQ(scene.inside.fetch_sub(1), 1);
                         return records;
                     });
-                    events.assign({});
+                    scene.events.assign({});
                 }
             });
-            chain.start();
-            for (int i = 0; i < 3; ++i) {
-                chain.recompute();
-                events.assign({{.id = i, .bits = {}, .unlocked = {}, .repeated = {}}});
-                defaults.put(settings::apiKey, std::string(i == 1 ? "" : "k"));
+            scene.chain.start();
+            for (std::int64_t i = 0; i < 3; ++i) {
+                scene.chain.recompute();
+                scene.events.assign({{.id = i, .bits = {}, .unlocked = {}, .repeated = {}}});
+                scene.defaults.put(settings::apiKey, std::string(i == 1 ? "" : "k"));
             }
             caller.join();
-            drain(queue);  // all is asked; the answers may still come
+            scene.drain();  // all is asked; the answers may still come
         }
-        // Late answers after the service is gone, then an end with answers on their way.
-        while (session.answer(oneEntry(7))) {
+        while (scene.session.answerBy(bodyOf)) {
         }
-        if (round % 2 == 0) drain(queue);
-        queue.finish();
-        while (session.answer(oneEntry(8))) {
+        if (round % 2 == 0) scene.drain();
+        scene.queue.finish();
+        while (scene.session.answerBy(bodyOf)) {
         }
-        EXPECT_GE(computations, round % 2 == 0 ? 3 : 0);
+        EXPECT_GE(scene.computations, round % 2 == 0 ? 3 : 0);
         EXPECT_GE(changes, 8);  // the assignments at least
-        for (const std::string& line : lines) {
+        for (const std::string& line : scene.lines)
             EXPECT_TRUE(line.starts_with("No data for Array<") || line.starts_with("Error filling Array<")) << line;
+    }
+}
+
+TEST(Loaders, AskForNothingAfterTheEndOfTheQueue) {
+    for (unsigned round = 1; round <= 200; ++round) {
+        SCOPED_TRACE("round " + std::to_string(round));
+        Scene scene;
+        const auto held = std::make_shared<int>();
+        const auto keep = [held](auto records) { return records; };
+        std::atomic<unsigned> calls = 0;
+        {
+            const std::jthread caller([&](const std::stop_token& stop) {
+                while (!stop.stop_requested()) {
+                    scene.events.fetch({1}, keep);
+                    scene.events.assign({});
+                    scene.session.answerBy(bodyOf);
+                    ++calls;
+                }
+            });
+            while (calls < round % 7) std::this_thread::yield();
+            scene.queue.finish();
+            const auto asked = scene.session.requests().size();
+            const auto before = scene.events.snapshot();
+            for (const unsigned seen = calls; calls < seen + 3;) std::this_thread::yield();
+            ASSERT_EQ(scene.session.requests().size(), asked) << "a request after the end";
+            ASSERT_EQ(scene.events.snapshot().array, before.array) << "a change after the end";
         }
+        while (scene.session.answerBy(bodyOf)) {
+        }
+        ASSERT_EQ(held.use_count(), 2) << "what was posted after the end is kept";  // held and keep
     }
 }
 

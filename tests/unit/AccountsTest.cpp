@@ -199,10 +199,5 @@ TEST(CredentialFill, TypesNameTabAndPassword) {
     EXPECT_EQ(fillText(accounts, "gone"), "gone\t");
 }
 
-TEST(CredentialFill, ListsDescending) {
-    EXPECT_THAT(accountRows({{"amy", ""}, {"Zed", ""}, {"zed", ""}, {"ämy", ""}, {"", ""}}),
-                ElementsAre("ämy", "zed", "amy", "Zed", ""));
-}
-
 }  // namespace
 }  // namespace vantor

@@ -84,28 +84,6 @@ TEST_F(AchievementNamesTest, AsksForEachIdOnceAndNeverForTheWholeEndpoint) {
     EXPECT_THAT(urls(), ElementsAre("https://api/v2/achievements?ids=1,2", "https://api/v2/achievements?ids=3"));
 }
 
-TEST_F(AchievementNamesTest, AnErrorPageLeavesTheRestWorking) {
-    need({1});
-    answer(R"({"text":"all ids provided are invalid"})");
-    EXPECT_EQ(names.known(1), Known::missed);
-    need({4});
-    answer("[" + named(4, "Fourth") + "]");
-    EXPECT_EQ(names.name(4), "Fourth");
-    EXPECT_EQ(names.name(1), "");
-}
-
-TEST_F(AchievementNamesTest, ManyIdsComeInSeveralAnswers) {
-    std::vector<std::int64_t> ids(201);
-    for (std::size_t i = 0; i < ids.size(); ++i) ids[i] = static_cast<std::int64_t>(i);
-    need(ids);
-    ASSERT_EQ(session.waiting(), 2U);
-    answer("[" + named(7, "Seventh") + "]");
-    EXPECT_EQ(names.known(7), Known::yes);
-    EXPECT_EQ(names.known(200), Known::loading);
-    answer("[]");
-    EXPECT_EQ(names.known(200), Known::missed);
-}
-
 TEST_F(AchievementNamesTest, ARefusedKeyIsToldFromAServiceThatIsAway) {
     EXPECT_EQ(data.timersState(), DataState::noKey);
     defaults.put(settings::apiKey, "key");

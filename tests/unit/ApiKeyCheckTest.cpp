@@ -173,17 +173,6 @@ TEST_F(ApiKeyCheckTest, AKeyThatCannotBeStoredIsNotTakenOver) {
     EXPECT_THAT(accepted, ElementsAre("NEW"));
 }
 
-TEST_F(ApiKeyCheckTest, FollowsAKeyThatIsStoredFromOutside) {
-    EXPECT_EQ(field().text(), "");
-    field().edit();
-    int changes = 0;
-    const auto subscription = field().observe([&] { ++changes; });
-    EXPECT_EQ(defaults.setValue(settings::apiKey, std::string("OTHER")), Defaults::Verdict::stored);
-    EXPECT_EQ(changes, 1);
-    EXPECT_EQ(field().text(), "OTHER");
-    EXPECT_EQ(field().modText(), "");  // what is being typed stays
-}
-
 QStringList logged;
 
 // Over a real connection, whatever comes back: with every category of the toolkit switched on.

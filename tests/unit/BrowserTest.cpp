@@ -9,7 +9,6 @@
 #include "browser/StyleScript.h"
 #include "browser/WebAddresses.h"
 #include "browser/WebViewStore.h"
-#include "fake/FakeWebPage.h"
 
 namespace vantor {
 namespace {
@@ -45,63 +44,6 @@ TEST(WebAddressesTest, BuildsSearches) {
     EXPECT_EQ(gameUpdatesAddress(hosts), "https://wiki.example/wiki/Game_updates");
     for (const auto* bad : {"", "wiki", "https://", "https:///x", "https://a b/", "https://a/%", "https://a/%2"})
         EXPECT_FALSE(isAddress(bad)) << bad;
-}
-
-TEST(StyleScriptTest, JoinsHeadSheetAndTail) {
-    EXPECT_EQ(styleScript("body {}\n"),
-              "    javascript:(function() {\n"
-              "    var parent = document.getElementsByTagName('head').item(0);\n"
-              "    var style = document.createElement('style');\n"
-              "    style.type = 'text/css';\n"
-              "    style.innerHTML = window.atob('Ym9keSB7fQo=');\n"
-              "    parent.appendChild(style)})()");
-    EXPECT_NE(styleScript("").find("window.atob('');"), std::string::npos);
-    // However long the sheet, its encoding is one line.
-    const std::string large = styleScript(std::string(300, 'x'));
-    EXPECT_EQ(std::count(large.begin(), large.end(), '\n'), 5);
-}
-
-TEST(WebViewStoreTest, ObservesEightValuesInOrderAndAnnouncesEachChangeOnce) {
-    auto made = std::make_unique<FakeWebPage>();
-    FakeWebPage& page = *made;
-    WebViewStore store(std::move(made), [] { return std::nullopt; });
-    using enum WebPage::Property;
-    EXPECT_THAT(page.registered, ElementsAre(title, url, loading, estimatedProgress, hasOnlySecureContent, serverTrust,
-                                             canGoBack, canGoForward));
-    EXPECT_EQ(store.observerCount(), 8U);
-    EXPECT_THAT(page.asked, ElementsAre("no background"));
-
-    int announced = 0;
-    const Subscription watching = store.onWillChange([&] { ++announced; });
-    for (const auto property : page.registered) page.announce(property);
-    EXPECT_EQ(announced, 8);
-
-    auto second = std::make_unique<FakeWebPage>();
-    FakeWebPage& secondPage = *second;
-    store.setWebView(std::move(second));
-    EXPECT_EQ(store.observerCount(), 8U);
-    secondPage.announce(title);
-    EXPECT_EQ(announced, 9);
-}
-
-TEST(WebViewStoreTest, EachLoadAddsOneMoreStyleScript) {
-    auto made = std::make_unique<FakeWebPage>();
-    FakeWebPage& page = *made;
-    std::optional<std::string> sheet = "a {}";
-    WebViewStore store(std::move(made), [&] { return sheet; });
-    store.load("https://wiki.example/a");
-    store.load("https://wiki.example/a");
-    EXPECT_THAT(page.scripts, ElementsAre(styleScript("a {}"), styleScript("a {}")));
-    sheet = "";
-    store.load("https://wiki.example/b");
-    EXPECT_THAT(page.scripts, SizeIs(3));
-    sheet.reset();
-    store.load("https://wiki.example/c");
-    EXPECT_THAT(page.scripts, SizeIs(3));
-    EXPECT_THAT(page.asked,
-                ElementsAre("no background", "load https://wiki.example/a 60", "load https://wiki.example/a 60",
-                            "load https://wiki.example/b 60", "load https://wiki.example/c 60"));
-    EXPECT_DEATH(store.load("no address"), "an address of a page cannot be formed");
 }
 
 // An engine that remembers what was asked, and reports what a test says.
@@ -178,6 +120,27 @@ TEST(LazyWebPageTest, AnnouncesThenUpdatesOncePerChange) {
     state.estimatedProgress = 1;
     record.observer.changed(state);
     EXPECT_THAT(seen, SizeIs(4));
+}
+
+TEST(WebViewStoreTest, EachLoadAddsOneMoreStyleScriptAndEachChangeIsAnnouncedOnce) {
+    Engine::Record record;
+    std::optional<std::string> sheet = "a {}";
+    WebViewStore store(std::make_unique<LazyWebPage>([&] { return std::make_unique<Engine>(record); }),
+                       [&] { return sheet; });
+    int announced = 0;
+    const Subscription watching = store.onWillChange([&] { ++announced; });
+    store.load("https://wiki.example/a");
+    store.load("https://wiki.example/a");
+    sheet.reset();
+    store.load("https://wiki.example/c");
+    EXPECT_THAT(record.asked, ElementsAre("no background", "load https://wiki.example/a",
+                                          "script " + styleScript("a {}"), "load https://wiki.example/a",
+                                          "script " + styleScript("a {}"), "load https://wiki.example/c"));
+    EXPECT_THAT(styleScript("a {}"), testing::HasSubstr("window.atob('YSB7fQ==');\n"));
+    EXPECT_THAT(styleScript(std::string(300, '>')), testing::Not(testing::ContainsRegex("[-_]")));
+    record.observer.changed({.title = "One", .url = "https://wiki.example/a", .canGoBack = true});
+    EXPECT_EQ(announced, 3);
+    EXPECT_DEATH(store.load("no address"), "an address of a page cannot be formed");
 }
 
 }  // namespace

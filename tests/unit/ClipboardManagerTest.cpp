@@ -160,18 +160,5 @@ TEST_F(ClipboardManagerTest, KnowsShiftFromVantorsOwnWindowsUntilItTypes) {
     }
 }
 
-TEST(ClipboardManagerAbsence, IsMadeAndReportsNothingWithoutALayoutOrAPoster) {
-    FakeKeyPoster poster;
-    FakeKeyMonitors monitors;
-    FakeWorkspace workspace;
-    FakePause pause;
-    {
-        ClipboardManager manager(XkbKeyboardLayout("no such layout", ""), poster, monitors, workspace, pause);
-        EXPECT_EQ(manager.typeString("a\t"), "typed in app");
-        EXPECT_EQ(written(poster.posted), "48↓ 48↑");
-    }
-    EXPECT_EQ(monitors.pressInVantor({KeyEventType::flagsChanged, 56, shift, {}}), KeyMonitors::Passing::passOn);
-}
-
 }  // namespace
 }  // namespace vantor

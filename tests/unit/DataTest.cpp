@@ -1,6 +1,8 @@
 // The loader and the chain over a session that answers when told to.
 #include <gmock/gmock.h>
 
+#include <numeric>
+
 #include "data/DataChain.h"
 #include "data/JsonFetchable.h"
 #include "fake/FakeDefaults.h"
@@ -26,6 +28,8 @@ struct Scene {
     std::vector<std::string> lines;
     LoaderContext context{queue, session, defaults, [this](const std::string& line) { lines.push_back(line); }};
 
+    Scene() { storeKey("k"); }
+    void storeKey(const std::string& key) { defaults.put(settings::apiKey, key); }
     void answer(std::optional<std::string> body, std::size_t place = 0) {
         ASSERT_TRUE(session.answer(std::move(body), place));
         queue.runAll();
@@ -35,7 +39,18 @@ struct Scene {
         for (const UrlRequest& request : session.requests()) all.push_back(request.url);
         return all;
     }
+    static std::vector<std::int64_t> idsOf(const JsonFetchable<AchievementCompletition>& loader) {
+        std::vector<std::int64_t> ids;
+        for (const auto& entry : *loader.snapshot().array) ids.push_back(entry.id);
+        return ids;
+    }
 };
+
+std::vector<std::int64_t> upTo(std::int64_t last) {
+    std::vector<std::int64_t> ids(static_cast<std::size_t>(last));
+    std::iota(ids.begin(), ids.end(), 1);
+    return ids;
+}
 
 struct Loader : Scene {
     JsonFetchable<AchievementCompletition> loader{context, "AchievementCompletition", progressUrl, true, true};
@@ -48,11 +63,7 @@ struct Loader : Scene {
         });
         queue.runAll();
     }
-    std::vector<std::int64_t> ids() const {
-        std::vector<std::int64_t> all;
-        for (const auto& entry : *loader.snapshot().array) all.push_back(entry.id);
-        return all;
-    }
+    std::vector<std::int64_t> ids() const { return idsOf(loader); }
 };
 
 std::string entries(std::initializer_list<int> ids) {
@@ -67,7 +78,7 @@ std::string entries(std::initializer_list<int> ids) {
 
 TEST(JsonFetchable, AsksWithTheKeyInTheHeaderOnly) {
     Loader scene;
-    scene.defaults.put(settings::apiKey, std::string("SECRET"));
+    scene.storeKey("SECRET");
     scene.fetch({});
     const UrlRequest expected{.method = "GET",
                               .url = progressUrl,
@@ -80,31 +91,9 @@ TEST(JsonFetchable, AsksWithTheKeyInTheHeaderOnly) {
     EXPECT_THAT(scene.lines, ElementsAre("Error filling Array<AchievementCompletition>: document: no array"));
 }
 
-TEST(JsonFetchable, WithoutKeyOnlyTheUnauthenticatedGoOn) {
-    for (const auto& key : {std::optional<SettingValue>(), std::optional<SettingValue>(std::string()),
-                            std::optional<SettingValue>(true)}) {
-        Loader scene;
-        if (key) scene.defaults.put(settings::apiKey, *key);
-        scene.fetch({});
-        EXPECT_THAT(scene.session.requests(), IsEmpty());
-        EXPECT_EQ(scene.loader.snapshot().activeRequests, 0);
-        EXPECT_EQ(scene.completions, 0);
-
-        JsonFetchable<std::string> bosses(scene.context, "String", "https://api.example/v2/worldbosses", false, true);
-        bosses.fetch({});
-        scene.queue.runAll();
-        ASSERT_THAT(scene.session.requests(), SizeIs(1));
-        EXPECT_THAT(scene.session.requests()[0].headers, IsEmpty());
-        scene.answer(R"(["tequatl"])");
-        EXPECT_THAT(*bosses.snapshot().array, ElementsAre("tequatl"));
-    }
-}
-
 TEST(JsonFetchable, CutsIdsIntoBatches) {
     Loader scene;
-    scene.defaults.put(settings::apiKey, std::string("k"));
-    std::vector<std::int64_t> ids(450);
-    for (std::size_t i = 0; i < ids.size(); ++i) ids[i] = static_cast<std::int64_t>(i) + 1;
+    const auto ids = upTo(450);
     scene.fetch(ids);
     const auto urls = scene.urls();
     ASSERT_THAT(urls, SizeIs(3));
@@ -138,7 +127,6 @@ TEST(JsonFetchable, AsksForWhatItDoesNotHold) {
     };
     for (const auto& row : rows) {
         Loader scene;
-        scene.defaults.put(settings::apiKey, std::string("k"));
         scene.loader.assign({{.id = 1, .bits = {}, .unlocked = {}, .repeated = {}},
                              {.id = 2, .bits = {}, .unlocked = {}, .repeated = {}}});
         scene.fetch(row.ids);
@@ -148,37 +136,34 @@ TEST(JsonFetchable, AsksForWhatItDoesNotHold) {
     }
     Scene scene;
     JsonFetchable<Raid> raids(scene.context, "Raid", "https://api.example/v2/raids?ids=all", false, true);
+    JsonFetchable<BeastCategory> one(scene.context, "BeastCategory", "https://files.example/b.json", false, false);
+    scene.storeKey("");  // which only the authenticated need
     raids.fetch({});
+    one.fetch({});
     scene.queue.runAll();
-    EXPECT_THAT(scene.urls(), ElementsAre("https://api.example/v2/raids?ids=all"));
+    EXPECT_THAT(scene.urls(), ElementsAre("https://api.example/v2/raids?ids=all", "https://files.example/b.json"));
+    for (const UrlRequest& request : scene.session.requests()) EXPECT_THAT(request.headers, IsEmpty());
+    scene.answer(R"({"id": "c", "races": []})", 1);
+    EXPECT_THAT(*one.snapshot().array, ElementsAre(BeastCategory{"c", {}}));
 }
 
-TEST(JsonFetchable, ABodyThatDoesNotDecodeSkipsTheCompletionAndKeepsTheRest) {
+TEST(JsonFetchable, ABodyThatDoesNotDecodeSkipsTheCompletionAndAnEmptyOneDoesNot) {
     Loader scene;
-    scene.defaults.put(settings::apiKey, std::string("k"));
-    std::vector<std::int64_t> ids(201);
-    for (std::size_t i = 0; i < ids.size(); ++i) ids[i] = static_cast<std::int64_t>(i) + 1;
-    scene.fetch(ids);
+    scene.fetch(upTo(201));
     scene.answer(entries({7}));
     scene.answer(R"([{"id": 8, "current": 1, "max": 1}])");
     EXPECT_EQ(scene.completions, 0);
     EXPECT_EQ(scene.loader.snapshot().activeRequests, 0);
     EXPECT_THAT(scene.ids(), ElementsAre(7));
-    EXPECT_THAT(scene.lines, ElementsAre("Error filling Array<AchievementCompletition>: [0].done: missing"));
-}
-
-TEST(JsonFetchable, AnEmptyBodyIsNoBody) {
-    Loader scene;
-    scene.defaults.put(settings::apiKey, std::string("k"));
     scene.fetch({});
     scene.answer("");
-    EXPECT_THAT(scene.lines, ElementsAre("No data for Array<AchievementCompletition>"));
     EXPECT_EQ(scene.completions, 1);
+    EXPECT_THAT(scene.lines, ElementsAre("Error filling Array<AchievementCompletition>: [0].done: missing",
+                                         "No data for Array<AchievementCompletition>"));
 }
 
 TEST(JsonFetchable, OverlappingFetchesShareTheCounter) {
     Loader scene;
-    scene.defaults.put(settings::apiKey, std::string("k"));
     std::vector<std::string> ran;
     const auto named = [&ran](std::string name) {
         return [&ran, name = std::move(name)](Progress all) {
@@ -186,8 +171,7 @@ TEST(JsonFetchable, OverlappingFetchesShareTheCounter) {
             return all;
         };
     };
-    std::vector<std::int64_t> ids(400);
-    for (std::size_t i = 0; i < ids.size(); ++i) ids[i] = static_cast<std::int64_t>(i) + 1;
+    const auto ids = upTo(400);
     scene.loader.fetch(ids, named("first"));
     scene.loader.fetch({}, named("second"));
     scene.queue.runAll();
@@ -211,7 +195,7 @@ TEST(JsonFetchable, CallsHappenInOrderAndTheKeyIsReadThen) {
     scene.loader.fetch({1, 2});
     scene.loader.assign({});
     EXPECT_THAT(scene.session.requests(), IsEmpty());  // nothing before its task
-    scene.defaults.put(settings::apiKey, std::string("late"));
+    scene.storeKey("late");
     std::vector<std::size_t> seen;
     scene.loader.onChange([&] { seen.push_back(scene.loader.snapshot().array->size()); });
     scene.queue.runAll();
@@ -227,34 +211,16 @@ TEST(JsonFetchable, CallsHappenInOrderAndTheKeyIsReadThen) {
 
 TEST(JsonFetchable, TheCompletionsListReplacesTheRecords) {
     Loader scene;
-    scene.defaults.put(settings::apiKey, std::string("k"));
-    int changes = 0;
     std::vector<std::size_t> sizes;
     scene.loader.fetch({}, [](Progress all) {
         std::erase_if(all, [](const auto& entry) { return entry.id % 2 == 0; });
         return all;
     });
     scene.queue.runAll();
-    scene.loader.onChange([&] {
-        ++changes;
-        sizes.push_back(scene.loader.snapshot().array->size());
-    });
+    scene.loader.onChange([&] { sizes.push_back(scene.loader.snapshot().array->size()); });
     scene.answer(entries({1, 2, 3}));
     EXPECT_THAT(scene.ids(), ElementsAre(1, 3));
     EXPECT_THAT(sizes, ElementsAre(2));  // what the completion has not gone over is never seen
-}
-
-TEST(JsonFetchable, OneRecordOrAList) {
-    Scene scene;
-    JsonFetchable<BeastCategory> one(scene.context, "BeastCategory", "https://files.example/b.json", false, false);
-    one.fetch({});
-    scene.queue.runAll();
-    scene.answer(R"({"id": "c", "races": []})");
-    one.fetch({});
-    scene.queue.runAll();
-    scene.answer(R"([{"id": "c", "races": []}])");
-    EXPECT_THAT(*one.snapshot().array, ElementsAre(BeastCategory{"c", {}}));
-    EXPECT_THAT(scene.lines, ElementsAre("Error filling Array<BeastCategory>: document: no object"));
 }
 
 TEST(JsonFetchableDeathTest, AnAddressThatDoesNotParseStopsTheProgram) {
@@ -286,58 +252,65 @@ struct Chain : Scene {
                         return std::vector<std::int64_t>{40, 20, 99};
                     }};
 
-    static std::vector<std::int64_t> idsOf(const JsonFetchable<AchievementCompletition>& loader) {
-        std::vector<std::int64_t> ids;
-        for (const auto& entry : *loader.snapshot().array) ids.push_back(entry.id);
-        return ids;
-    }
-    void start() {
-        chain.start();
+    // What was asked for since the last look, as "path key".
+    std::vector<std::string> since() {
         queue.runAll();
+        std::vector<std::string> asked;
+        const auto requests = session.requests();
+        for (; seen < requests.size(); ++seen) {
+            asked.push_back(requests[seen].url.substr(requests[seen].url.rfind('/')));
+            for (const auto& [name, value] : requests[seen].headers) asked.back() += " " + value;
+        }
+        return asked;
     }
+    void answerWhole(int id) {
+        answer(entries({id}));
+        answer(catalogue);
+        answer("[]");
+    }
+    std::size_t seen = 0;
 };
 
 }  // namespace
 
 TEST(DataChain, FillsTheOthersFromOneFullLoad) {
     Chain scene;
-    scene.defaults.put(settings::apiKey, std::string("k"));
     scene.sections.assign(decodeJson<std::vector<EventsSection>>(catalogue).value.value());
     scene.events.assign({{.id = 77, .bits = {}, .unlocked = {}, .repeated = {}}});
-    scene.start();
-    EXPECT_THAT(scene.urls(), ElementsAre(progressUrl));
+    scene.chain.start();
+    EXPECT_THAT(scene.since(), ElementsAre("/achievements Bearer k"));
     scene.answer(entries({10, 20, 30, 40, 50}));
-    EXPECT_THAT(scene.urls(),
-                ElementsAre(progressUrl, "https://files.example/events.json", "https://files.example/beasts.json"));
+    EXPECT_THAT(scene.since(), ElementsAre("/events.json", "/beasts.json"));
     EXPECT_THAT(*scene.sections.snapshot().array, IsEmpty());  // a reload replaces
 
     scene.answer(bestiary, 1);
-    EXPECT_THAT(Chain::idsOf(scene.unlocks), ElementsAre(10, 30));
+    EXPECT_THAT(Scene::idsOf(scene.unlocks), ElementsAre(10, 30));
     EXPECT_THAT(scene.computed, IsEmpty());
     scene.answer(catalogue);
-    EXPECT_THAT(Chain::idsOf(scene.events), ElementsAre(20, 40));
+    EXPECT_THAT(Scene::idsOf(scene.events), ElementsAre(20, 40));
     // Computed before the new progress was in place.
     EXPECT_THAT(scene.computed, ElementsAre(std::pair(1, 1)));
-    EXPECT_THAT(Chain::idsOf(scene.all), ElementsAre(10, 20, 30, 40, 50));
+    EXPECT_THAT(Scene::idsOf(scene.all), ElementsAre(10, 20, 30, 40, 50));
 
     scene.chain.recompute();
     EXPECT_THAT(scene.computed, SizeIs(1));
     scene.queue.runAll();
     EXPECT_THAT(scene.computed, ElementsAre(std::pair(1, 1), std::pair(1, 2)));
-    EXPECT_THAT(scene.urls(), SizeIs(3));
+    EXPECT_THAT(scene.since(), IsEmpty());
     EXPECT_THAT(scene.lines, IsEmpty());
 }
 
 TEST(DataChain, StopsWhereALoadFails) {
     struct Row {
         const char* name;
-        std::optional<std::string> key, progress, catalogue;
+        std::string key;
+        std::optional<std::string> progress, catalogue;
         std::size_t requests;
         std::size_t computations;
         std::vector<std::string> lines;
     };
     const Row rows[] = {
-        {"no key", std::nullopt, std::nullopt, std::nullopt, 0, 0, {}},
+        {"no key", "", std::nullopt, std::nullopt, 0, 0, {}},
         {"revoked key",
          "k",
          R"({"text": "Invalid access token"})",
@@ -358,8 +331,9 @@ TEST(DataChain, StopsWhereALoadFails) {
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
         Chain scene;
-        if (row.key) scene.defaults.put(settings::apiKey, *row.key);
-        scene.start();
+        scene.storeKey(row.key);
+        scene.chain.start();
+        scene.queue.runAll();
         if (row.requests > 0) scene.answer(row.progress);
         if (row.requests > 1) scene.answer(row.catalogue);
         EXPECT_THAT(scene.urls(), SizeIs(row.requests));
@@ -367,6 +341,50 @@ TEST(DataChain, StopsWhereALoadFails) {
         EXPECT_EQ(scene.lines, row.lines);
         EXPECT_THAT(*scene.events.snapshot().array, IsEmpty());
     }
+}
+
+TEST(DataChain, RunsAgainFromEmptyLoadersWithTheNewKeyOnceAllAreIdle) {
+    Chain scene;
+    scene.storeKey("");
+    scene.chain.start();
+    EXPECT_THAT(scene.since(), IsEmpty());
+    scene.storeKey("A");
+    scene.chain.restart();  // at once, where the start had no key
+    EXPECT_THAT(scene.since(), ElementsAre("/achievements Bearer A"));
+    scene.answerWhole(20);
+    EXPECT_THAT(scene.since(), ElementsAre("/events.json", "/beasts.json"));
+
+    scene.storeKey("B");
+    scene.chain.restart();
+    EXPECT_THAT(scene.since(), ElementsAre("/achievements Bearer B"));
+    for (const auto* loader : {&scene.all, &scene.events, &scene.unlocks})
+        EXPECT_THAT(Scene::idsOf(*loader), IsEmpty());
+    EXPECT_THAT(*scene.sections.snapshot().array, IsEmpty());
+    EXPECT_THAT(*scene.beasts.snapshot().array, IsEmpty());
+    // However often it is asked for meanwhile, it runs once more, after the last answer.
+    scene.answer(entries({40}));
+    for (const char* key : {"C", "D"}) {
+        scene.storeKey(key);
+        scene.chain.restart();
+    }
+    EXPECT_THAT(scene.since(), ElementsAre("/events.json", "/beasts.json"));
+    scene.answer(catalogue);
+    EXPECT_THAT(scene.since(), IsEmpty());  // the bestiary is still on its way
+    scene.answer("{");
+    EXPECT_THAT(scene.since(), ElementsAre("/achievements Bearer D"));
+    scene.answer(entries({20}));
+    scene.answer(catalogue);
+    scene.answer(bestiary);
+    EXPECT_THAT(scene.since(), ElementsAre("/events.json", "/beasts.json"));
+    EXPECT_THAT(Scene::idsOf(scene.all), ElementsAre(20));
+    EXPECT_THAT(Scene::idsOf(scene.events), ElementsAre(20));
+    // Each from one catalogue and without the progress of the key before.
+    EXPECT_THAT(scene.computed, ElementsAre(std::pair(1, 0), std::pair(1, 0), std::pair(1, 0)));
+
+    scene.storeKey("");
+    scene.chain.restart();
+    EXPECT_THAT(scene.since(), IsEmpty());
+    EXPECT_THAT(Scene::idsOf(scene.all), IsEmpty());
 }
 
 }  // namespace vantor

@@ -5,18 +5,12 @@
 #include <QFile>
 
 #include "data/Decoder.h"
-#include "fake/FakeKeyMonitors.h"
-#include "fake/FakeKeyPoster.h"
 #include "fake/FakeMainThread.h"
-#include "fake/FakePasteboard.h"
-#include "fake/FakePause.h"
 #include "fake/FakeTaskQueue.h"
 #include "fake/FakeUrlSession.h"
-#include "fake/FakeWorkspace.h"
 #include "feedback/Appreciation.h"
 #include "feedback/FormEncoding.h"
 #include "feedback/Message.h"
-#include "platform/linux/keys/XkbKeyboardLayout.h"
 
 namespace vantor {
 namespace {
@@ -135,31 +129,6 @@ TEST_F(FeedbackTest, AnAnswerAfterTheFormIsGoneMeetsNobody) {
         message.send();
     }
     answer(200);
-}
-
-TEST(AppreciationTest, TypesTheNameWithShiftAndCopiesItWithout) {
-    const XkbKeyboardLayout layout("us", "");
-    FakeKeyPoster poster;
-    FakeKeyMonitors monitors;
-    FakeWorkspace workspace;
-    FakePause pause;
-    FakePasteboard pasteboard;
-    ClipboardManager clipboardManager(layout, poster, monitors, workspace, pause);
-    pasteboard.setText("the player's");
-
-    const auto modifiersChanged = [&](ModifierFlags flags) {
-        (void)monitors.pressInVantor({KeyEventType::flagsChanged, 56, flags, ""});
-    };
-    modifiersChanged(modifier::shift);
-    pressAccountName("Maker.1234", clipboardManager, pasteboard);
-    EXPECT_FALSE(poster.posted.empty());
-    EXPECT_EQ(pasteboard.text(), "the player's");
-
-    poster.posted.clear();
-    modifiersChanged(0);
-    pressAccountName("Maker.1234", clipboardManager, pasteboard);
-    EXPECT_TRUE(poster.posted.empty());
-    EXPECT_EQ(pasteboard.text(), "Maker.1234");
 }
 
 TEST(AppreciationTest, TheShippedFileNamesNoAddressAndASampleDecodes) {

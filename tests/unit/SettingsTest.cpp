@@ -13,7 +13,6 @@ namespace vantor {
 namespace {
 
 using Texts = std::vector<std::string>;
-using testing::ElementsAre;
 using testing::Optional;
 
 const Texts defaultApplications = {"net.arena.Guild-Wars-2", "orvendel.Vantor", "com.nvidia.gfnpc.mall"};
@@ -71,13 +70,6 @@ TEST(Settings, WhatIsPrintedIsReadBackAsTheSameValue) {
         const std::string text = formatSetting(value);
         EXPECT_THAT(parseSetting(*findSetting(key), text), Optional(value)) << text;
     }
-}
-
-TEST(Settings, AListInATextIsAJsonArrayOrNothing) {
-    EXPECT_THAT(decodeTexts(R"(["3-1", "ü"])"), Optional(ElementsAre("3-1", "ü")));
-    EXPECT_EQ(encodeTexts({}), "[]");
-    for (const char* text : {"", " ", "{}", "[1]", "[\"a\"", "\"a\"", "[\"\xff\"]"})
-        EXPECT_EQ(decodeTexts(text), std::nullopt) << text;
 }
 
 TEST(EnabledApplications, AMissingOrEmptyListIsWrittenAnew) {

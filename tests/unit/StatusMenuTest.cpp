@@ -65,12 +65,6 @@ TEST_F(StatusMenuTest, OffersToggleFillAndQuit) {
     EXPECT_EQ(menu->entries().front().title, title);  // what the icon's menu shows is always current
 }
 
-TEST_F(StatusMenuTest, ShowsADisabledHintWithoutAccounts) {
-    launch();
-    EXPECT_THAT(submenu(), ElementsAre(hint));
-    EXPECT_FALSE(statusItem.menu.at(1).submenu.front().action);
-}
-
 TEST_F(StatusMenuTest, FillsTheSubmenuOnceWhenTheKeychainHasTold) {
     store(R"({"amy":"a"})");
     keychain.holdBack = true;
@@ -106,26 +100,6 @@ TEST_F(StatusMenuTest, AnEmptyStartStaysEmptyAndALockedOneIsFilledOnceItIsOpen) 
     credentials->set("new", "n");
     EXPECT_TRUE(credentials->save());
     EXPECT_THAT(submenu(), ElementsAre("amy", "new"));
-}
-
-TEST(RemoteCommandLine, NamesWhatToAsk) {
-    const auto parsed = [](std::vector<std::string> arguments) {
-        return parseCommandLine(arguments, [](const char*) { return std::optional<std::string>(); });
-    };
-    using What = AskRunning::What;
-    const std::vector<std::pair<std::vector<std::string>, AskRunning>> lines{
-        {{"--toggle-app"}, {What::toggleApp}},
-        {{"--quit"}, {What::quit}},
-        {{"--fill", "amy"}, {What::fill, "amy"}},
-        {{"--fill", "-"}, {What::fill}},  // from standard input
-        {{"--fill="}, {What::fill, ""}}};
-    for (const auto& [arguments, command] : lines) {
-        const auto line = parsed(arguments);
-        ASSERT_TRUE(std::holds_alternative<CommandLine>(line)) << arguments.front();
-        EXPECT_EQ(std::get<CommandLine>(line).command, Command(command)) << arguments.front();
-    }
-    EXPECT_TRUE(std::holds_alternative<UsageError>(parsed({"--fill"})));
-    EXPECT_TRUE(std::holds_alternative<UsageError>(parsed({"--quit", "--toggle-app"})));
 }
 
 // Both sides of the wire, one line each way.

@@ -69,6 +69,15 @@ TEST(TimersList, SearchesEventSectionAndCategory) {
     EXPECT_THAT(found("basinheart"), IsEmpty());
     EXPECT_EQ(list.empty(DataState::ready), EmptyReason::nothingFound);
     EXPECT_FALSE(list.search(" Basinheart "));
+    // The next timeline's events may lie where others were.
+    auto reused = std::make_shared<ScheduledEvent>(*timeline->events[1].scheduled);
+    TimelineEvent renamed{620.0101, 620, reused};
+    list.search("behemoth");
+    list.update(timelineOf({renamed}), 600, 180);
+    EXPECT_EQ(list.size(), 1U);
+    reused->event.name = "Golem";
+    list.update(timelineOf({renamed}), 600, 180);
+    EXPECT_THAT(namesOf(list), IsEmpty());
     EXPECT_TRUE(list.search(""));
 }
 

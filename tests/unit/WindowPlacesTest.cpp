@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "app/Tabs.h"
-
 namespace vantor {
 namespace {
 
@@ -69,21 +67,6 @@ TEST(WindowPlaces, AreKeptForEachMonitorOfTheGame) {
     // Another monitor in its place.
     EXPECT_EQ(placeOn(right, std::vector{right}, withPlace("", onLeft, {left.frame, "a;b"}), 1, 1),
               (Rect{1501, 132, 250, 60}));
-}
-
-TEST(Tabs, OpensOnHomeAndShowsHomeForWhatIsNoPosition) {
-    Tabs tabs;
-    EXPECT_EQ(tabs.selected(), 0);
-    EXPECT_EQ(tabs.title(), "Home");
-    int notices = 0;
-    auto subscription = tabs.changed.observe([&] { ++notices; });
-    tabs.select(1);
-    EXPECT_EQ(tabs.title(), "Timers");
-    subscription.reset();
-    tabs.select(6);
-    EXPECT_EQ(notices, 1);
-    for (const int selected : {-1, 0, 7, 99}) EXPECT_EQ(shownTab(selected), 0U);
-    EXPECT_EQ(shownTab(6), 6U);
 }
 
 }  // namespace

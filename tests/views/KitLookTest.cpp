@@ -1,28 +1,19 @@
-// Colours that can be read, motions that follow the spring or do not move at all, and no painting beside what changed.
+// Colours that can be read, and motions that follow the spring or do not move at all.
 
 #include <gtest/gtest.h>
 
 #include <QtGui/QFontInfo>
 #include <QtGui/QFontMetricsF>
-#include <QtGui/QHoverEvent>
-#include <QtGui/QPaintEvent>
 #include <QtWidgets/QApplication>
-#include <QtWidgets/QVBoxLayout>
 #include <algorithm>
 #include <cmath>
-#include <map>
 #include <numbers>
 
-#include "app/view/TabRow.h"
 #include "ui/Fonts.h"
-#include "ui/GW2Button.h"
-#include "ui/GW2Toggle.h"
 #include "ui/Motion.h"
 #include "ui/Palette.h"
 #include "ui/TabElement.h"
 #include "ui/TabMark.h"
-#include "ui/Tabber.h"
-#include "ui/TextBlock.h"
 
 namespace vantor {
 namespace {
@@ -161,94 +152,6 @@ TEST(KitMotion, TheEnvironmentsWishIsAboveTheDesktops) {
     EXPECT_FALSE(reducedMotion());
 }
 
-// Which widgets painted, and where.
-class PaintCounter final : public QObject {
-public:
-    PaintCounter() { qApp->installEventFilter(this); }
-    [[nodiscard]] int of(const QWidget* widget) const {
-        const auto found = counts_.find(widget);
-        return found == counts_.end() ? 0 : found->second;
-    }
-    [[nodiscard]] QRect regionOf(const QWidget* widget) const {
-        const auto found = regions_.find(widget);
-        return found == regions_.end() ? QRect() : found->second;
-    }
-
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override {
-        if (event->type() == QEvent::Paint) {
-            ++counts_[watched];
-            regions_[watched] |= static_cast<QPaintEvent*>(event)->region().boundingRect();
-        }
-        return false;
-    }
-
-private:
-    std::map<const QObject*, int> counts_;
-    std::map<const QObject*, QRect> regions_;
-};
-
-// A window's first pictures come in several turns: exposed, laid out, painted.
-void settle() {
-    for (int turn = 0; turn < 4; ++turn) QApplication::processEvents();
-}
-
-void hover(QWidget& widget, QEvent::Type type) {
-    widget.setAttribute(Qt::WA_UnderMouse, type == QEvent::HoverEnter);
-    QHoverEvent event(type, QPointF(4, 4), QPointF(4, 4), QPointF(-1, -1));
-    QApplication::sendEvent(&widget, &event);
-    QApplication::processEvents();
-}
-
-TEST(KitRepaint, HoveringPaintsOnlyTheHoveredControl) {
-    QWidget window;
-    auto* const column = new QVBoxLayout(&window);
-    std::vector<QWidget*> controls;
-    for (int i = 0; i < 3; ++i) {
-        controls.push_back(new GW2Button(QStringLiteral("Button"), &window));
-        controls.push_back(new GW2Toggle(QStringLiteral("Toggle"), &window));
-    }
-    for (QWidget* const control : controls) column->addWidget(control);
-    window.resize(400, 400);
-    window.show();
-    settle();
-    for (QWidget* const hovered : controls) {
-        const PaintCounter counter;
-        hover(*hovered, QEvent::HoverEnter);
-        for (const QWidget* const control : controls) EXPECT_EQ(counter.of(control), control == hovered ? 1 : 0);
-        // The background behind it, and no more.
-        EXPECT_TRUE(hovered->geometry().contains(counter.regionOf(&window)));
-        hover(*hovered, QEvent::HoverLeave);
-    }
-}
-
-TEST(KitRepaint, ATabChangePaintsOnlyTheRowAndTheContent) {
-    const ReducedMotion reduced(true);
-    QWidget window;
-    auto* const column = new QVBoxLayout(&window);
-    auto* const above = new TextBlock(TextRole::title, QStringLiteral("Above"), &window);
-    auto* const tabber = new HorizontalTabber(&window);
-    for (const char* name : {"One", "Two", "Three"})
-        tabber->addTab(QString::fromLatin1(name), QString(),
-                       [](QWidget* parent) { return new TextBlock(TextRole::body, QStringLiteral("Page"), parent); });
-    column->addWidget(above);
-    column->addWidget(tabber, 1);
-    window.resize(600, 300);
-    window.show();
-    for (const int tab : {1, 2, 0}) tabber->select(tab);  // every page made
-    settle();
-
-    const PaintCounter counter;
-    tabber->select(1);
-    QApplication::processEvents();
-    EXPECT_EQ(counter.of(above), 0);
-    EXPECT_EQ(counter.of(&tabber->tab(2)), 0);
-    EXPECT_EQ(counter.of(&tabber->tab(0)), 1);
-    EXPECT_EQ(counter.of(&tabber->tab(1)), 1);
-    EXPECT_EQ(counter.of(tabber->page(1)), 1);
-    EXPECT_TRUE(tabber->geometry().contains(counter.regionOf(&window)));
-}
-
 TEST(KitMotion, TheRedLineLiesBelowTheChosenTabAlsoWhenTheRowMoves) {
     const ReducedMotion reduced(true);
     QWidget row;
@@ -268,19 +171,6 @@ TEST(KitMotion, TheRedLineLiesBelowTheChosenTabAlsoWhenTheRowMoves) {
     setReducedMotion(false);
     mark.moveBelow(&first);
     EXPECT_EQ(mark.geometry(), QRect(100, 39, 140, 3)) << "it starts where it lay";
-}
-
-TEST(KitRepaint, ABadgeThatStaysTheSamePaintsNothing) {
-    Tabs tabs;
-    TabRow row(tabs, nullptr);
-    row.setBadge(1, QStringLiteral("2"));
-    row.resize(900, row.sizeHint().height());
-    row.show();
-    settle();
-    const PaintCounter counter;
-    row.setBadge(1, QStringLiteral("2"));
-    QApplication::processEvents();
-    EXPECT_EQ(counter.of(&row), 0);
 }
 
 }  // namespace

@@ -177,24 +177,6 @@ TEST_F(TimersViewTest, OnlyRowsOnTheScreenExistAndUnchangedOnesAreNotTouched) {
     EXPECT_GE(painted, 2);
 }
 
-TEST_F(TimersViewTest, ADayNeitherGrowsNorDuplicates) {
-    const auto widgets = [&] { return view->findChildren<QWidget*>().size(); };
-    at(0, 0);
-    qsizetype most = 0;
-    for (int passed = 0; passed < 24 * 60; ++passed) {
-        clock.advance(minute);
-        view->refresh();
-        if (passed % 60 == 0) settle();
-        if (passed == 120) most = widgets();
-        if (passed > 120 && passed % 60 == 0) {
-            EXPECT_LE(widgets(), most + 8) << passed;
-        }
-    }
-    view->refresh();
-    const auto shown = times();
-    EXPECT_TRUE(std::ranges::adjacent_find(shown) == shown.end());
-}
-
 TEST_F(TimersViewTest, KeepsThePlaceTheOpenRowsAndWhatTheyShow) {
     timeline = timelineOf(5, EventRewards{{{11, 12}}, {{5}}, {}, {}});
     tick();

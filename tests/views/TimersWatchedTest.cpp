@@ -125,33 +125,6 @@ TEST_F(WatchedFeedTest, RestsUntilTheNextMomentThatCouldChangeTheList) {
     EXPECT_THAT(shown(), ElementsAre("14:00 in 19 min"));
 }
 
-TEST_F(WatchedFeedTest, FollowsMidnightTheZoneAndItsChange) {
-    ASSERT_EQ(toggleWatched(defaults, "Boss"), Defaults::Verdict::stored);
-    const Subscription listener = feed.observe([] {});
-    at(23, 46, 59);
-    EXPECT_THAT(shown(), IsEmpty());
-    at(23, 47);
-    EXPECT_THAT(shown(), ElementsAre("00:00 in 13 min"));
-    ++day;
-    at(0, 0);
-    EXPECT_THAT(shown(), ElementsAre("00:00 now"));
-    at(0, 1);
-    EXPECT_THAT(shown(), IsEmpty());
-
-    clock.setOffset(19800);
-    at(23, 17);
-    EXPECT_THAT(shown(), ElementsAre("23:30 in 13 min"));
-    clock.setOffset(-5 * 3600);
-    at(0, 47);
-    EXPECT_THAT(shown(), ElementsAre("01:00 in 13 min"));
-    // Summer time begins: what was at 01:00 by the old clock is at 02:00.
-    clock.setOffset(-4 * 3600);
-    at(0, 47);
-    EXPECT_THAT(shown(), IsEmpty());
-    at(1, 47);
-    EXPECT_THAT(shown(), ElementsAre("02:00 in 13 min"));
-}
-
 TEST_F(WatchedFeedTest, TheWindowHoldsNothingOrGrowsFromItsCorner) {
     FloatWindow window(QStringLiteral("Watched"), {250, 60}, true, {});
     WatchedEventsView view(feed, [&](QSize size) { window.fit(size); }, nullptr);

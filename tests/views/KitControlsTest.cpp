@@ -1,0 +1,556 @@
+// The kit's controls as a player uses them: with the keyboard alone, with one click, with a screen reader, and over a
+// setting that also changes elsewhere; and that each shows what it is.
+
+#include <gmock/gmock.h>
+
+#include <QtCore/QAbstractEventDispatcher>
+#include <QtGui/QClipboard>
+#include <QtGui/QContextMenuEvent>
+#include <QtGui/QWheelEvent>
+
+#include "KitPlayer.h"
+#include "app/view/TabRow.h"
+#include "fake/FakeDefaults.h"
+#include "ui/Collapse.h"
+#include "ui/ControlState.h"
+#include "ui/Fonts.h"
+#include "ui/GW2Button.h"
+#include "ui/GW2Picker.h"
+#include "ui/GW2Slider.h"
+#include "ui/GW2TextArea.h"
+#include "ui/GW2TextField.h"
+#include "ui/GW2Toggle.h"
+#include "ui/ImageButton.h"
+#include "ui/Tabber.h"
+#include "ui/TextBlock.h"
+
+namespace vantor {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class KitControls : public testing::Test {
+protected:
+    static QAccessibleInterface& of(QWidget& widget) { return *QAccessible::queryAccessibleInterface(&widget); }
+    static void finishMotions(const QWidget& widget) {
+        for (Motion* const motion : below<Motion>(widget))
+            while (motion->moving()) QApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        KitWindow::settle();
+    }
+    static QImage picture(QWidget& widget) {
+        finishMotions(widget);
+        return widget.grab().toImage();
+    }
+    static void point(QWidget& widget, bool at) {
+        QEnterEvent enter(QPointF(1, 1), QPointF(1, 1), QPointF(1, 1));
+        QEvent leave(QEvent::Leave);
+        widget.setAttribute(Qt::WA_UnderMouse, at);
+        QApplication::sendEvent(&widget, at ? static_cast<QEvent*>(&enter) : &leave);
+    }
+    static void turnWheel(QWidget& widget, QObject& receiver) {
+        QWheelEvent wheel({5, 5}, widget.mapToGlobal(QPointF(5, 5)), {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
+                          Qt::NoScrollPhase, false);
+        QApplication::sendEvent(&receiver, &wheel);
+    }
+
+    FakeDefaults defaults;
+    KitWindow window;
+};
+
+// Keeps the regions of a window that are painted.
+class Painted final : public QObject {
+public:
+    explicit Painted(QWidget& window) { window.installEventFilter(this); }
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::Paint) region += static_cast<QPaintEvent*>(event)->region();
+        return false;
+    }
+
+    QRegion region;
+};
+
+TEST_F(KitControls, EachHasItsNameItsRoleItsKeysAndAPictureOfEachState) {
+    auto& tabber = window.add(new HorizontalTabber(&window));
+    tabber.addTab(QStringLiteral("Timers"), QStringLiteral("timer"), [](QWidget* page) { return new QWidget(page); });
+    auto& collapse = window.add(new Collapse(QStringLiteral("More"), &window));
+    const QString close = QStringLiteral("close");
+    auto& field = window.add(new GW2TextField(QStringLiteral("Search"), &window));
+    const struct {
+        QWidget* control;
+        QAccessible::Role role;
+        const char* name;
+    } rows[] = {
+        {&tabber.tab(0), QAccessible::PageTab, "Timers"},
+        {collapse.findChild<QAbstractButton*>(), QAccessible::Button, "More"},
+        {&field, QAccessible::EditableText, "Search"},
+        {&window.add(new GW2Button(QStringLiteral("Go"), &window)), QAccessible::Button, "Go"},
+        {&window.add(new ImageButton(close, close + QStringLiteral(".selected"), QStringLiteral("Close"), &window)),
+         QAccessible::Button, "Close"},
+        {&window.add(new GW2Toggle(QStringLiteral("Paste"), &window)), QAccessible::CheckBox, "Paste"},
+        {&window.add(new GW2Picker(QStringLiteral("Engine"), &window)), QAccessible::ComboBox, "Engine"},
+        {&window.add(new GW2Slider(QStringLiteral("Hours"), 0, 10, 1, {}, {}, &window)), QAccessible::Slider, "Hours"},
+        {&window.add(new GW2TextArea(QStringLiteral("Words"), &window)), QAccessible::EditableText, "Words"},
+    };
+    window.open();
+    EXPECT_FALSE(ControlState::of(*rows[0].control).focused) << "at opening";
+    rows[8].control->setFocus(Qt::OtherFocusReason);
+    for (const auto& [control, role, name] : rows) {
+        SCOPED_TRACE(name);
+        EXPECT_EQ(of(*control).text(QAccessible::Name).toStdString(), name);
+        EXPECT_EQ(of(*control).role(), role);
+        const QImage before = picture(*control);
+        window.press(Qt::Key_Tab);
+        EXPECT_EQ(QApplication::focusWidget(), control);
+        EXPECT_NE(picture(*control), before) << "its ring";
+        auto* const button = qobject_cast<QAbstractButton*>(control);
+        if (button) {
+            EXPECT_TRUE(ControlState::of(*button).focused);
+            int clicks = 0;
+            QObject::connect(button, &QAbstractButton::clicked, button, [&clicks] { ++clicks; });
+            for (const int key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) window.press(key);
+            of(*button).actionInterface()->doAction(of(*button).actionInterface()->actionNames().value(0));
+            EXPECT_EQ(clicks, 4);
+            button->setEnabled(false);
+            of(*button).actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+            button->setEnabled(true);
+            window.click(*button);
+            EXPECT_EQ(clicks, 5);
+            QObject::disconnect(button, &QAbstractButton::clicked, button, nullptr);
+        }
+        control->setFocus(Qt::MouseFocusReason);
+        if (button) EXPECT_FALSE(ControlState::of(*control).focused) << "by the mouse";
+        const QImage plain = picture(*control);
+        control->setEnabled(false);
+        EXPECT_NE(picture(*control), plain) << "disabled";
+        EXPECT_TRUE(of(*control).state().disabled);
+        control->setEnabled(true);
+        control->setFocus(Qt::TabFocusReason);
+    }
+    qobject_cast<QAbstractButton*>(rows[3].control)->setText(QStringLiteral("Stop"));
+    EXPECT_EQ(of(*rows[3].control).text(QAccessible::Name), QStringLiteral("Stop"));
+}
+
+TEST_F(KitControls, AHoverPaintsItsControlSoftlyAndNothingElse) {
+    const QString close = QStringLiteral("close");
+    for (QWidget* const control : std::initializer_list<QWidget*>{
+             &window.add(new GW2Button(QStringLiteral("Play"), &window)),
+             &window.add(new ImageButton(close, close + QStringLiteral(".selected"), close, &window)),
+             &window.add(new GW2Toggle(QStringLiteral("On"), &window))}) {
+        window.open();
+        Painted painted(window);
+        const QImage before = picture(*control);
+        point(*control, true);
+        EXPECT_TRUE(below<Motion>(*control).front()->moving());
+        EXPECT_NE(picture(*control), before);
+        point(*control, false);
+        EXPECT_EQ(picture(*control), before);
+        EXPECT_FALSE(painted.region.isEmpty());
+        EXPECT_TRUE((painted.region - control->geometry()).isEmpty()) << control->metaObject()->className();
+    }
+}
+
+TEST_F(KitControls, StatesAndValuesFollow) {
+    auto& toggle = window.add(new GW2Toggle(QStringLiteral("Paste"), &window));
+    auto& collapse = window.add(new Collapse(QStringLiteral("More"), &window));
+    auto& tabber = window.add(new HorizontalTabber(&window));
+    for (const char* const text : {"One", "Two"})
+        tabber.addTab(QString::fromLatin1(text), QString(), [](QWidget* parent) { return new QWidget(parent); });
+    tabber.tab(1).setBadge(QStringLiteral("2"));
+    auto& slider = window.add(new GW2Slider(QStringLiteral("Hours"), 0.5, 24, 0.5, {}, {}, &window));
+    slider.setValueText([](double hours) { return QStringLiteral("%1 h").arg(hours); });
+    window.open();
+    EXPECT_TRUE(of(toggle).state().checkable && !of(toggle).state().checked);
+    const QImage off = picture(toggle);
+    toggle.setChecked(true);
+    EXPECT_TRUE(of(toggle).state().checked);
+    EXPECT_NE(picture(toggle).copy(0, 0, 20, toggle.height()), off.copy(0, 0, 20, toggle.height())) << "the knob moves";
+    QWidget& title = *collapse.findChild<QAbstractButton*>();
+    EXPECT_TRUE(of(title).state().collapsed && !of(title).state().expanded);
+    collapse.setExpanded(true);
+    EXPECT_TRUE(of(title).state().expanded);
+    EXPECT_TRUE(of(tabber.tab(0)).state().selected);
+    tabber.select(1);
+    EXPECT_TRUE(!of(tabber.tab(0)).state().selected && of(tabber.tab(1)).state().selected);
+    EXPECT_EQ(of(tabber.tab(1)).text(QAccessible::Description), QStringLiteral("2"));
+
+    QAccessibleValueInterface& value = *of(slider).valueInterface();
+    value.setCurrentValue(7.6);
+    EXPECT_EQ(value.currentValue().toDouble(), 7.5);
+    EXPECT_EQ(value.minimumValue().toDouble(), 0.5);
+    EXPECT_EQ(value.maximumValue().toDouble(), 24);
+    EXPECT_EQ(of(slider).text(QAccessible::Value), QStringLiteral("7.5 h"));
+    // The left button drags it, and no other.
+    const auto mouse = [&](QEvent::Type type, int x, Qt::MouseButton button) {
+        QMouseEvent event(type, QPointF(x, 30), slider.mapToGlobal(QPointF(x, 30)), button,
+                          type == QEvent::MouseButtonRelease ? Qt::NoButton : button, Qt::NoModifier);
+        QApplication::sendEvent(&slider, &event);
+        return slider.shownValue();
+    };
+    EXPECT_EQ(mouse(QEvent::MouseButtonPress, slider.width(), Qt::RightButton), 7.5);
+    EXPECT_EQ(mouse(QEvent::MouseMove, 0, Qt::NoButton), 7.5);
+    EXPECT_EQ(mouse(QEvent::MouseButtonPress, slider.width(), Qt::LeftButton), 24);
+    EXPECT_EQ(mouse(QEvent::MouseMove, 0, Qt::LeftButton), 0.5);
+    mouse(QEvent::MouseButtonRelease, 0, Qt::LeftButton);
+    EXPECT_EQ(mouse(QEvent::MouseMove, slider.width(), Qt::NoButton), 0.5);
+}
+
+TEST_F(KitControls, TabbersFollowTheirArrowsAndMakeAPageWhenItIsFirstShown) {
+    std::vector<int> made;
+    for (const Qt::Orientation orientation : {Qt::Horizontal, Qt::Vertical}) {
+        made.clear();
+        Tabber* const tabber = orientation == Qt::Horizontal ? static_cast<Tabber*>(new HorizontalTabber(&window))
+                                                             : new VerticalTabber(&window);
+        window.add(tabber);
+        for (int tab = 0; tab < 3; ++tab)
+            tabber->addTab(QString::number(tab), QString(), [&made, tab](QWidget* parent) {
+                made.push_back(tab);
+                return new QWidget(parent);
+            });
+        std::vector<int> told;
+        tabber->onSelected([&told](int tab) { told.push_back(tab); });
+        window.open();
+        tabber->tab(0).setFocus(Qt::TabFocusReason);
+        const auto [forth, back] = orientation == Qt::Horizontal ? std::pair(Qt::Key_Right, Qt::Key_Left)
+                                                                 : std::pair(Qt::Key_Down, Qt::Key_Up);
+        window.press(back);
+        window.press(forth);
+        EXPECT_EQ(QApplication::focusWidget(), &tabber->tab(1));
+        window.press(Qt::Key_End);
+        window.press(forth);
+        window.press(Qt::Key_Home);
+        EXPECT_THAT(told, ElementsAre(1, 2, 0));
+        EXPECT_THAT(made, ElementsAre(0, 1, 2));
+        window.press(Qt::Key_Tab);
+        EXPECT_NE(QApplication::focusWidget(), &tabber->tab(1)) << "Tab leaves the row";
+    }
+}
+
+TEST_F(KitControls, EveryTabOfTheRowStaysInsideItAndWholeAtAnyTextSize) {
+    for (const double scale : {1.0, 1.5, 2.0})
+        for (const int width : {680, 880, 1200}) {
+            setTextScale(scale);
+            Tabs tabs;
+            TabRow row(tabs, nullptr);
+            row.resize(width, row.sizeHint().height());
+            row.show();
+            tabs.select(1);
+            row.setBadge(1, QStringLiteral("12"));
+            int right = 0;
+            int without = 0;
+            for (TabElement* const element : below<TabElement>(row)) {
+                EXPECT_GE(element->x(), right) << scale << " " << width;
+                EXPECT_GE(element->width(), element->leastWidth());
+                right = element->geometry().right();
+                if (element->leastWidth() == element->fullWidth()) continue;
+                ++without;
+                EXPECT_EQ(element->toolTip(), element->text()) << "what shows no text says it when it is pointed at";
+                EXPECT_FALSE(element->isChecked());
+            }
+            EXPECT_LE(right, width) << scale;
+            EXPECT_EQ(without > 0, row.sizeHint().width() - 140 > width) << scale << " " << width;
+        }
+    setTextScale(1);
+}
+
+TEST_F(KitControls, ThoseThatAreBoundShowTheirSettingFollowItAndStoreAtOnce) {
+    auto& toggle = window.add(new GW2Toggle(QStringLiteral("Toggle"), &window));
+    auto& field = window.add(new GW2TextField(QStringLiteral("Field"), &window));
+    field.setClearable(true);
+    auto& picker = window.add(new GW2Picker(QStringLiteral("Engine"), &window));
+    picker.setOptions({{"wiki", QStringLiteral("Wiki")}, {"video", {}}, {"web", {}}});
+    auto& slider = window.add(new GW2Slider(QStringLiteral("Hours"), 0.5, 24, 0.5, {}, {}, &window));
+    defaults.put("a.toggle", std::string("true"));  // a text is no boolean
+    defaults.put("a.slider", true);
+    {
+        GW2Toggle gone(QStringLiteral("Gone"), nullptr);
+        gone.bind(defaults, "a.toggle", false);
+    }
+    toggle.bind(defaults, "a.toggle", false);
+    field.bind(defaults, "a.field", "unset");
+    picker.bind(defaults, "a.picker", "video");
+    slider.bind(defaults, "a.slider", 3);
+    window.open();
+    EXPECT_FALSE(toggle.isChecked());
+    EXPECT_EQ(field.text(), QStringLiteral("unset"));
+    EXPECT_EQ(picker.chosen(), "video");
+    EXPECT_EQ(slider.shownValue(), 3);
+    EXPECT_EQ(defaults.writes(), 0) << "showing stores nothing";
+
+    window.click(toggle);
+    field.setFocus(Qt::TabFocusReason);
+    field.selectAll();
+    window.type(QStringLiteral("ab"));
+    picker.setFocus(Qt::TabFocusReason);
+    window.press(Qt::Key_Down);
+    slider.setFocus(Qt::TabFocusReason);
+    window.press(Qt::Key_Right);
+    EXPECT_EQ(defaults.get<bool>("a.toggle"), true);
+    EXPECT_EQ(defaults.get<std::string>("a.field"), "ab");
+    EXPECT_EQ(defaults.get<std::string>("a.picker"), "web");
+    EXPECT_EQ(defaults.get<double>("a.slider"), 3.5);
+    EXPECT_EQ(defaults.writes(), 5);
+
+    const auto put = [this](std::string_view key, const SettingValue& value) { (void)defaults.setValue(key, value); };
+    put("a.toggle", false);
+    put("a.field", std::string("elsewhere"));
+    put("a.picker", std::string("wiki"));
+    put("a.slider", 20.0);
+    EXPECT_FALSE(toggle.isChecked());
+    EXPECT_EQ(field.text(), QStringLiteral("elsewhere"));
+    EXPECT_EQ(picker.chosen(), "wiki");
+    EXPECT_EQ(slider.shownValue(), 20);
+    EXPECT_EQ(defaults.writes(), 9) << "following writes nothing back";
+
+    defaults.failAtWrite(10);
+    window.click(toggle);
+    EXPECT_FALSE(toggle.isChecked()) << "what was not stored is not shown as if it were";
+
+    // Clearing is an edit like any other.
+    auto* const clear = field.findChild<QAbstractButton*>();
+    EXPECT_EQ(of(*clear).text(QAccessible::Name), QStringLiteral("Clear"));
+    window.click(*clear);
+    EXPECT_EQ(defaults.get<std::string>("a.field"), "");
+    EXPECT_FALSE(clear->isVisible());
+    EXPECT_EQ(QApplication::focusWidget(), &field);
+}
+
+TEST_F(KitControls, TheFirstClickOnAnInactiveWindowActs) {
+    auto& button = window.add(new GW2Button(QStringLiteral("Go"), &window));
+    auto& slider = window.add(new GW2Slider(QStringLiteral("Hours"), 0, 10, 1, {}, {}, &window));
+    int clicks = 0;
+    QObject::connect(&button, &QAbstractButton::clicked, &button, [&clicks] { ++clicks; });
+    window.open();
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    KitWindow::settle();
+    ASSERT_FALSE(window.isActiveWindow());
+    window.click(button);
+    window.click(slider);
+    EXPECT_EQ(clicks, 1);
+    EXPECT_EQ(slider.shownValue(), 5);
+}
+
+TEST_F(KitControls, AClosedCollapseHoldsNothingForTheKeyboardAndAnOpenOneDoes) {
+    auto& collapse = window.add(new Collapse(QStringLiteral("More"), &window));
+    auto* const inner = new GW2Button(QStringLiteral("Inner"), &window);
+    collapse.setContent(inner);
+    auto& after = window.add(new GW2Button(QStringLiteral("After"), &window));
+    window.open();
+    QWidget* const title = collapse.findChild<QAbstractButton*>(QString(), Qt::FindDirectChildrenOnly);
+    title->setFocus(Qt::TabFocusReason);
+    window.press(Qt::Key_Tab);
+    EXPECT_EQ(QApplication::focusWidget(), &after);
+    collapse.setExpanded(true);
+    finishMotions(collapse);
+    title->setFocus(Qt::TabFocusReason);
+    window.press(Qt::Key_Tab);
+    EXPECT_EQ(QApplication::focusWidget(), inner);
+    const int height = collapse.height();
+    inner->setMinimumHeight(200);
+    inner->updateGeometry();
+    KitWindow::settle();
+    EXPECT_GT(collapse.height(), height) << "what it holds has grown";
+}
+
+TEST_F(KitControls, NothingWakesTheProgramWhileNothingMoves) {
+    auto& toggle = window.add(new GW2Toggle(QStringLiteral("On"), &window));
+    auto& collapse = window.add(new Collapse(QStringLiteral("More"), &window));
+    collapse.setContent(new TextBlock(TextRole::body, QStringLiteral("What is below"), &window));
+    window.open();
+    window.click(toggle);
+    collapse.setExpanded(true);
+    EXPECT_GE(below<Motion>(window).size(), 2U);
+    finishMotions(window);
+    for (QObject* const each : window.findChildren<QObject*>())
+        EXPECT_THAT(QAbstractEventDispatcher::instance()->registeredTimers(each), IsEmpty())
+            << each->metaObject()->className();
+}
+
+// A picker's list and a field's menu: with arrows, letters and clicks; and how they go.
+class KitList : public KitControls {
+protected:
+    GW2Picker& addPicker() {
+        auto& picker = window.add(new GW2Picker(QStringLiteral("Engine"), &window));
+        picker.setOptions(
+            {{"wiki", QStringLiteral("Wiki")}, {"video", QStringLiteral("Videos")}, {"web", QStringLiteral("Web")}});
+        picker.setPlaceholder(QStringLiteral("None"));
+        picker.onChosen([this](const GW2PickerOption& option) { chosen.push_back(option.id); });
+        return picker;
+    }
+    static void setMany(GW2Picker& picker) {
+        std::vector<GW2PickerOption> many;
+        for (int i = 0; i < 60; ++i) many.push_back({std::to_string(i), QStringLiteral("Option %1").arg(i)});
+        picker.setOptions(many);
+    }
+    [[nodiscard]] ListPopup* openList() const {
+        for (ListPopup* const list : below<ListPopup>(window))
+            if (list->isVisible()) return list;
+        ADD_FAILURE() << "no list is open";
+        std::abort();
+    }
+
+    std::vector<std::string> chosen;
+};
+
+TEST_F(KitList, APickerIsChosenFromByArrowsByItsListByAFirstLetterAndByAScreenReader) {
+    GW2Picker& picker = addPicker();
+    window.open();
+    EXPECT_EQ(of(picker).text(QAccessible::Value), QStringLiteral("None"));
+    EXPECT_TRUE(of(picker).state().collapsed && of(picker).state().hasPopup);
+    picker.setFocus(Qt::TabFocusReason);
+    for (const int key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Up, Qt::Key_Up}) window.press(key);
+    EXPECT_THAT(chosen, ElementsAre("wiki", "video", "wiki")) << "the first one has none above";
+
+    window.press(Qt::Key_Space, QStringLiteral(" "));
+    ASSERT_TRUE(picker.isOpen());
+    EXPECT_EQ(openList()->window(), &window) << "inside the window";
+    window.press(Qt::Key_End);
+    window.press(Qt::Key_Return, QStringLiteral("\r"));
+    EXPECT_EQ(picker.chosen(), "web");
+    EXPECT_FALSE(picker.isOpen());
+    EXPECT_TRUE(ControlState::of(picker).focused);
+
+    of(picker).actionInterface()->doAction(QAccessibleActionInterface::showMenuAction());
+    EXPECT_TRUE(of(picker).state().expanded);
+    window.type(QStringLiteral("v"));  // from the last line on to the second
+    QAccessibleInterface& list = of(*openList());
+    EXPECT_EQ(list.role(), QAccessible::List);
+    EXPECT_EQ(list.text(QAccessible::Name), QStringLiteral("Engine"));
+    ASSERT_EQ(list.childCount(), 3);
+    EXPECT_EQ(list.child(1)->text(QAccessible::Name), QStringLiteral("Videos"));
+    EXPECT_EQ(list.child(1)->parent(), &list);
+    EXPECT_EQ(list.focusChild(), list.child(1));
+    window.press(Qt::Key_Return, QStringLiteral("\r"));
+    EXPECT_EQ(of(picker).text(QAccessible::Value), QStringLiteral("Videos"));
+
+    // Other options keep the choice that is still among them, and no other.
+    picker.setOptions({{"new", QStringLiteral("New")}, {"video", QStringLiteral("Films")}});
+    EXPECT_EQ(picker.shownText(), QStringLiteral("Films"));
+    picker.setOptions({{"new", QStringLiteral("New")}});
+    EXPECT_EQ(picker.chosen(), std::nullopt);
+}
+
+TEST_F(KitList, EscapeClosesAnOpenListAndIsSeenByNobodyElse) {
+    struct Listener : QObject {
+        bool eventFilter(QObject* watched, QEvent* event) override {
+            if (watched->isWindowType() && event->type() == QEvent::KeyPress) seen += "down ";
+            if (watched->isWindowType() && event->type() == QEvent::KeyRelease) seen += "up ";
+            return false;
+        }
+        std::string seen;
+    } listener;
+    QApplication::instance()->installEventFilter(&listener);
+    GW2Picker& picker = addPicker();
+    window.open();
+    picker.setFocus(Qt::TabFocusReason);
+    picker.open();
+    window.down(Qt::Key_Escape);
+    EXPECT_FALSE(picker.isOpen());
+    EXPECT_EQ(QApplication::focusWidget(), &picker);
+    window.down(Qt::Key_Escape);  // held
+    window.up(Qt::Key_Escape);
+    EXPECT_EQ(listener.seen, "");
+    EXPECT_THAT(window.notTaken, IsEmpty());
+    window.press(Qt::Key_Escape);
+    EXPECT_EQ(listener.seen, "down up ") << "the next one is the window's";
+    EXPECT_FALSE(picker.chosen());
+}
+
+TEST_F(KitList, TheListGoesWithoutAChoiceWhereverThePlayerTurnsTo) {
+    auto* picker = &addPicker();
+    auto& field = window.add(new GW2TextField(QStringLiteral("Field"), &window));
+    static_cast<QBoxLayout*>(window.layout())->addStretch(1);
+    window.open();
+    const std::vector<std::function<void()>> ways{
+        [&] { window.click(*picker); },
+        [&] { window.click(window, QPoint(5, 5)); },
+        [&] { turnWheel(window, *window.windowHandle()); },
+        [&] { field.setFocus(Qt::OtherFocusReason); },
+        [&] { picker->hide(); },
+    };
+    for (std::size_t way = 0; way < ways.size(); ++way) {
+        window.click(*picker);
+        ASSERT_TRUE(picker->isOpen()) << way;
+        ways[way]();
+        EXPECT_FALSE(picker->isOpen()) << way;
+    }
+    EXPECT_THAT(chosen, IsEmpty());
+    picker->show();
+    KitWindow::settle();
+    window.click(*picker);
+    window.click(*openList(), openList()->lineAt(1).center());
+    EXPECT_THAT(chosen, ElementsAre("video"));
+    picker->open();
+    delete picker;
+    QContextMenuEvent menu(QContextMenuEvent::Mouse, QPoint(10, 10), field.mapToGlobal(QPoint(10, 10)));
+    QApplication::sendEvent(&field, &menu);
+    delete &field;
+    window.press(Qt::Key_Escape);
+    KitWindow::settle();
+    EXPECT_THAT(below<ListPopup>(window), IsEmpty());
+}
+
+TEST_F(KitList, ALongListStaysInsideItsWindowBelowOrAboveAndScrollsToTheCurrentLine) {
+    auto* const column = static_cast<QBoxLayout*>(window.layout());
+    GW2Picker& upper = addPicker();
+    column->addStretch(1);
+    GW2Picker& lower = addPicker();
+    for (GW2Picker* const picker : {&upper, &lower}) {
+        setMany(*picker);
+        window.open();
+        picker->setFocus(Qt::TabFocusReason);
+        picker->open();
+        const QRect list = openList()->geometry();
+        EXPECT_TRUE(window.rect().contains(list));
+        EXPECT_FALSE(list.intersects(picker->geometry().adjusted(4, 4, -4, -4))) << "it leaves its picker in sight";
+        EXPECT_EQ(list.top() < picker->y(), picker == &lower);
+        window.press(Qt::Key_End);
+        EXPECT_TRUE(openList()->rect().contains(openList()->lineAt(59)));
+        window.press(Qt::Key_Return, QStringLiteral("\r"));
+        EXPECT_EQ(picker->chosen(), "59");
+    }
+}
+
+TEST_F(KitList, AFieldsMenuOffersWhatCanBeDoneAndDoesIt) {
+    auto& field = window.add(new GW2TextField(QStringLiteral("Field"), &window));
+    auto& secret = window.add(new GW2TextField(QStringLiteral("Secret"), &window));
+    secret.setSecret(true);
+    window.open();
+    const auto menuOf = [this](QWidget& of) {
+        QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(10, 10), of.mapToGlobal(QPoint(10, 10)));
+        QApplication::sendEvent(&of, &event);
+        KitWindow::settle();
+        std::string offered;
+        for (const auto& line : openList()->lines())
+            if (line.enabled) offered += line.text.toStdString() + " ";
+        return offered;
+    };
+    const auto take = [this](std::size_t line) {
+        openList()->take(line);
+        KitWindow::settle();
+    };
+    QGuiApplication::clipboard()->setText(QStringLiteral("pasted"));
+    field.setText(QStringLiteral("word"));
+    field.setFocus();
+    EXPECT_EQ(menuOf(field), "Paste Select all ");
+    EXPECT_TRUE(of(*openList()).child(0)->state().disabled);
+    take(0);
+    EXPECT_TRUE(openList()->isVisible()) << "what is disabled is not taken";
+    take(3);
+    EXPECT_EQ(menuOf(field), "Cut Copy Paste Select all ");
+    take(0);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("word"));
+    (void)menuOf(field);
+    take(2);
+    EXPECT_EQ(field.text(), QStringLiteral("word"));
+    secret.setText(QStringLiteral("hidden"));
+    secret.selectAll();
+    EXPECT_EQ(menuOf(secret), "Paste Select all ") << "a secret is not copied";
+    for (QWidget* const top : QApplication::topLevelWidgets())
+        EXPECT_TRUE(top == &window || !top->isVisible()) << "a window of the toolkit's own";
+}
+
+}  // namespace
+}  // namespace vantor
