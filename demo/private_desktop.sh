@@ -1,10 +1,15 @@
 #!/usr/bin/env bash
 # Runs a command in a desktop of its own: private_desktop.sh COMMAND [ARGUMENT...]. X server, bus, keyring, window manager and
 # compositor are made for it and end with it; settings, data and runtime folders are temporary. Its status is the command's.
+# VANTOR_DESKTOP_MANAGER is openbox, xfwm4, kwin_x11, mutter, marco or i3; VANTOR_DESKTOP_COMPOSITING is picom, own (the
+# manager's) or none; VANTOR_DESKTOP_CONFIG is the configuration of openbox or i3.
 set -euo pipefail
 top=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 (($#)) || { echo "usage: private_desktop.sh COMMAND [ARGUMENT...]" >&2; exit 2; }
 geometry=${VANTOR_DESKTOP_GEOMETRY:-1360x820x24}
+manager=${VANTOR_DESKTOP_MANAGER:-openbox}
+compositing=${VANTOR_DESKTOP_COMPOSITING:-picom}
+config=${VANTOR_DESKTOP_CONFIG:-$top/openbox.xml}
 
 home=$(mktemp -d "${TMPDIR:-/tmp}/vantor-desktop.XXXXXX")
 chmod 700 "$home"
@@ -78,10 +83,25 @@ if command -v gnome-keyring-daemon >/dev/null; then
     await "keyring" sh -c 'dbus-send --session --print-reply --dest=org.freedesktop.DBus /org/freedesktop/DBus \
         org.freedesktop.DBus.NameHasOwner string:org.freedesktop.secrets | grep -q "boolean true"'
 fi
-start openbox openbox --sm-disable --config-file "$top/openbox.xml"
+# Their settings come from the temporary folders alone.
+export GSETTINGS_BACKEND=keyfile
+own() { [[ $compositing == own ]] && echo "$1" || echo "$2"; }
+case $manager in
+    openbox) start manager openbox --sm-disable --config-file "$config" ;;
+    i3) start manager i3 -c "$config" ;;
+    xfwm4)
+        start xfconf sh -c 'exec "$(find /usr/lib -path "*/xfconf/xfconfd" -print -quit)"'
+        start manager xfwm4 --compositor="$(own on off)" --vblank=off ;;
+    kwin_x11) start manager env KWIN_COMPOSE="$(own O2 N)" kwin_x11 ;;
+    mutter) start manager mutter --x11 --sm-disable ;;
+    marco) start manager marco --sm-disable "$(own --composite --no-composite)" ;;
+    *) echo "private_desktop: no window manager '$manager'" >&2; exit 2 ;;
+esac
 await "window manager" sh -c 'xprop -root _NET_SUPPORTING_WM_CHECK | grep -q "window id"'
-start picom picom --config /dev/null --backend xrender --no-fading-openclose
-await "compositor" sh -c 'xwininfo -root -tree | grep -qi picom'
+if [[ $compositing == picom ]]; then
+    start picom picom --config /dev/null --backend xrender --no-fading-openclose
+    await "compositor" sh -c 'xwininfo -root -tree | grep -qi picom'
+fi
 
 set +e
 setpriv --pdeathsig TERM -- "$@" &
