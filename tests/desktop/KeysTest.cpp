@@ -20,7 +20,9 @@
 #include <cstdlib>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "input/KeyStrokes.h"
@@ -116,6 +118,23 @@ public:
     void lock(std::uint8_t modifiers) {
         xcb_xkb_latch_lock_state(server_.get(), XCB_XKB_ID_USE_CORE_KBD, 0xff, modifiers, 0, 0, 0, 0, 0);
         roundTrip();
+    }
+    // The shortest time, by the server's clock, from a press to a key that carries another group or other modifiers
+    // than the three that Wine keeps beside each key.
+    [[nodiscard]] int shortestLook() {
+        roundTrip();
+        int shortest = 1 << 30;
+        std::optional<xcb_key_press_event_t> last;
+        while (const XReply<xcb_generic_event_t> event{xcb_poll_for_event(server_.get())}) {
+            const auto& key = reinterpret_cast<const xcb_key_press_event_t&>(*event);
+            const auto type = event->response_type & 0x7f;
+            if (type != XCB_KEY_PRESS && type != XCB_KEY_RELEASE) continue;
+            if (last && ((last->state ^ key.state) & 0x60f8) != 0)
+                shortest = std::min(shortest, static_cast<int>(key.time - last->time));
+            const auto code = keyCodeOfX(key.detail);
+            if (type == XCB_KEY_PRESS && code && !isModifierKey(*code)) last = key;
+        }
+        return shortest;
     }
     // The text of the keys so far, read with the modifiers and group that each event carries.
     std::string typedText() {
@@ -414,6 +433,23 @@ TEST_F(KeysTest, KeepsAKeyWithSuperFromTheGameAndGivesTheKeyboardBackAtOnce) {
     EXPECT_EQ(std::count(said.begin(), said.end(), '\n'), 1) << said;
     other.grabSuperV(false);
     EXPECT_TRUE(monitors.withholdWithCommand(key_code::v));
+}
+
+TEST_F(KeysTest, AGameThatLooksThirtyTimesASecondFindsNoTwoLevelsBehindOneLook) {
+    ASSERT_EQ(std::system("setxkbmap de,ru"), 0);
+    ASSERT_TRUE(layout.refresh());
+    (void)other.typedText();
+    {
+        const auto typing = poster.beginTyping();
+        for (const auto& each : strokesOfText(KeyMap::learn(layout), "a[B@@zфa")) {
+            std::this_thread::sleep_for(poster.pauseBefore(each));
+            ASSERT_EQ(poster.post(each), PostVerdict::posted);
+        }
+    }
+    settle();
+    // By the server's whole milliseconds.
+    EXPECT_GE(other.shortestLook(), 49);
+    ASSERT_EQ(std::system("setxkbmap us"), 0);
 }
 
 TEST_F(KeysTest, FollowsAChangeOfTheLayout) {
