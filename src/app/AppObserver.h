@@ -38,7 +38,7 @@ public:
         GameData::Needs data;
         KeyMonitors& keyMonitors;
         KeyPoster& keyPoster;
-        const KeyboardLayout& keyboardLayout;
+        KeyboardLayout& keyboardLayout;
         Workspace& workspace;
         StatusItem& statusItem;
         Pasteboard& pasteboard;
@@ -90,6 +90,7 @@ private:
     void dispatch(const KeyEvent& event);
     void replayActionCamera();
     void pasteClipboard();
+    void withholdPasteShortcut();
     void perform(const WindowStep& step);
     [[nodiscard]] AppWindow* find(AppWindowName name) const;
     void registerKeyMonitors();
@@ -112,6 +113,8 @@ private:
     Subscription globalKeyUp_;
     Subscription globalKeyDown_;
     Subscription localKeyUp_;
+    Subscription pasteShortcut_;  // kept from the game while it pastes
+    Subscription settingsObserver_;
 };
 
 }  // namespace vantor

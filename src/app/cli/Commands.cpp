@@ -35,10 +35,10 @@ public:
         return layout ? print(keyMapJson(KeyMap::learn(*layout)) + "\n") : unavailableStatus;
     }
     std::optional<int> operator()(const TypeText& command) const {
-        return act([text = given(command.text)](ClipboardManager& keys) { keys.typeString(text); });
+        return act([text = given(command.text)](ClipboardManager& keys) { return keys.type(text); });
     }
     std::optional<int> operator()(const PressText& command) const {
-        return act([text = given(command.text)](ClipboardManager& keys) { keys.pressReadableKeys(text); });
+        return act([text = given(command.text)](ClipboardManager& keys) { return keys.pressReadableKeys(text); });
     }
     std::optional<int> operator()(const ChangeSettings& command) const {
         return runChangeSettings(command, *needs_.makeDefaults(), needs_.in, needs_.err);
@@ -67,8 +67,13 @@ private:
         const TypingServices services = typing->typing();
         ClipboardManager clipboardManager(services.layout, services.poster, services.monitors, services.workspace,
                                           needs_.pause);
-        operation(clipboardManager);
-        return 0;
+        const ClipboardManager::Missing missing = operation(clipboardManager);
+        if (missing.unknown > 0)
+            needs_.err << "vantor: the keyboard layout has no key for " << missing.unknown
+                       << " of what was to be typed\n";
+        if (!missing.lost) return 0;
+        needs_.err << "vantor: the keyboard did not take every key, so what was to be typed is not whole\n";
+        return unavailableStatus;
     }
 
     const CommandNeeds& needs_;

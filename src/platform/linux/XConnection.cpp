@@ -27,16 +27,11 @@ bool XConnection::renew() {
         connection_ = std::move(old);
         return false;
     }
-    const auto handlers = renewalHandlers_;  // a handler may end its subscription
-    for (const auto& [number, handler] : handlers) handler();
+    renewed_.announce();
     return true;
 }
 
-Subscription XConnection::onRenewal(std::function<void()> handler) {
-    const int number = next_++;
-    renewalHandlers_.emplace(number, std::move(handler));
-    return Subscription([this, number] { renewalHandlers_.erase(number); });
-}
+Subscription XConnection::onRenewal(std::function<void()> handler) { return renewed_.observe(std::move(handler)); }
 
 const XConnection::Extensions& XConnection::extensions() const {
     if (extensions_) return *extensions_;

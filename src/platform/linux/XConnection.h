@@ -6,12 +6,11 @@
 
 #include <cstdint>
 #include <functional>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
 
-#include "base/Subscription.h"
+#include "base/Notice.h"
 #include "platform/linux/XReply.h"
 
 namespace vantor {
@@ -63,8 +62,7 @@ private:
     xcb_window_t root_ = XCB_NONE;
     int screen_ = 0;
     mutable std::optional<Extensions> extensions_;
-    int next_ = 0;
-    std::map<int, std::function<void()>> renewalHandlers_;
+    Notice renewed_;
 };
 
 }  // namespace vantor

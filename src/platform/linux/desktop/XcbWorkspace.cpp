@@ -14,24 +14,6 @@ constexpr std::chrono::milliseconds lookAgainAfter{2};
 // flicker.
 constexpr std::chrono::milliseconds noneIsMeantAfter{100};
 
-// Handlers may end subscriptions, their own among them: the list walked is a copy, and an ended one is not called.
-template <typename Handler, typename Value>
-void callAll(const std::list<std::shared_ptr<Handler>>& handlers, const Value& value) {
-    for (const auto& handler : std::list(handlers))
-        if (*handler) (*handler)(value);
-}
-
-template <typename Handler>
-Subscription enlist(std::list<std::shared_ptr<Handler>>& handlers, Handler handler) {
-    auto entry = std::make_shared<Handler>(std::move(handler));
-    handlers.push_back(entry);
-    return Subscription([&handlers, entry] {
-        handlers.remove(entry);
-        // A handler that is running keeps what it captured until it returns.
-        *entry = nullptr;
-    });
-}
-
 }  // namespace
 
 XcbWorkspace::XcbWorkspace(std::unique_ptr<XcbDesktop> desktop, DesktopEntryLookup entries, std::uint32_t ownProcess)
@@ -51,12 +33,12 @@ XcbWorkspace::~XcbWorkspace() = default;
 
 Subscription XcbWorkspace::observeFrontmostApplication(FrontmostHandler handler) {
     handler(frontmost_);
-    return enlist(handlers_, std::move(handler));
+    return handlers_.add(std::move(handler));
 }
 
 Subscription XcbWorkspace::observeFrontmostWindow(FrontmostWindowHandler handler) {
     handler(lastOther_);
-    return enlist(windowHandlers_, std::move(handler));
+    return windowHandlers_.add(std::move(handler));
 }
 
 std::optional<std::string> XcbWorkspace::displayName(const std::string& identifier) const {
@@ -145,7 +127,7 @@ void XcbWorkspace::refresh() {
     const bool own = isOwn(active);
     if (!own && active != XCB_NONE && active != lastOther_) {
         lastOther_ = active;
-        callAll(windowHandlers_, NativeWindow{lastOther_});
+        windowHandlers_.tell(NativeWindow{lastOther_});
     }
     if (active == XCB_NONE) {
         if (!noneLasts_.isActive()) noneLasts_.start();
@@ -171,7 +153,7 @@ void XcbWorkspace::follow(xcb_window_t window) {
 void XcbWorkspace::report(const std::string& identifier) {
     if (identifier == frontmost_) return;
     frontmost_ = identifier;
-    callAll(handlers_, identifier);
+    handlers_.tell(identifier);
 }
 
 bool XcbWorkspace::isManaged() const { return desktop_->managerSupports(desktop_->atoms().netActiveWindow); }

@@ -6,9 +6,9 @@
 #include <QTimer>
 
 #include <cstdint>
-#include <list>
 #include <memory>
 
+#include "base/ObserverList.h"
 #include "platform/OverlayWindows.h"
 #include "platform/Workspace.h"
 #include "platform/linux/desktop/XcbDesktop.h"
@@ -55,8 +55,8 @@ private:
     xcb_window_t active_ = XCB_NONE;
     xcb_window_t lastOther_ = XCB_NONE;
     std::string frontmost_;
-    std::list<std::shared_ptr<FrontmostHandler>> handlers_;
-    std::list<std::shared_ptr<FrontmostWindowHandler>> windowHandlers_;
+    ObserverList<FrontmostHandler> handlers_;
+    ObserverList<FrontmostWindowHandler> windowHandlers_;
 };
 
 }  // namespace vantor

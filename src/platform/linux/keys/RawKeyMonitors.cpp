@@ -11,9 +11,12 @@
 #include <QWindow>
 #include <algorithm>
 #include <chrono>
+#include <cstdio>
 #include <utility>
 
 #include "platform/KeyClasses.h"
+#include "platform/linux/keys/KeyCodes.h"
+#include "platform/linux/keys/SuperKeyGrab.h"
 
 namespace vantor {
 namespace {
@@ -72,23 +75,26 @@ void RawKeyMonitors::reconnect() {
 }
 
 Subscription RawKeyMonitors::addGlobalMonitor(KeyEventMask mask, GlobalHandler handler) {
-    const int number = next_++;
-    global_.emplace(number, Monitor<GlobalHandler>{mask, std::move(handler)});
-    return Subscription([self = QPointer(this), number] {
-        if (self) self->global_.erase(number);
-    });
+    return global_.add({mask, std::move(handler)});
 }
 
 Subscription RawKeyMonitors::addLocalMonitor(KeyEventMask mask, LocalHandler handler) {
-    const int number = next_++;
-    local_.emplace(number, Monitor<LocalHandler>{mask, std::move(handler)});
-    return Subscription([self = QPointer(this), number] {
-        if (self) self->local_.erase(number);
-    });
+    return local_.add({mask, std::move(handler)});
 }
 
 void RawKeyMonitors::followFocusOf(const QWindow& window) {
     if (connection_.get() && window.handle()) stream_.followFocusOf(static_cast<xcb_window_t>(window.winId()));
+}
+
+Subscription RawKeyMonitors::withholdWithCommand(KeyCode keyCode) {
+    const auto xKeycode = xKeycodeOf(keyCode);
+    if (!xKeycode || !available()) return {};
+    auto grab = std::make_shared<SuperKeyGrab>(*xKeycode);
+    if (grab->holds()) return Subscription([grab]() mutable { grab.reset(); });
+    if (!std::exchange(refusalTold_, true))
+        std::fputs("vantor: another program holds Super with the key that pastes, so the game gets that key too\n",
+                   stderr);
+    return {};
 }
 
 void RawKeyMonitors::poll() {
@@ -106,9 +112,10 @@ void RawKeyMonitors::handleStreamed(const StreamedKey& key) {
 }
 
 void RawKeyMonitors::dispatchGlobally(const KeyEvent& event) {
-    const auto monitors = global_;  // a handler may add or remove monitors
-    for (const auto& [number, monitor] : monitors)
+    global_.visitWhile([&](const auto& monitor) {
         if (monitor.mask & maskOf(event.type)) monitor.handler(event);
+        return true;
+    });
 }
 
 std::optional<RawKeyMonitors::Seen> RawKeyMonitors::take(std::uint8_t xKeycode, bool down, std::uint32_t time) {
@@ -129,10 +136,7 @@ void RawKeyMonitors::tellModifiers(Qt::KeyboardModifiers held) {
     if (held & Qt::ControlModifier) flags |= modifier::control;
     if (held & Qt::AltModifier) flags |= modifier::option;
     if (held & Qt::MetaModifier) flags |= modifier::command;
-    const auto monitors = local_;
-    for (const auto& [number, monitor] : monitors)
-        if (monitor.mask & maskOf(KeyEventType::flagsChanged))
-            (void)monitor.handler(KeyEvent{KeyEventType::flagsChanged, key_code::shift, flags, {}});
+    (void)tellLocally(KeyEvent{KeyEventType::flagsChanged, key_code::shift, flags, {}});
 }
 
 bool RawKeyMonitors::eventFilter(QObject* watched, QEvent* event) {
@@ -159,12 +163,16 @@ bool RawKeyMonitors::swallowedLocally(const QKeyEvent& event) {
 
     const auto keyEvent = seen ? seen->key.event : stream_.eventFor(xKeycode, down);
     if (!keyEvent) return false;
-    const auto monitors = local_;
-    for (const auto& [number, monitor] : monitors) {
-        if (!(monitor.mask & maskOf(keyEvent->type))) continue;
-        if (monitor.handler(*keyEvent) == Passing::swallow) return true;
-    }
-    return false;
+    return tellLocally(*keyEvent) == Passing::swallow;
+}
+
+KeyMonitors::Passing RawKeyMonitors::tellLocally(const KeyEvent& event) {
+    auto passing = Passing::passOn;
+    local_.visitWhile([&](const auto& monitor) {
+        if (monitor.mask & maskOf(event.type)) passing = monitor.handler(event);
+        return passing == Passing::passOn;
+    });
+    return passing;
 }
 
 }  // namespace vantor

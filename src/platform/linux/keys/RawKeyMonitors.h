@@ -1,17 +1,17 @@
 #pragma once
 // The key monitors on X11. The global ones get the raw stream while another application has the focus; the local ones
 // get what the toolkit delivers to Vantor's own windows, where they may swallow it. No key reaches both, Vantor's own
-// posts reach none, and nothing is grabbed. A lost connection is renewed, if need be by trying each second. Main
-// thread.
+// posts reach none, and none is kept from anyone but on request. A lost connection is renewed, if need be by trying
+// each second. Main thread.
 
 #include <QtCore/QObject>
 #include <QtCore/QSocketNotifier>
 #include <QtCore/QTimer>
 #include <cstdint>
 #include <deque>
-#include <map>
 #include <memory>
 
+#include "base/ObserverList.h"
 #include "platform/KeyMonitors.h"
 #include "platform/linux/keys/KeyStream.h"
 
@@ -27,6 +27,7 @@ public:
 
     Subscription addGlobalMonitor(KeyEventMask mask, GlobalHandler handler) override;
     Subscription addLocalMonitor(KeyEventMask mask, LocalHandler handler) override;
+    Subscription withholdWithCommand(KeyCode keyCode) override;
     // False without raw events, and while the connection is lost.
     [[nodiscard]] bool available() const { return stream_.available(); }
 
@@ -54,6 +55,8 @@ private:
     // Takes it out, with all that came before it: the toolkit delivers in the same order.
     [[nodiscard]] std::optional<Seen> take(std::uint8_t xKeycode, bool down, std::uint32_t time);
     void tellModifiers(Qt::KeyboardModifiers held);
+    // A monitor that swallows the event is the last to be told.
+    Passing tellLocally(const KeyEvent& event);
     [[nodiscard]] bool swallowedLocally(const QKeyEvent& event);
 
     XConnection& connection_;
@@ -62,9 +65,9 @@ private:
     std::unique_ptr<QSocketNotifier> notifier_;
     QTimer nextTry_;
     Subscription renewal_;
-    int next_ = 0;
-    std::map<int, Monitor<GlobalHandler>> global_;
-    std::map<int, Monitor<LocalHandler>> local_;
+    bool refusalTold_ = false;
+    ObserverList<Monitor<GlobalHandler>> global_;
+    ObserverList<Monitor<LocalHandler>> local_;
     std::deque<Seen> seen_;
 };
 

@@ -3,6 +3,8 @@
 // text is typed the keyboard is neutral, and guarded. A text ends where the connection is lost; the next one renews it.
 // Main thread.
 
+#include <chrono>
+#include <cstdint>
 #include <filesystem>
 #include <optional>
 
@@ -19,33 +21,38 @@ namespace vantor {
 
 class XTestKeyPoster final : public KeyPoster {
 public:
-    // The layout is the one that the key map was learned from; the guardian's program may be missing. Nothing is
-    // started before something is typed.
+    // The layout is the one that the key map is learned from; the guardian's program may be missing. Nothing is started
+    // before something is typed. The references outlive the poster.
     XTestKeyPoster(XConnection& connection, PostedKeyRecord& record, const XkbKeyboardLayout& learned,
-                   std::filesystem::path guardian);
-    // With the layout in force now, and without a guardian.
-    XTestKeyPoster(XConnection& connection, PostedKeyRecord& record)
-        : XTestKeyPoster(connection, record, XkbKeyboardLayout(connection), {}) {}
+                   std::filesystem::path guardian = {});
     XTestKeyPoster(const XTestKeyPoster&) = delete;
     XTestKeyPoster& operator=(const XTestKeyPoster&) = delete;
     // Releases what it pressed and has not released.
     ~XTestKeyPoster() override;
 
     [[nodiscard]] std::unique_ptr<Typing> beginTyping() override;
+    // A game that looks at its messages 30 times a second must not find keys with different modifiers behind one look.
+    [[nodiscard]] std::chrono::microseconds pauseBefore(const PostedKey& key) override;
+    [[nodiscard]] std::chrono::microseconds pauseAtEnd() override;
     [[nodiscard]] PostVerdict post(const PostedKey& key) override;
 
 private:
     class Span;
     void endTyping();
     void settleAfterLoss();
+    [[nodiscard]] std::chrono::microseconds pauseUnless(std::uint32_t carried) const;
+    [[nodiscard]] std::uint32_t carriedBy(const PostedKey& key) const;
 
     XConnection& connection_;
     PostedKeys keys_;
-    const KeyEffects effects_;
-    const std::uint8_t group_;
+    const XkbKeyboardLayout& learned_;
+    KeyEffects effects_;
     KeyboardGuardian guardian_;
     std::uint32_t sentinel_ = XCB_NONE;       // once made, as long as the connection
     std::optional<NeutralKeyboard> neutral_;  // while something is typed
+    // Of the last press that was no modifier's: when, and what it carried.
+    std::chrono::steady_clock::time_point lastPress_;
+    std::uint32_t lastCarried_ = 0;
     Subscription renewal_;
 };
 
