@@ -137,9 +137,6 @@ class Game(Program):
         wait_until(lambda: any(event["code"] == SUPER_CODE for event in self.keys(seen, down=False)))
         return len(self.record())
 
-    def clicks(self):
-        return sum(1 for event in self.record() if event["event"] == "click")
-
     def has_focus(self):
         return active_window() == self.window
 
