@@ -181,8 +181,11 @@ TEST_F(StatusBarTest, IsOneSquareItemWithItsImageScaledDown) {
         StatusBarItem item;
         item.setTitle(0, "of no entry");
         EXPECT_EQ([mac().statusItems count], 0U) << "before there is a menu";
-        for (int time = 0; time < 2; ++time) item.setMenu("Vantor", {});
+        item.setMenu("Vantor", {});
+        NSStatusItem* const first = shown();
+        item.setMenu("Vantor", {});
         ASSERT_EQ([mac().statusItems count], 1U);
+        EXPECT_EQ(shown(), first) << "it stays in its place";
         EXPECT_EQ([shown() length], -2);
         EXPECT_TRUE([[shown() button] image] && ![[shown() button] title]);
         EXPECT_EQ([[shown() button] imageScaling], NSImageScaleProportionallyDown);

@@ -20,6 +20,11 @@ using macdouble::note;
 @implementation DoubleCGEvent
 @end
 
+@interface MonitorToken : NSObject
+@end
+@implementation MonitorToken
+@end
+
 namespace {
 
 constexpr CGEventFlags shift = 0x20000;
@@ -66,7 +71,7 @@ std::vector<Monitor> monitors;
 id addMonitor(bool global, NSEventMask mask, id handler) {
     // One that is added without the permissions stays deaf.
     const bool deaf = global && !(mac().trusted && mac().listening == kIOHIDAccessTypeGranted);
-    const id token = [[[NSObject alloc] init] autorelease];
+    const id token = [[[MonitorToken alloc] init] autorelease];
     monitors.push_back({global, deaf, mask, (id)Block_copy((void*)handler), token});
     return token;
 }

@@ -130,22 +130,23 @@ TEST_F(KeysTest, RenewedMonitorsHearFromThenOnAndOnce) {
 }
 
 TEST_F(KeysTest, AMonitorMayEndItself) {
+    std::vector<std::string> told;
     Subscription global;
     Subscription local;
     global = monitors.addGlobalMonitor(maskOf(KeyEventType::keyUp), [&](const KeyEvent& event) {
         global.reset();
-        heard.push_back("elsewhere " + readableKeyText(event));
+        told.push_back("elsewhere " + readableKeyText(event));
     });
     local = monitors.addLocalMonitor(maskOf(KeyEventType::keyUp), [&](const KeyEvent& event) {
         local.reset();
-        heard.push_back("here " + readableKeyText(event));
+        told.push_back("here " + readableKeyText(event));
         return KeyMonitors::Passing::swallow;
     });
     for (int time = 0; time < 2; ++time) {
         mac().press(kCGEventKeyUp, 0, 0, elsewhere);
         EXPECT_EQ(mac().press(kCGEventKeyUp, 0, 0, here), time == 1);
     }
-    EXPECT_THAT(heard, ElementsAre("elsewhere A", "here A"));
+    EXPECT_THAT(told, ElementsAre("elsewhere A", "here A"));
 }
 
 TEST_F(KeysTest, ShiftAndHotkeysAreHeardInOwnWindows) {

@@ -110,6 +110,11 @@ OSStatus SecItemDelete(CFDictionaryRef query) {
 }
 @end
 
+@interface FontError : NSError  // of this program, and so counted
+@end
+@implementation FontError
+@end
+
 // Knows each file once, and takes one that begins as a font does, for this process.
 bool CTFontManagerRegisterFontsForURL(CFURLRef fontURL, CTFontManagerScope scope, CFErrorRef* error) {
     NSString* const path = [(NSURL*)fontURL path];
@@ -121,6 +126,6 @@ bool CTFontManagerRegisterFontsForURL(CFURLRef fontURL, CTFontManagerScope scope
         failure = kCTFontManagerErrorUnrecognizedFormat;
     else if (!mac().fonts.insert([path UTF8String]).second)
         failure = kCTFontManagerErrorAlreadyRegistered;
-    if (failure != 0) *error = (CFErrorRef)[[NSError alloc] initWithDomain:@"fonts" code:failure userInfo:nil];
+    if (failure != 0) *error = (CFErrorRef)[[FontError alloc] initWithDomain:@"fonts" code:failure userInfo:nil];
     return failure == 0;
 }

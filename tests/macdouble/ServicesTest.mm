@@ -91,7 +91,7 @@ TEST_F(PermissionsTest, TellsOfAChangeWhileSomebodyListens) {
     look();
     EXPECT_EQ(changes, 0);
     EXPECT_EQ(scheduler.waiting(), 1U) << "one look for both";
-    for (const bool trusted : {true, true, false}) {
+    for (const bool trusted : {true, true, true, false}) {
         allow(trusted, kIOHIDAccessTypeUnknown);
         look();
     }
@@ -158,6 +158,7 @@ TEST_F(KeychainTest, KeepsOneItemWithWhatWasStoredLastAndLeavesOthersAlone) {
     std::string data;
     EXPECT_EQ(copy(&data), KeychainStatus::done);
     EXPECT_EQ(data, last);
+    EXPECT_EQ([[[mac().keychainItems lastObject] objectForKey:(id)kSecValueData] retainCount], 1U) << "it is let go";
     EXPECT_EQ(copy(nullptr, "certificate"), KeychainStatus::notFound) << "a class that is not ours to ask for";
 
     mac().deleteStatus = errSecAuthFailed;
