@@ -30,8 +30,10 @@ bool writePicture(game::Scene scene, const QString& path) {
     }
     QApplication::processEvents();
     // One list open, as it lies over what is below it.
-    for (vantor::GW2Picker* const picker : stage.findChildren<vantor::GW2Picker*>())
-        if (picker->accessibleName() == QStringLiteral("Language")) picker->open();
+    for (QWidget* const control : stage.findChildren<QWidget*>())
+        if (auto* const picker = dynamic_cast<vantor::GW2Picker*>(control);
+            picker && picker->accessibleName() == QStringLiteral("Language"))
+            picker->open();
     QApplication::processEvents();
     if (stage.grab().save(path)) return true;
     std::fprintf(stderr, "vantor-gallery: cannot write %s\n", qPrintable(path));

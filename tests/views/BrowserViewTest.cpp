@@ -6,10 +6,10 @@
 #include <QtGui/QKeyEvent>
 #include <QtWidgets/QAbstractButton>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QLineEdit>
 
 #include "browser/LazyWebPage.h"
 #include "browser/view/WebPanel.h"
-#include "ui/GW2TextField.h"
 
 namespace vantor {
 namespace {
@@ -77,7 +77,7 @@ TEST_F(BrowserViewTest, RowHasItsButtonsAndOnlyTheImagesSearch) {
     }
     EXPECT_THAT(helps, ElementsAre("Navigate back", "Navigate forward", "Search on GW2 wiki", "Search on YouTube",
                                    "Search with Google"));
-    auto* const field = panel->findChild<GW2TextField*>();
+    auto* const field = panel->findChild<QLineEdit*>();
     EXPECT_EQ(field->placeholderText(), QStringLiteral("Search..."));
 
     const auto press = [&](int index) { panel->findChildren<QAbstractButton*>().at(index)->click(); };
@@ -98,13 +98,13 @@ TEST_F(BrowserViewTest, GameUpdatesAreLoadedAtEachSelectionOfTheirTabOnceTheyAre
     EXPECT_THAT(taken(), IsEmpty());
     panel->QWidget::show();
     EXPECT_THAT(taken(), ElementsAre("https://wiki/wiki/Game_updates"));
-    EXPECT_FALSE(panel->findChild<GW2TextField*>()->isVisible());
+    EXPECT_FALSE(panel->findChild<QLineEdit*>()->isVisible());
     panel->hide();
     panel->QWidget::show();
     panel->show(WebPanel::Tab::gameUpdates);
     EXPECT_THAT(taken(), IsEmpty());
     panel->show(WebPanel::Tab::internet);
-    EXPECT_TRUE(panel->findChild<GW2TextField*>()->isVisible());
+    EXPECT_TRUE(panel->findChild<QLineEdit*>()->isVisible());
     EXPECT_THAT(taken(), IsEmpty());
     panel->show(WebPanel::Tab::gameUpdates);
     EXPECT_THAT(taken(), ElementsAre("https://wiki/wiki/Game_updates"));

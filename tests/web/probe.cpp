@@ -8,6 +8,7 @@
 #include <QtGui/QPainter>
 #include <QtWidgets/QAbstractButton>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QLineEdit>
 #include <QtWidgets/QVBoxLayout>
 #include <algorithm>
 #include <array>
@@ -22,7 +23,6 @@
 #include "browser/view/WebPanel.h"
 #include "platform/qt/WebEngineModule.h"
 #include "ui/Fonts.h"
-#include "ui/GW2TextField.h"
 #include "ui/OverlayWindow.h"
 
 namespace vantor {
@@ -86,7 +86,7 @@ public:
         if (command == "internet") panel_->show(WebPanel::Tab::internet);
         if (command == "away") panel_->show(WebPanel::Tab::none);
         if (command == "load") store_.load(rest);
-        if (command == "type") window_.findChild<GW2TextField*>()->setText(QString::fromStdString(rest));
+        if (command == "type") window_.findChild<QLineEdit*>()->setText(QString::fromStdString(rest));
         if (command == "return") pressReturn();
         if (command == "press") press(QString::fromStdString(rest));
         if (command == "values") {
@@ -121,7 +121,7 @@ private:
     }
 
     void pressReturn() {
-        auto* const field = window_.findChild<GW2TextField*>();
+        auto* const field = window_.findChild<QLineEdit*>();
         for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
             QKeyEvent event(type, Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r"));
             QApplication::sendEvent(field, &event);
