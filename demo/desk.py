@@ -130,9 +130,6 @@ class Game(Program):
     def typed(self, since=0):
         return "".join(event["text"] for event in self.keys(since))
 
-    def clicks(self):
-        return sum(1 for event in self.record() if event["event"] == "click")
-
     def has_focus(self):
         return active_window() == self.window
 

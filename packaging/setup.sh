@@ -38,7 +38,7 @@ desktop=(xvfb openbox picom dbus dbus-x11 xdotool xclip imagemagick x11-utils xa
 checks=(clang-format-19 clang-tidy git shellcheck tzdata)
 package=(dpkg-dev lintian desktop-file-utils appstream man-db groff fakeroot binutils file)
 bench=(libbenchmark-dev)
-fuzz=(clang)
+fuzz=(clang libclang-rt-dev)
 # Marco starts only with the settings' descriptions of MATE, kwin composes only with a GL driver.
 real=(wine wine64 gcc-mingw-w64-x86-64 kwin-x11 mutter marco mate-settings-daemon-common xfwm4 xfconf i3-wm libgl1-mesa-dri wmctrl
     x11-xserver-utils)
@@ -63,14 +63,6 @@ if ! command -v apt-get >/dev/null || ! command -v dpkg-query >/dev/null; then
         exit 1
     fi
     exit 0
-fi
-
-# The fuzzer's runtime is packaged by the compiler's version, which the package "clang" depends on: 14 on Debian 12, 18 on
-# Ubuntu 24.04.
-if [[ " $* " == *" fuzz "* ]]; then
-    version=$(apt-cache depends clang 2>/dev/null | sed -nE 's/.*Depends: clang-([0-9]+)$/\1/p' | head -n 1)
-    [[ -n $version ]] || version=$(. /etc/os-release && [[ $ID == ubuntu ]] && echo 18 || echo 14)
-    wanted+=("libclang-rt-$version-dev")
 fi
 
 missing=()

@@ -82,8 +82,11 @@ def package(report, build, folder):
     before = file.read_bytes()
     run(TOP / "packaging/linux/deb.sh", build, folder)
     report.check(file.read_bytes() == before, "made again, it is the same")
-    lint = ["lintian", "--fail-on", "error,warning", "--display-level", ">=warning"]
-    silent(report, "lintian has no error and no warning", *lint, *(["--allow-root"] if os.geteuid() == 0 else []), file)
+    lint = ["lintian", "--fail-on", "error", "--display-level", ">=warning"]
+    linted = run(*lint, *(["--allow-root"] if os.geteuid() == 0 else []), file)
+    # Newer ones ask the metadata's validator, whose remarks are looked at more closely below.
+    remarks = [line for line in (linted.stdout + linted.stderr).splitlines() if "appstream-metadata-validation-failed" not in line]
+    report.check(linted.returncode == 0 and not any(remarks), "lintian has no error and no warning", remarks)
     wanted = {field: run("dpkg-deb", "-f", file, field).stdout for field in ("Depends", "Recommends")}
     report.check("libqt6widgets6" in wanted["Depends"] and "webengine" not in wanted["Depends"],
                  "the toolkit is required, the web engine is not", wanted)
@@ -171,7 +174,8 @@ def font_notices(file):
 
 def licences(report, root, build):
     notice = " ".join((root.folder / "usr/share/doc/vantor/copyright").read_text().split())
-    embedded = build / "src/.rcc/vantor_faces.qrc"
+    # Qt 6.4 lists in .rcc what is embedded, 6.8 in .qt/rcc.
+    embedded = [*(build / "src").glob(".*/**/vantor_faces.qrc")][0]
     faces = [Path(face.text) for face in ElementTree.parse(embedded).getroot().iter("file")]
     faces = [face if face.is_absolute() else embedded.parent / face for face in faces]
     report.check(len(faces) == 3, "the embedded typefaces are known", faces)

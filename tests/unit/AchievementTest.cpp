@@ -183,7 +183,8 @@ TEST(AchievementBlock, ShowsOpenAchievementsFirstAndItemsByKindAndCount) {
     EXPECT_EQ(block.note, "2 names could not be loaded");
 
     EXPECT_TRUE(hasBlock(event));
-    event.rewards = EventRewards{{{}}, {{}}, {{}}, {{}}};
+    const std::vector<std::int64_t> none;
+    event.rewards = EventRewards{none, none, std::vector<ItemForAchievement>(), none};
     EXPECT_FALSE(hasBlock(event));
     EXPECT_TRUE(achievementBlock(event, progress, names).isEmpty());
 }

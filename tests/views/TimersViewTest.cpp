@@ -88,7 +88,7 @@ protected:
         column->addWidget(view);
         window_.resize(880, 480);
         window_.show();
-        QApplication::setActiveWindow(&window_);
+        window_.activateWindow();
         settle();
     }
 

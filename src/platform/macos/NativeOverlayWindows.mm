@@ -50,7 +50,9 @@ BOOL staysUnderThePointer(id, SEL) { return NO; }
 // Ours refuses; what of it is background the window itself knows, and is moved by that.
 void makeMovableByBackground(NSWindow* window, NSView* view) {
     const char types[] = { *@encode(BOOL), *@encode(id), *@encode(SEL), '\0' };
-    class_addMethod([view class], @selector(mouseDownCanMoveWindow), (IMP)staysUnderThePointer, types);
+    // A method is stored as one of another type, and called as what it is.
+    const IMP method = reinterpret_cast<IMP>(reinterpret_cast<void (*)()>(staysUnderThePointer));
+    class_addMethod([view class], @selector(mouseDownCanMoveWindow), method, types);
     [window setMovableByWindowBackground:YES];
 }
 
