@@ -77,7 +77,7 @@ SystemCapability keyringCapability(const AccountsCredentials& credentials) {
 }
 
 std::vector<SystemCapability> systemCapabilities(const std::vector<Capability>& found,
-                                                 const AccountsCredentials& credentials,
+                                                 const AccountsCredentials& credentials, Defaults& defaults,
                                                  const std::function<std::function<void()>(CapabilityKind)>& question) {
     std::vector<SystemCapability> capabilities;
     for (const Capability& each : found) {
