@@ -322,14 +322,6 @@ TEST_F(KeysTest, KeysInOwnWindowsReachTheLocalMonitorsOnlyAndMayBeSwallowed) {
     other.takeFocus();
     ASSERT_TRUE(globalSettles());
     EXPECT_EQ(global, std::vector<KeyEvent>());
-
-    // What another program was given is heard, though the focus is here by the time that the stream is read.
-    other.tap(8);
-    other.takeFocus(static_cast<xcb_window_t>(window->winId()));
-    ASSERT_TRUE(comesTrue([&] { return QGuiApplication::focusWindow() == window.get(); }));
-    other.takeFocus();
-    ASSERT_TRUE(globalSettles());
-    EXPECT_EQ(global, (std::vector<KeyEvent>{{keyDown, 8, 0, "c"}, {keyUp, 8, 0, "c"}}));
 }
 
 TEST_F(KeysTest, FollowsAChangeOfTheLayout) {

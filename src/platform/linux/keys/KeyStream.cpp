@@ -20,7 +20,6 @@ void KeyStream::restart() {
     ahead_.reset();
     keyboard_.reset();
     ownKeys_.reset();
-    focused_ = XCB_NONE;
     record_.clear();
     if (!connection_.get()) return;
     select();
@@ -46,15 +45,6 @@ void KeyStream::select() {
         xcb_xkb_select_events_aux(connection_.get(), XCB_XKB_ID_USE_CORE_KBD, events, 0, events, 0, 0, nullptr);
     }
     xcb_flush(connection_.get());
-}
-
-void KeyStream::followFocusOf(xcb_window_t window) {
-    constexpr std::uint32_t focus = XCB_EVENT_MASK_FOCUS_CHANGE;
-    xcb_change_window_attributes(connection_.get(), window, XCB_CW_EVENT_MASK, &focus);
-    // It may have it already where the connection is a new one.
-    const XReply<xcb_get_input_focus_reply_t> now(
-        xcb_get_input_focus_reply(connection_.get(), xcb_get_input_focus(connection_.get()), nullptr));
-    if (now && now->focus == window) focused_ = window;
 }
 
 void KeyStream::takeKeyboard() {
@@ -92,19 +82,7 @@ void KeyStream::handleKey(std::uint8_t xKeycode, bool down, std::uint32_t time,
     } else {
         keyboard_->update(xKeycode, down);
     }
-    handler({xKeycode, down, time, ownPost, focused_ != XCB_NONE,
-             ownPost ? std::nullopt : keyboard_->eventFor(xKeycode, down)});
-}
-
-// The server puts the focus's moves and the keys into one order, in which the answer to a question comes too late.
-void KeyStream::handleFocus(const xcb_focus_in_event_t& event, bool in) {
-    // A grab of the keyboard moves no focus, and the pointer's share in it is none of the window's own.
-    if (event.mode == XCB_NOTIFY_MODE_GRAB || event.mode == XCB_NOTIFY_MODE_UNGRAB) return;
-    if (event.detail >= XCB_NOTIFY_DETAIL_POINTER) return;
-    if (in)
-        focused_ = event.event;
-    else if (event.event == focused_ && event.detail != XCB_NOTIFY_DETAIL_INFERIOR)
-        focused_ = XCB_NONE;
+    handler({xKeycode, down, time, ownPost, ownPost ? std::nullopt : keyboard_->eventFor(xKeycode, down)});
 }
 
 void KeyStream::handleKeyboardNotice(const xcb_generic_event_t& event) {
@@ -146,8 +124,6 @@ void KeyStream::poll(const std::function<void(const StreamedKey&)>& handler) {
             if (key->event_type != XCB_INPUT_RAW_KEY_PRESS && key->event_type != XCB_INPUT_RAW_KEY_RELEASE) continue;
             handleKey(static_cast<std::uint8_t>(key->detail), key->event_type == XCB_INPUT_RAW_KEY_PRESS, key->time,
                       handler);
-        } else if (type == XCB_FOCUS_IN || type == XCB_FOCUS_OUT) {
-            handleFocus(*reinterpret_cast<const xcb_focus_in_event_t*>(event.get()), type == XCB_FOCUS_IN);
         } else if (connection_.hasKeyboard() && type == connection_.keyboardEventBase()) {
             handleKeyboardNotice(*event);
         }

@@ -19,8 +19,6 @@ struct StreamedKey {
     bool down = false;
     std::uint32_t time = 0;  // the server's, milliseconds; the same as in the event that a focused window gets
     bool ownPost = false;
-    // One of the windows that the focus is followed of had it when the key moved, and was given the key.
-    bool toOwnWindow = false;
     std::optional<KeyEvent> event;  // nothing for a key without a virtual key code, and for an own post
 };
 
@@ -30,8 +28,6 @@ public:
     KeyStream(const XConnection& connection, PostedKeyRecord& record);
 
     [[nodiscard]] bool available() const { return connection_.hasRawKeys() && !connection_.isLost(); }
-    // From now on, as long as the window exists.
-    void followFocusOf(xcb_window_t window);
     // After a renewal of the connection: listens again, and knows no more of the keys than the server does.
     void restart();
     // Handles what the server sent so far. Does not wait.
@@ -50,7 +46,6 @@ private:
     [[nodiscard]] XReply<xcb_generic_event_t> next();
     void handleKey(std::uint8_t xKeycode, bool down, std::uint32_t time,
                    const std::function<void(const StreamedKey&)>& handler);
-    void handleFocus(const xcb_focus_in_event_t& event, bool in);
     void handleKeyboardNotice(const xcb_generic_event_t& event);
 
     const XConnection& connection_;
@@ -58,7 +53,6 @@ private:
     XReply<xcb_generic_event_t> ahead_;        // the first of those read ahead
     std::optional<TrackedKeyboard> keyboard_;  // from the first key on
     std::bitset<256> ownKeys_;                 // of Vantor's posts, those that are down
-    xcb_window_t focused_ = XCB_NONE;          // of those that are followed
     bool stale_ = false;                       // the keymap has changed since
 };
 

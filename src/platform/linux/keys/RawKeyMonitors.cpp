@@ -56,7 +56,6 @@ void RawKeyMonitors::listen() {
         notifier_->setEnabled(false);
         notifier_.release()->deleteLater();
     }
-    for (const QWindow* const window : QGuiApplication::allWindows()) followFocusOf(*window);
     notifier_ = std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(connection_.get()), QSocketNotifier::Read);
     QObject::connect(notifier_.get(), &QSocketNotifier::activated, this, [this] {
         poll();
@@ -87,8 +86,14 @@ Subscription RawKeyMonitors::addLocalMonitor(KeyEventMask mask, LocalHandler han
     });
 }
 
-void RawKeyMonitors::followFocusOf(const QWindow& window) {
-    if (connection_.get() && window.handle()) stream_.followFocusOf(static_cast<xcb_window_t>(window.winId()));
+bool RawKeyMonitors::ownWindowHasFocus() const {
+    // Asked of the server: what the toolkit knows may be older than this key.
+    const XReply<xcb_get_input_focus_reply_t> focus(
+        xcb_get_input_focus_reply(connection_.get(), xcb_get_input_focus(connection_.get()), nullptr));
+    if (!focus) return false;
+    const auto windows = QGuiApplication::allWindows();
+    return std::any_of(windows.begin(), windows.end(),
+                       [&](QWindow* window) { return window->handle() && window->winId() == focus->focus; });
 }
 
 void RawKeyMonitors::poll() {
@@ -99,7 +104,7 @@ void RawKeyMonitors::poll() {
 }
 
 void RawKeyMonitors::handleStreamed(const StreamedKey& key) {
-    const bool dispatched = !key.ownPost && key.event && !key.toOwnWindow;
+    const bool dispatched = !key.ownPost && key.event && !ownWindowHasFocus();
     seen_.push_back({key, dispatched});
     if (seen_.size() > seenLimit) seen_.pop_front();
     if (dispatched) dispatchGlobally(KeyEvent(*key.event));
@@ -136,9 +141,6 @@ void RawKeyMonitors::tellModifiers(Qt::KeyboardModifiers held) {
 }
 
 bool RawKeyMonitors::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::PlatformSurface && watched->isWindowType() &&
-        static_cast<QPlatformSurfaceEvent*>(event)->surfaceEventType() == QPlatformSurfaceEvent::SurfaceCreated)
-        followFocusOf(*static_cast<QWindow*>(watched));
     if (event->type() == QEvent::MouseButtonPress && watched->isWindowType())
         tellModifiers(static_cast<QMouseEvent*>(event)->modifiers());
     const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;

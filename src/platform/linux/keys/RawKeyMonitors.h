@@ -16,7 +16,6 @@
 #include "platform/linux/keys/KeyStream.h"
 
 class QKeyEvent;
-class QWindow;
 
 namespace vantor {
 
@@ -50,7 +49,7 @@ private:
     void poll();
     void handleStreamed(const StreamedKey& key);
     void dispatchGlobally(const KeyEvent& event);
-    void followFocusOf(const QWindow& window);
+    [[nodiscard]] bool ownWindowHasFocus() const;
     // Takes it out, with all that came before it: the toolkit delivers in the same order.
     [[nodiscard]] std::optional<Seen> take(std::uint8_t xKeycode, bool down, std::uint32_t time);
     void tellModifiers(Qt::KeyboardModifiers held);
