@@ -58,8 +58,8 @@ void RawKeyMonitors::listen() {
         notifier_->setEnabled(false);
         notifier_.release()->deleteLater();
     }
-    for (const QWindow* const window : QGuiApplication::allWindows())
-        if (window->isVisible()) followFocusOf(*window);
+    followed_.clear();
+    for (const QWindow* const window : QGuiApplication::allWindows()) followFocusOf(*window);
     notifier_ = std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(connection_.get()), QSocketNotifier::Read);
     QObject::connect(notifier_.get(), &QSocketNotifier::activated, this, [this] {
         poll();
@@ -83,7 +83,11 @@ Subscription RawKeyMonitors::addLocalMonitor(KeyEventMask mask, LocalHandler han
 }
 
 void RawKeyMonitors::followFocusOf(const QWindow& window) {
-    if (connection_.get() && window.handle()) stream_.followFocusOf(static_cast<xcb_window_t>(window.winId()));
+    // The toolkit also knows the game's window, which ours belong to, and never exposes that.
+    if (!connection_.get() || !window.isExposed()) return;
+    const auto id = static_cast<xcb_window_t>(window.winId());
+    // Each picture may come with a notice.
+    if (followed_.insert(id).second) stream_.followFocusOf(id);
 }
 
 Subscription RawKeyMonitors::withholdWithCommand(KeyCode keyCode) {
@@ -140,8 +144,8 @@ void RawKeyMonitors::tellModifiers(Qt::KeyboardModifiers held) {
 }
 
 bool RawKeyMonitors::eventFilter(QObject* watched, QEvent* event) {
-    // Before it is mapped. The toolkit also knows the game's window, which ours belong to, and never shows that.
-    if (event->type() == QEvent::Show && watched->isWindowType()) followFocusOf(*static_cast<QWindow*>(watched));
+    // The server knows a window that it has exposed; one that is made now may still be on its way there.
+    if (event->type() == QEvent::Expose && watched->isWindowType()) followFocusOf(*static_cast<QWindow*>(watched));
     if (event->type() == QEvent::MouseButtonPress && watched->isWindowType())
         tellModifiers(static_cast<QMouseEvent*>(event)->modifiers());
     const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;

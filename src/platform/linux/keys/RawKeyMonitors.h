@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <deque>
 #include <memory>
+#include <set>
 
 #include "base/ObserverList.h"
 #include "platform/KeyMonitors.h"
@@ -66,6 +67,7 @@ private:
     QTimer nextTry_;
     Subscription renewal_;
     bool refusalTold_ = false;
+    std::set<std::uint32_t> followed_;  // windows of ours, by their numbers
     ObserverList<Monitor<GlobalHandler>> global_;
     ObserverList<Monitor<LocalHandler>> local_;
     std::deque<Seen> seen_;
