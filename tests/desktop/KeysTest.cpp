@@ -19,9 +19,7 @@
 #include <cstdlib>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "ComesTrue.h"
@@ -108,23 +106,6 @@ public:
     void lock(std::uint8_t modifiers) {
         xcb_xkb_latch_lock_state(server_.get(), XCB_XKB_ID_USE_CORE_KBD, 0xff, modifiers, 0, 0, 0, 0, 0);
         roundTrip();
-    }
-    // The shortest time, by the server's clock, from a press to a key that carries another group or other modifiers
-    // than the three that Wine keeps beside each key.
-    [[nodiscard]] int shortestLook() {
-        roundTrip();
-        int shortest = 1 << 30;
-        std::optional<xcb_key_press_event_t> last;
-        while (const XReply<xcb_generic_event_t> event{xcb_poll_for_event(server_.get())}) {
-            const auto& key = reinterpret_cast<const xcb_key_press_event_t&>(*event);
-            const auto type = event->response_type & 0x7f;
-            if (type != XCB_KEY_PRESS && type != XCB_KEY_RELEASE) continue;
-            if (last && ((last->state ^ key.state) & 0x60f8) != 0)
-                shortest = std::min(shortest, static_cast<int>(key.time - last->time));
-            const auto code = keyCodeOfX(key.detail);
-            if (type == XCB_KEY_PRESS && code && !isModifierKey(*code)) last = key;
-        }
-        return shortest;
     }
     // The text of the keys so far, read with the modifiers and group that each event carries.
     std::string typedText() {
@@ -392,6 +373,16 @@ TEST_F(KeysTest, KeysInOwnWindowsReachTheLocalMonitorsOnlyAndMayBeSwallowed) {
 TEST_F(KeysTest, KeepsAKeyWithSuperFromTheGameAndGivesTheKeyboardBackAtOnce) {
     auto withheld = monitors.withholdWithCommand(key_code::v);
     ASSERT_TRUE(withheld);
+    // Empty once it has seen just that.
+    const auto gameSees = [&](const std::string& expected) {
+        std::string seen;
+        const bool same = comesTrue([&] {
+            const std::string more = other.keysSeen();
+            seen += (seen.empty() || more.empty() ? "" : " ") + more;
+            return seen == expected;
+        });
+        return same ? std::string() : seen;
+    };
     for (const auto locked : std::to_array<std::uint8_t>({0, 2, 16, 18})) {  // Caps Lock, Num Lock, both
         for (const bool superFirst : {false, true}) {
             SCOPED_TRACE(std::to_string(locked) + (superFirst ? ", Super let go first" : ""));
@@ -405,8 +396,7 @@ TEST_F(KeysTest, KeepsAKeyWithSuperFromTheGameAndGivesTheKeyboardBackAtOnce) {
             EXPECT_TRUE(!superFirst || comesTrue([&] { return other.grabsSeen() >= 2; }));
             other.press(superFirst ? key_code::v : superKey, false);
             ASSERT_TRUE(globalSettles());
-            const std::string seen = other.keysSeen();
-            EXPECT_TRUE(seen.starts_with(superFirst ? "Super Super^ v^ " : "Super v^ Super^ ")) << seen;
+            EXPECT_EQ(gameSees(superFirst ? "Super Super^ v^ ? ?^" : "Super v^ Super^ ? ?^"), "");
             EXPECT_EQ(
                 std::count_if(global.begin(), global.end(),
                               [](const KeyEvent& each) { return each.type == keyUp && each.keyCode == key_code::v; }),
@@ -415,7 +405,7 @@ TEST_F(KeysTest, KeepsAKeyWithSuperFromTheGameAndGivesTheKeyboardBackAtOnce) {
     }
     other.lock(0);
     other.tap(key_code::v);
-    EXPECT_EQ(other.keysSeen(), "v v^") << "V by itself is the game's";
+    EXPECT_EQ(gameSees("v v^"), "") << "V by itself is the game's";
     withheld.reset();
     other.press(superKey, true);
     other.tap(key_code::v);
@@ -431,23 +421,6 @@ TEST_F(KeysTest, KeepsAKeyWithSuperFromTheGameAndGivesTheKeyboardBackAtOnce) {
     EXPECT_EQ(std::count(said.begin(), said.end(), '\n'), 1) << said;
     other.grabSuperV(false);
     EXPECT_TRUE(monitors.withholdWithCommand(key_code::v));
-}
-
-TEST_F(KeysTest, AGameThatLooksThirtyTimesASecondFindsNoTwoLevelsBehindOneLook) {
-    ASSERT_EQ(std::system("setxkbmap de,ru"), 0);
-    ASSERT_TRUE(layout.refresh());
-    (void)other.typedText();
-    {
-        const auto typing = poster.beginTyping();
-        for (const auto& each : strokesOfText(KeyMap::learn(layout), "a[B@@zфa")) {
-            std::this_thread::sleep_for(poster.pauseBefore(each));
-            ASSERT_EQ(poster.post(each), PostVerdict::posted);
-        }
-    }
-    settle();
-    // By the server's whole milliseconds.
-    EXPECT_GE(other.shortestLook(), 49);
-    ASSERT_EQ(std::system("setxkbmap us"), 0);
 }
 
 TEST_F(KeysTest, FollowsAChangeOfTheLayout) {

@@ -1,7 +1,7 @@
 // A small game of our own for Wine: a window without borders over the whole screen, or an ordinary one with --windowed.
 // It prints each thing it is given as one line: keys, characters, raw mouse, clicks, focus, minimised and restored.
 // Return opens and closes a chat line. --frame MS has it read its messages only every so often, as a game does between
-// two pictures; a line behind them tells whether it was in time, by half a picture.
+// two pictures; a line behind them tells whether it was in time, by a fifth of that or of a thirtieth of a second.
 // --place X,Y,WIDTH,HEIGHT says where it stands; --minimise-box lets it be minimised. WM_CLOSE ends it.
 
 #include <stdarg.h>
@@ -11,6 +11,7 @@
 #include <windows.h>
 
 #define SCENE RGB(20, 70, 50)
+#define PICTURE 33  // milliseconds
 
 static struct {
     BOOL open;
@@ -125,7 +126,7 @@ static BOOL readMessages(DWORD frame) {
         DispatchMessageW(&message);
     }
     // What it has read came since it last found nothing.
-    if (any) say(microseconds() - last < 1500 * (LONGLONG)frame ? "in time\n" : "late\n");
+    if (any) say(microseconds() - last < 1200 * (LONGLONG)max(frame, PICTURE) ? "in time\n" : "late\n");
     last = before;
     return TRUE;
 }

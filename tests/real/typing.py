@@ -22,7 +22,7 @@ import matrix
 from matrix import desk
 
 LAYOUTS = ("us", "de", "fr", "es", "ch", "pl")
-FRAMES = (0, 8, 16, 33, 50, 100)
+FRAMES = (1, 8, 16, 33, 50, 100)
 PROMISED = 33
 SHORT, LONG, ROUND = 150, 1000, 50  # characters that need AltGr
 RIGHT_OPTION = [61, 0]
@@ -82,7 +82,7 @@ def measure(vantor, layout, frame, count):
     subprocess.run(["setxkbmap", "-layout", layout], check=True, timeout=30)
     sampler = Sampler(vantor)
     wrong, in_time, sent = [], 0, ""
-    with matrix.WineGame(*(["--frame", str(frame)] if frame else [])) as game:
+    with matrix.WineGame("--frame", str(frame)) as game:
         while in_time < count and len(sent) < MOST * count:
             since = len(game.lines)
             text = sampler.text()

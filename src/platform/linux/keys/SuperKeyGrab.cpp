@@ -44,7 +44,7 @@ SuperKeyGrab::~SuperKeyGrab() {
 void SuperKeyGrab::listen() {
     while (const auto event = owned(xcb_wait_for_event(connection_.get()))) {
         if ((event->response_type & 0x7f) == XCB_KEY_PRESS) {
-            handlePress();
+            handlePress(reinterpret_cast<const xcb_key_press_event_t&>(*event).state);
         } else if (down_ && isRelease(*event)) {
             handleRelease();
         }
@@ -52,11 +52,16 @@ void SuperKeyGrab::listen() {
     }
 }
 
-void SuperKeyGrab::handlePress() {
+void SuperKeyGrab::handlePress(std::uint16_t modifiers) {
+    if (!down_ && (modifiers & superBit) == 0) {
+        // A new press, quicker than the end of the last one's grab: the application's own.
+        xcb_allow_events(connection_.get(), XCB_ALLOW_REPLAY_KEYBOARD, XCB_CURRENT_TIME);
+        return;
+    }
     if (!down_) {
         // Should Super go up first, the key repeats without it, and that is none of the application's either.
-        for (std::uint16_t modifiers = 0; modifiers < combinations; ++modifiers)
-            if ((modifiers & superBit) == 0) grab(modifiers);
+        for (std::uint16_t others = 0; others < combinations; ++others)
+            if ((others & superBit) == 0) grab(others);
         watchReleases(true);
         down_ = true;
     }

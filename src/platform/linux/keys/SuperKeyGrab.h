@@ -24,7 +24,7 @@ public:
 
 private:
     void listen();
-    void handlePress();
+    void handlePress(std::uint16_t modifiers);
     void handleRelease();
     [[nodiscard]] bool isRelease(const xcb_generic_event_t& event) const;
     [[nodiscard]] bool keyIsDown() const;
