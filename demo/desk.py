@@ -25,7 +25,6 @@ HOTKEY = ("Control_L", "Shift_L", "t")
 PASTE_KEYS = ("Super_L", "v")
 CAMERA_KEY = "H"
 ROLES = {"Vantor": "main", "Vantor icon": "icon", "Vantor emotes": "emoji", "Vantor watched events": "watched"}
-SUPER_CODE = 133  # X key code of the left Super key
 
 
 def enter_private_desktop():
@@ -128,13 +127,6 @@ class Game(Program):
 
     def typed(self, since=0):
         return "".join(event["text"] for event in self.keys(since))
-
-    def after_paste_keys(self):
-        """Presses the paste hotkey; the record's length once the game has seen the keys come up. What follows is pasted."""
-        seen = len(self.record())
-        press(*PASTE_KEYS)
-        wait_until(lambda: any(event["code"] == SUPER_CODE for event in self.keys(seen, down=False)))
-        return len(self.record())
 
     def has_focus(self):
         return active_window() == self.window

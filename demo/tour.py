@@ -63,7 +63,8 @@ def visit_scene(report, arguments, folder, vantor, scene):
 
 def paste(report, game, pictures):
     with desk.clipboard(CLIPBOARD_TEXT):
-        start = game.after_paste_keys()
+        start = len(game.record())
+        desk.press(*desk.PASTE_KEYS)
         desk.wait_until(lambda: len(game.typed(start)) >= len(CLIPBOARD_TEXT))
         desk.wait_until(game.keys_are_up)
         report.check(game.typed(start) == CLIPBOARD_TEXT, "the clipboard arrives in the game character for character",

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "app/HotkeyDispatcher.h"
+#include "platform/KeyClasses.h"
 
 namespace vantor {
 
@@ -63,6 +64,7 @@ ApiKeyCheck::Needs AppObserver::apiKeyCheckNeeds() const {
 
 void AppObserver::updateWindows() {
     for (const WindowStep& step : windowPlan(focus_.isCurrentApplicationEnabled(), visible_)) perform(step);
+    withholdPasteShortcut();
 }
 
 void AppObserver::toggleApp() {
@@ -105,6 +107,13 @@ void AppObserver::pasteClipboard() {
     (void)clipboardManager_.typeString(needs_.pasteboard.text());
 }
 
+void AppObserver::withholdPasteShortcut() {
+    const bool isOn = isPasteShortcutOn(
+        visible_, [this] { return focus_.isCurrentApplicationEnabled(); }, needs_.data.defaults);
+    if (!isOn) return pasteShortcut_.reset();
+    if (!pasteShortcut_) pasteShortcut_ = needs_.keyMonitors.withholdWithCommand(key_code::v);
+}
+
 void AppObserver::replayActionCamera() {
     const std::string keys = actionCameraText(needs_.data.defaults);
     if (!keys.empty()) clipboardManager_.pressReadableKeys(keys);
@@ -142,6 +151,7 @@ void AppObserver::registerKeyMonitors() {
         dispatch(event);
         return KeyMonitors::Passing::passOn;
     });
+    settingsObserver_ = needs_.data.defaults.observe([this](const std::string&) { withholdPasteShortcut(); });
 }
 
 }  // namespace vantor

@@ -82,6 +82,7 @@ private:
     void dispatch(const KeyEvent& event);
     void replayActionCamera();
     void pasteClipboard();
+    void withholdPasteShortcut();
     void perform(const WindowStep& step);
     [[nodiscard]] AppWindow* find(AppWindowName name) const;
     void registerKeyMonitors();
@@ -103,6 +104,8 @@ private:
     Subscription globalKeyUp_;
     Subscription globalKeyDown_;
     Subscription localKeyUp_;
+    Subscription pasteShortcut_;  // kept from the game while it pastes
+    Subscription settingsObserver_;
 };
 
 }  // namespace vantor

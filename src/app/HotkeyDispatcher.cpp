@@ -13,13 +13,16 @@ HotkeyDecision decideHotkey(const KeyEvent& event, bool visible, const std::func
     if (event.keyCode == key_code::escape) return {HotkeyAction::close, visible};
 
     const bool commandV = event.keyCode == key_code::v && (event.flags & modifier::command) != 0;
-    if (commandV && !visible && isApplicationEnabled() && defaults.get<bool>(settings::pasteClipboard).value_or(false))
-        return {HotkeyAction::paste, false};
+    if (commandV && isPasteShortcutOn(visible, isApplicationEnabled, defaults)) return {HotkeyAction::paste, false};
 
     const std::string text = readableKeyText(event);
     const bool toggles = defaults.get<std::string>(settings::windowToggleEvent) == text ||
                          defaults.get<std::string>(settings::windowToggleSecondaryEvent) == text;
     return toggles ? HotkeyDecision{HotkeyAction::toggle, true} : HotkeyDecision{};
+}
+
+bool isPasteShortcutOn(bool visible, const std::function<bool()>& isApplicationEnabled, const Defaults& defaults) {
+    return !visible && isApplicationEnabled() && defaults.get<bool>(settings::pasteClipboard).value_or(false);
 }
 
 std::string actionCameraText(const Defaults& defaults) {

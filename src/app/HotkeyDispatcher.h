@@ -24,6 +24,10 @@ struct HotkeyDecision {
 [[nodiscard]] HotkeyDecision decideHotkey(const KeyEvent& event, bool visible,
                                           const std::function<bool()>& isApplicationEnabled, const Defaults& defaults);
 
+// Whether the paste shortcut would paste now, and so is not the game's.
+[[nodiscard]] bool isPasteShortcutOn(bool visible, const std::function<bool()>& isApplicationEnabled,
+                                     const Defaults& defaults);
+
 // The readable keys of the game's action camera, without white space at its ends; empty when there is none to replay.
 [[nodiscard]] std::string actionCameraText(const Defaults& defaults);
 

@@ -26,6 +26,9 @@ public:
     // Handlers run in the order of their registration; the end of the subscription removes the monitor.
     virtual Subscription addGlobalMonitor(KeyEventMask mask, GlobalHandler handler) = 0;
     virtual Subscription addLocalMonitor(KeyEventMask mask, LocalHandler handler) = 0;
+    // Keeps the key together with Command from the application in front until the subscription ends; the monitors hear
+    // it all the same. Nothing where the system has no way to.
+    [[nodiscard]] virtual Subscription withholdWithCommand(KeyCode) { return {}; }
 };
 
 }  // namespace vantor

@@ -5,6 +5,11 @@
 #include <xcb/xcb.h>
 #include <xcb/xtest.h>
 
+// The header names a member `explicit`, which C++ reserves.
+#define explicit explicitMember
+#include <xcb/xkb.h>
+#undef explicit
+
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QEventLoop>
 #include <QtCore/QTimer>
@@ -19,6 +24,7 @@
 #include <vector>
 
 #include "input/KeyStrokes.h"
+#include "platform/KeyClasses.h"
 #include "platform/linux/keys/KeyCodes.h"
 #include "platform/linux/keys/RawKeyMonitors.h"
 #include "platform/linux/keys/XTestKeyPoster.h"
@@ -33,6 +39,7 @@ using namespace modifier;
 constexpr auto keyDown = KeyEventType::keyDown;
 constexpr auto keyUp = KeyEventType::keyUp;
 constexpr auto flagsChanged = KeyEventType::flagsChanged;
+constexpr KeyCode superKey = 55;
 constexpr KeyEventMask everyType = maskOf(keyDown) | maskOf(keyUp) | maskOf(flagsChanged);
 
 bool comesTrue(const std::function<bool()>& condition) {
@@ -49,7 +56,8 @@ bool comesTrue(const std::function<bool()>& condition) {
 class OtherClient {
 public:
     OtherClient() {
-        const std::uint32_t values[] = {1, XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_KEY_RELEASE};
+        const std::uint32_t values[] = {
+            1, XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_KEY_RELEASE | XCB_EVENT_MASK_FOCUS_CHANGE};
         xcb_create_window(server_.get(), XCB_COPY_FROM_PARENT, window_, server_.root(), 10, 10, 50, 50, 0,
                           XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT,
                           XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK, values);
@@ -85,6 +93,30 @@ public:
             xcb_query_keymap_reply(server_.get(), xcb_query_keymap(server_.get()), nullptr));
         return !down || std::any_of(std::begin(down->keys), std::end(down->keys), [](auto each) { return each != 0; });
     }
+    // The keys since it was last asked, as "v" for a press and "v^" for a release of the key V.
+    std::string keysSeen() {
+        readKeys();
+        return std::exchange(seen_, {});
+    }
+    // How often the keyboard was taken from this client, since the same moment.
+    int grabsSeen() {
+        readKeys();
+        return grabs_;
+    }
+    // Takes the key with Super, or lets it go.
+    void grabSuperV(bool wanted) {
+        if (wanted) {
+            xcb_grab_key(server_.get(), 0, server_.root(), XCB_MOD_MASK_4, *xKeycodeOf(key_code::v),
+                         XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+        } else {
+            xcb_ungrab_key(server_.get(), *xKeycodeOf(key_code::v), server_.root(), XCB_MOD_MASK_ANY);
+        }
+        roundTrip();
+    }
+    void lock(std::uint8_t modifiers) {
+        xcb_xkb_latch_lock_state(server_.get(), XCB_XKB_ID_USE_CORE_KBD, 0xff, modifiers, 0, 0, 0, 0, 0);
+        roundTrip();
+    }
     // The text of the keys so far, read with the modifiers and group that each event carries.
     std::string typedText() {
         roundTrip();
@@ -104,7 +136,22 @@ public:
 
 private:
     void roundTrip() { (void)focus(); }
+    void readKeys() {
+        roundTrip();
+        if (seen_.empty()) grabs_ = 0;
+        while (const XReply<xcb_generic_event_t> event{xcb_poll_for_event(server_.get())}) {
+            const auto type = event->response_type & 0x7f;
+            if (type == XCB_FOCUS_OUT)
+                grabs_ += reinterpret_cast<const xcb_focus_out_event_t&>(*event).mode == XCB_NOTIFY_MODE_GRAB;
+            if (type != XCB_KEY_PRESS && type != XCB_KEY_RELEASE) continue;
+            const auto key = reinterpret_cast<const xcb_key_press_event_t&>(*event).detail;
+            const char* name = key == *xKeycodeOf(key_code::v) ? "v" : key == *xKeycodeOf(superKey) ? "Super" : "?";
+            seen_ += (seen_.empty() ? "" : " ") + std::string(name) + (type == XCB_KEY_PRESS ? "" : "^");
+        }
+    }
 
+    std::string seen_;
+    int grabs_ = 0;
     XConnection server_;
     xcb_window_t window_ = xcb_generate_id(server_.get());
 };
@@ -324,6 +371,59 @@ TEST_F(KeysTest, KeysInOwnWindowsReachTheLocalMonitorsOnlyAndMayBeSwallowed) {
     EXPECT_EQ(global, std::vector<KeyEvent>());
 }
 
+TEST_F(KeysTest, KeepsAKeyWithSuperFromTheGameAndGivesTheKeyboardBackAtOnce) {
+    auto withheld = monitors.withholdWithCommand(key_code::v);
+    ASSERT_TRUE(withheld);
+    // Empty once it has seen just that.
+    const auto gameSees = [&](const std::string& expected) {
+        std::string seen;
+        const bool same = comesTrue([&] {
+            const std::string more = other.keysSeen();
+            seen += (seen.empty() || more.empty() ? "" : " ") + more;
+            return seen == expected;
+        });
+        return same ? std::string() : seen;
+    };
+    for (const auto locked : std::to_array<std::uint8_t>({0, 2, 16, 18})) {  // Caps Lock, Num Lock, both
+        for (const bool superFirst : {false, true}) {
+            SCOPED_TRACE(std::to_string(locked) + (superFirst ? ", Super let go first" : ""));
+            other.lock(locked);
+            (void)other.keysSeen();
+            global.clear();
+            other.press(superKey, true);
+            other.press(key_code::v, true);
+            other.press(superFirst ? superKey : key_code::v, false);
+            // The key repeats meanwhile, and is taken again.
+            EXPECT_TRUE(!superFirst || comesTrue([&] { return other.grabsSeen() >= 2; }));
+            other.press(superFirst ? key_code::v : superKey, false);
+            ASSERT_TRUE(globalSettles());
+            EXPECT_EQ(gameSees(superFirst ? "Super Super^ v^ ? ?^" : "Super v^ Super^ ? ?^"), "");
+            EXPECT_EQ(
+                std::count_if(global.begin(), global.end(),
+                              [](const KeyEvent& each) { return each.type == keyUp && each.keyCode == key_code::v; }),
+                1);
+        }
+    }
+    other.lock(0);
+    other.tap(key_code::v);
+    EXPECT_EQ(gameSees("v v^"), "") << "V by itself is the game's";
+    withheld.reset();
+    other.press(superKey, true);
+    other.tap(key_code::v);
+    other.press(superKey, false);
+    EXPECT_EQ(other.keysSeen(), "Super v v^ Super^");
+
+    // What another program holds stays its own; then all is as without.
+    other.grabSuperV(true);
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(monitors.withholdWithCommand(key_code::v));
+    EXPECT_FALSE(monitors.withholdWithCommand(key_code::v));
+    const std::string said = testing::internal::GetCapturedStderr();
+    EXPECT_EQ(std::count(said.begin(), said.end(), '\n'), 1) << said;
+    other.grabSuperV(false);
+    EXPECT_TRUE(monitors.withholdWithCommand(key_code::v));
+}
+
 TEST_F(KeysTest, FollowsAChangeOfTheLayout) {
     const auto characters = [&](KeyCode code) {
         global.clear();
@@ -331,7 +431,7 @@ TEST_F(KeysTest, FollowsAChangeOfTheLayout) {
         EXPECT_TRUE(globalSettles());
         return global.empty() ? std::string() : global.front().charactersWithoutModifiers;
     };
-    const auto setLayout = [](const char* layout) { return std::system((std::string("setxkbmap ") + layout).c_str()); };
+    const auto setLayout = [](const char* name) { return std::system((std::string("setxkbmap ") + name).c_str()); };
     EXPECT_EQ(characters(6), "z");
     ASSERT_EQ(setLayout("de"), 0);
     EXPECT_EQ(characters(6), "y");

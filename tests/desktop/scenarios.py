@@ -76,9 +76,11 @@ def player_keys(report, arguments, folder):
         report.check(game.has_focus(), "the game has the focus again")
 
         with desk.clipboard(PASTED):
-            start = game.after_paste_keys()
+            start = len(game.record())
+            desk.press(*desk.PASTE_KEYS)
             desk.wait_until(lambda: len(game.typed(start)) >= len(PASTED))
-            report.check(game.typed(start) == PASTED, "every printable character is pasted", repr(game.typed(start)))
+            report.check(game.typed(start) == PASTED, "every printable character is pasted, and nothing before it",
+                         repr(game.typed(start)))
         report.check(desk.wait_until(game.keys_are_up), "no key is left down")
         report.check(not vantor.unexpected_lines(), "nothing unexpected is printed", vantor.lines)
 

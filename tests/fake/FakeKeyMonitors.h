@@ -22,6 +22,11 @@ public:
         return add({false, mask, std::move(handler)});
     }
 
+    [[nodiscard]] Subscription withholdWithCommand(KeyCode) override {
+        ++*withheld;
+        return Subscription([counted = withheld] { --*counted; });
+    }
+
     void pressInGame(const KeyEvent& event) { (void)send(true, event); }
     [[nodiscard]] Passing pressInVantor(const KeyEvent& event) { return send(false, event); }
 
@@ -31,6 +36,7 @@ public:
         LocalHandler handler;  // empty once removed
     };
     std::vector<std::shared_ptr<Monitor>> monitors;
+    std::shared_ptr<int> withheld = std::make_shared<int>(0);  // how often at present
 
 private:
     Subscription add(Monitor monitor) {

@@ -227,6 +227,7 @@ TEST_F(AppObserverTest, PastesOnlyIntoTheGameWhileClosed) {
     release(keyV, modifier::command, "v");
     EXPECT_TRUE(pause.waits.empty());
     EXPECT_EQ(pasteboard.reads, 0);
+    EXPECT_EQ(*monitors.withheld, 0);
 
     workspace.inner.bringToFront(game);
     release(keyV, modifier::command, "v");
@@ -235,6 +236,19 @@ TEST_F(AppObserverTest, PastesOnlyIntoTheGameWhileClosed) {
     EXPECT_EQ(pasteboard.reads, 1);
     EXPECT_EQ(poster.posted.size(), 4U);
     EXPECT_FALSE(observer().visible());
+
+    // What pastes is kept from the game, and nothing else.
+    EXPECT_EQ(*monitors.withheld, 1);
+    observer().openOverlay();
+    EXPECT_EQ(*monitors.withheld, 0);
+    observer().closePressed();
+    EXPECT_EQ(*monitors.withheld, 1);
+    ASSERT_EQ(defaults.setValue(settings::pasteClipboard, false), Defaults::Verdict::stored);
+    EXPECT_EQ(*monitors.withheld, 0);
+    ASSERT_EQ(defaults.setValue(settings::pasteClipboard, true), Defaults::Verdict::stored);
+    EXPECT_EQ(*monitors.withheld, 1);
+    observer().toggleApp();
+    EXPECT_EQ(*monitors.withheld, 0);
 }
 
 TEST_F(AppObserverTest, PublishesTheTimelineAndFollowsTheZone) {

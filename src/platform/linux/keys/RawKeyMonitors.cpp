@@ -11,9 +11,12 @@
 #include <QWindow>
 #include <algorithm>
 #include <chrono>
+#include <cstdio>
 #include <utility>
 
 #include "platform/KeyClasses.h"
+#include "platform/linux/keys/KeyCodes.h"
+#include "platform/linux/keys/SuperKeyGrab.h"
 
 namespace vantor {
 namespace {
@@ -84,6 +87,17 @@ Subscription RawKeyMonitors::addLocalMonitor(KeyEventMask mask, LocalHandler han
     return Subscription([self = QPointer(this), number] {
         if (self) self->local_.erase(number);
     });
+}
+
+Subscription RawKeyMonitors::withholdWithCommand(KeyCode keyCode) {
+    const auto xKeycode = xKeycodeOf(keyCode);
+    if (!xKeycode || !available()) return {};
+    auto grab = std::make_shared<SuperKeyGrab>(*xKeycode);
+    if (grab->holds()) return Subscription([grab]() mutable { grab.reset(); });
+    if (!std::exchange(refusalTold_, true))
+        std::fputs("vantor: another program holds Super with the key that pastes, so the game gets that key too\n",
+                   stderr);
+    return {};
 }
 
 bool RawKeyMonitors::ownWindowHasFocus() const {

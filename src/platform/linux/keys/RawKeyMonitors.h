@@ -1,8 +1,8 @@
 #pragma once
 // The key monitors on X11. The global ones get the raw stream while another application has the focus; the local ones
 // get what the toolkit delivers to Vantor's own windows, where they may swallow it. No key reaches both, Vantor's own
-// posts reach none, and nothing is grabbed. A lost connection is renewed, if need be by trying each second. Main
-// thread.
+// posts reach none, and none is kept from anyone but on request. A lost connection is renewed, if need be by trying
+// each second. Main thread.
 
 #include <QtCore/QObject>
 #include <QtCore/QSocketNotifier>
@@ -26,6 +26,7 @@ public:
 
     Subscription addGlobalMonitor(KeyEventMask mask, GlobalHandler handler) override;
     Subscription addLocalMonitor(KeyEventMask mask, LocalHandler handler) override;
+    Subscription withholdWithCommand(KeyCode keyCode) override;
     // False without raw events, and while the connection is lost.
     [[nodiscard]] bool available() const { return stream_.available(); }
 
@@ -61,6 +62,7 @@ private:
     std::unique_ptr<QSocketNotifier> notifier_;
     QTimer nextTry_;
     Subscription renewal_;
+    bool refusalTold_ = false;
     int next_ = 0;
     std::map<int, Monitor<GlobalHandler>> global_;
     std::map<int, Monitor<LocalHandler>> local_;
