@@ -38,6 +38,7 @@ void learnKeyMap(benchmark::State& state, const char* name) {
 BENCHMARK_CAPTURE(learnKeyMap, us, "us")->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(learnKeyMap, de, "de")->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(learnKeyMap, ru, "ru")->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(learnKeyMap, four, "ru,us,de,gr")->Unit(benchmark::kMillisecond);
 
 void decideStrokes(benchmark::State& state) {
     const auto map = KeyMap::learn(XkbKeyboardLayout("us", ""));
@@ -50,7 +51,8 @@ void typeHundredStrokes(benchmark::State& state, KeyPoster& poster) {
     FakeKeyMonitors monitors;
     FakeWorkspace workspace;
     SystemPause pause;
-    ClipboardManager manager(XkbKeyboardLayout("us", ""), poster, monitors, workspace, pause);
+    XkbKeyboardLayout layout("us", "");
+    ClipboardManager manager(layout, poster, monitors, workspace, pause);
     const std::string text(50, 'a');  // 50 downs and 50 ups
     constexpr double pauses = 100 * 0.008;
     double total = 0;
@@ -76,7 +78,8 @@ void typeThroughServer(benchmark::State& state) {
     if (!connection.hasTest() || !qEnvironmentVariableIsSet("VANTOR_PRIVATE_DESKTOP"))
         return state.SkipWithError("no private desktop: it would type into yours");
     PostedKeyRecord record;
-    XTestKeyPoster poster(connection, record);
+    const XkbKeyboardLayout layout(connection);
+    XTestKeyPoster poster(connection, record, layout);
     typeHundredStrokes(state, poster);
 }
 BENCHMARK(typeThroughServer)->UseManualTime()->Iterations(3)->Unit(benchmark::kMillisecond);

@@ -56,6 +56,7 @@ public:
     [[nodiscard]] std::optional<Translation> translate(KeyCode keyCode, ModifierFlags flags) const override {
         return layout_.translate(keyCode, flags);
     }
+    [[nodiscard]] std::vector<std::unique_ptr<KeyboardLayout>> others() const override { return layout_.others(); }
 
 private:
     XConnection connection_;

@@ -75,8 +75,11 @@ int actOnFocusedApplication(const Operation& operation) {
     const backend::Keys keys = typing->keys();
     SystemPause pause;
     ClipboardManager clipboardManager(keys.layout, keys.poster, keys.monitors, keys.workspace, pause);
-    operation(clipboardManager);
-    return 0;
+    const ClipboardManager::Missing missing = operation(clipboardManager);
+    if (missing.unknown > 0)
+        std::fprintf(stderr, "vantor: the keyboard layout has no key for %zu of what was to be typed\n",
+                     missing.unknown);
+    return missing.lost ? complain("the keyboard did not take every key, so what was to be typed is not whole") : 0;
 }
 
 // For the settings panel, which has the accounts at hand.
@@ -231,10 +234,10 @@ std::optional<int> runCommand(const CommandLine& line) {
             return printKeyMap();
         } else if constexpr (std::is_same_v<Command, TypeText>) {
             const std::string text = textOrStandardInput(command.text);
-            return actOnFocusedApplication([&](ClipboardManager& keys) { keys.typeString(text); });
+            return actOnFocusedApplication([&](ClipboardManager& keys) { return keys.type(text); });
         } else if constexpr (std::is_same_v<Command, PressText>) {
             const std::string text = textOrStandardInput(command.text);
-            return actOnFocusedApplication([&](ClipboardManager& keys) { keys.pressReadableKeys(text); });
+            return actOnFocusedApplication([&](ClipboardManager& keys) { return keys.pressReadableKeys(text); });
         } else if constexpr (std::is_same_v<Command, ChangeSettings>) {
             return runChangeSettings(command, *defaults(), std::cin, std::cerr);
         } else if constexpr (std::is_same_v<Command, AskRunning>) {

@@ -116,7 +116,7 @@ void AppObserver::withholdPasteShortcut() {
 
 void AppObserver::replayActionCamera() {
     const std::string keys = actionCameraText(needs_.data.defaults);
-    if (!keys.empty()) clipboardManager_.pressReadableKeys(keys);
+    if (!keys.empty()) (void)clipboardManager_.pressReadableKeys(keys);
 }
 
 void AppObserver::perform(const WindowStep& step) {

@@ -31,7 +31,7 @@ public:
         GameData::Needs data;
         KeyMonitors& keyMonitors;
         KeyPoster& keyPoster;
-        const KeyboardLayout& keyboardLayout;
+        KeyboardLayout& keyboardLayout;
         Workspace& workspace;
         StatusItem& statusItem;
         Pasteboard& pasteboard;

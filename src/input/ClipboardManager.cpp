@@ -12,9 +12,10 @@ constexpr std::chrono::milliseconds focusPatience{250};
 
 }  // namespace
 
-ClipboardManager::ClipboardManager(const KeyboardLayout& layout, KeyPoster& poster, KeyMonitors& monitors,
+ClipboardManager::ClipboardManager(KeyboardLayout& layout, KeyPoster& poster, KeyMonitors& monitors,
                                    Workspace& workspace, Pause& pause)
-    : keyMap_(KeyMap::learn(layout)),
+    : layout_(layout),
+      keyMap_(KeyMap::learn(layout)),
       poster_(poster),
       workspace_(workspace),
       pause_(pause),
@@ -24,30 +25,41 @@ ClipboardManager::ClipboardManager(const KeyboardLayout& layout, KeyPoster& post
       })) {}
 
 std::string ClipboardManager::typeString(const std::string& text) {
-    handBackFocus();
-    post(strokesOfText(keyMap_, text));
+    (void)type(text);
     return "typed in app";
 }
 
-void ClipboardManager::pressReadableKeys(const std::string& combination) {
-    handBackFocus();
-    post(strokesOfReadableKeys(keyMap_, combination));
+ClipboardManager::Missing ClipboardManager::type(const std::string& text) {
+    prepare();
+    const bool whole = post(strokesOfText(keyMap_, text));
+    return {untypableCharacters(keyMap_, text), !whole};
 }
 
-void ClipboardManager::handBackFocus() {
+ClipboardManager::Missing ClipboardManager::pressReadableKeys(const std::string& combination) {
+    prepare();
+    const bool whole = post(strokesOfReadableKeys(keyMap_, combination));
+    return {unknownParts(keyMap_, combination), !whole};
+}
+
+void ClipboardManager::prepare() {
     workspace_.hideAndUnhideWithoutActivation();
     // Our windows do not hear of a release that happens while another application has the keyboard.
     shiftPressed_ = false;
     static_cast<void>(workspace_.awaitFocusReturned(focusPatience));
+    if (layout_.refresh()) keyMap_ = KeyMap::learn(layout_);
 }
 
-void ClipboardManager::post(const std::vector<PostedKey>& strokes) {
+bool ClipboardManager::post(const std::vector<PostedKey>& strokes) {
     const auto typing = poster_.beginTyping();
+    bool whole = true;
     for (const PostedKey& each : strokes) {
+        const PostVerdict verdict = poster_.post(each);
+        whole = whole && verdict == PostVerdict::posted;
         // A post that fails ends nothing: the releases behind it must still go out. Unless none can.
-        if (poster_.post(each) == PostVerdict::lost) return;
+        if (verdict == PostVerdict::lost) return false;
         pause_.wait(pauseAfterPost);
     }
+    return whole;
 }
 
 }  // namespace vantor

@@ -55,6 +55,18 @@ KeyMap KeyMap::learn(const KeyboardLayout& layout) {
     KeyMap map;
     map.offer("\n", {{key_code::keypadEnter, 0}});
     map.offer("\t", {{key_code::tab, 0}});
+    map.probe(layout, 0);
+    std::uint8_t number = 0;
+    for (const auto& other : layout.others()) {
+        KeyMap lesser;
+        lesser.probe(*other, ++number);
+        for (auto& [text, keys] : lesser.entries_)
+            if (!map.find(text)) map.offer(text, std::move(keys));
+    }
+    return map;
+}
+
+void KeyMap::probe(const KeyboardLayout& layout, std::uint8_t number) {
     for (KeyCode code = 0; code < keyCodeCount; ++code) {
         if (std::find(unprobedKeys.begin(), unprobedKeys.end(), code) != unprobedKeys.end()) continue;
         std::string first;
@@ -64,14 +76,13 @@ KeyMap KeyMap::learn(const KeyboardLayout& layout) {
             if (!translation || translation->characters.empty() || translation->characters == first) continue;
             if (first.empty()) first = translation->characters;
 
-            MappedKeys keys = {{code, flags}};
-            if (translation->flags & modifier::shift) keys.push_back({key_code::shift, 0});
-            if (translation->flags & modifier::control) keys.push_back({key_code::control, 0});
-            if (translation->flags & modifier::option) keys.push_back({key_code::rightOption, 0});
-            map.offer(translation->characters + (isKeypadKey(code) ? " [NUM]" : ""), std::move(keys));
+            MappedKeys keys = {{code, flags, number}};
+            if (translation->flags & modifier::shift) keys.push_back({key_code::shift, 0, number});
+            if (translation->flags & modifier::control) keys.push_back({key_code::control, 0, number});
+            if (translation->flags & modifier::option) keys.push_back({key_code::rightOption, 0, number});
+            offer(translation->characters + (isKeypadKey(code) ? " [NUM]" : ""), std::move(keys));
         }
     }
-    return map;
 }
 
 void KeyMap::offer(const std::string& text, MappedKeys keys) {
@@ -96,7 +107,9 @@ std::string keyMapJson(const KeyMap& map) {
         out += ": [";
         for (std::size_t at = 0; at < keys.size(); ++at) {
             if (at > 0) out += ", ";
-            out += '[' + std::to_string(keys[at].keyCode) + ", " + std::to_string(keys[at].flags) + ']';
+            out += '[' + std::to_string(keys[at].keyCode) + ", " + std::to_string(keys[at].flags);
+            if (keys[at].layout) out += ", " + std::to_string(keys[at].layout);
+            out += ']';
         }
         out += ']';
     }

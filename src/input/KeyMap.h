@@ -1,7 +1,8 @@
 #pragma once
 // Which keys type a text: for everything that one key press can produce, the cheapest key with its modifiers. Learned
-// once from the layout in force. A plain value, any thread.
+// from the layout in force, and for what that one lacks from the keyboard's other layouts. A plain value, any thread.
 
+#include <cstdint>
 #include <map>
 #include <string>
 #include <vector>
@@ -14,6 +15,7 @@ namespace vantor {
 struct MappedKey {
     KeyCode keyCode = 0;
     ModifierFlags flags = 0;
+    std::uint8_t layout = 0;  // as in PostedKey
 
     bool operator==(const MappedKey&) const = default;
 };
@@ -32,13 +34,15 @@ public:
     [[nodiscard]] const std::map<std::string, MappedKeys>& entries() const { return entries_; }
 
 private:
+    void probe(const KeyboardLayout& layout, std::uint8_t number);
     void offer(const std::string& text, MappedKeys keys);
 
     std::map<std::string, MappedKeys> entries_;
     std::map<std::string, std::string> textOfNormal_;
 };
 
-// {"text": [[keyCode, flags], ...], ...} in the order of the entries, control characters escaped.
+// {"text": [[keyCode, flags], ...], ...} in the order of the entries, control characters escaped. A key of another
+// layout than the one in force has the layout's number as its third value.
 [[nodiscard]] std::string keyMapJson(const KeyMap& map);
 
 }  // namespace vantor

@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <algorithm>
 #include <optional>
 
 #include "data/Graphemes.h"
@@ -11,8 +12,27 @@ namespace vantor {
 namespace {
 
 void appendPress(std::vector<PostedKey>& strokes, const MappedKeys& keys) {
-    for (auto each = keys.rbegin(); each != keys.rend(); ++each) strokes.push_back({each->keyCode, each->flags, true});
-    for (const MappedKey& each : keys) strokes.push_back({each.keyCode, each.flags, false});
+    for (auto each = keys.rbegin(); each != keys.rend(); ++each)
+        strokes.push_back({each->keyCode, each->flags, true, each->layout});
+    for (const MappedKey& each : keys) strokes.push_back({each.keyCode, each.flags, false, each.layout});
+}
+
+// Empty for a character that cannot be typed.
+std::vector<const MappedKeys*> keysOfCharacter(const KeyMap& map, const QString& character) {
+    if (const MappedKeys* keys = map.find(character.toStdString())) return {keys};
+    // One line break, which two keys would make two.
+    if (character == QStringLiteral("\r\n")) return {};
+    std::vector<const MappedKeys*> found;
+    for (const char32_t code : character.toStdU32String()) {
+        const MappedKeys* keys = map.find(QString::fromUcs4(&code, 1).toStdString());
+        if (!keys) return {};
+        found.push_back(keys);
+    }
+    return found;
+}
+
+QStringList partsOf(const std::string& combination) {
+    return QString::fromStdString(combination).split(QStringLiteral(" + "));
 }
 
 std::optional<MappedKey> keyOfPart(const KeyMap& map, const QString& part) {
@@ -26,17 +46,36 @@ std::optional<MappedKey> keyOfPart(const KeyMap& map, const QString& part) {
 std::vector<PostedKey> strokesOfText(const KeyMap& map, const std::string& text) {
     std::vector<PostedKey> strokes;
     for (const QString& character : graphemes(QString::fromStdString(text)))
-        if (const MappedKeys* keys = map.find(character.toStdString())) appendPress(strokes, *keys);
+        for (const MappedKeys* keys : keysOfCharacter(map, character)) appendPress(strokes, *keys);
     return strokes;
 }
 
 std::vector<PostedKey> strokesOfReadableKeys(const KeyMap& map, const std::string& combination) {
     MappedKeys keys;
-    for (const QString& part : QString::fromStdString(combination).split(QStringLiteral(" + ")))
-        if (const auto key = keyOfPart(map, part)) keys.push_back(*key);
+    std::uint8_t layout = 0;
+    for (const QString& part : partsOf(combination)) {
+        const auto key = keyOfPart(map, part);
+        if (!key) continue;
+        keys.push_back(*key);
+        layout = std::max(layout, key->layout);
+    }
+    // One layout for all: a switch between them would change what is held.
+    for (MappedKey& each : keys) each.layout = layout;
     std::vector<PostedKey> strokes;
     appendPress(strokes, keys);
     return strokes;
+}
+
+std::size_t untypableCharacters(const KeyMap& map, const std::string& text) {
+    const auto characters = graphemes(QString::fromStdString(text));
+    return static_cast<std::size_t>(std::count_if(
+        characters.begin(), characters.end(), [&](const QString& each) { return keysOfCharacter(map, each).empty(); }));
+}
+
+std::size_t unknownParts(const KeyMap& map, const std::string& combination) {
+    const QStringList parts = partsOf(combination);
+    return static_cast<std::size_t>(
+        std::count_if(parts.begin(), parts.end(), [&](const QString& each) { return !keyOfPart(map, each); }));
 }
 
 }  // namespace vantor

@@ -1,6 +1,7 @@
 #pragma once
 // What is posted for a text or for a readable key combination, as a plain list. Pure, any thread.
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -9,10 +10,15 @@
 
 namespace vantor {
 
-// Each user-perceived character in turn; one that no key press types is left out.
+// Each user-perceived character in turn: by the key that types it, else by those that type its code points, as a letter
+// and its marks. One that neither types is left out.
 [[nodiscard]] std::vector<PostedKey> strokesOfText(const KeyMap& map, const std::string& text);
 
 // The parts between " + "; one that names no key is left out. The last part goes down first, the first part up first.
 [[nodiscard]] std::vector<PostedKey> strokesOfReadableKeys(const KeyMap& map, const std::string& combination);
+
+// How many are left out: characters of the text, and parts of the combination.
+[[nodiscard]] std::size_t untypableCharacters(const KeyMap& map, const std::string& text);
+[[nodiscard]] std::size_t unknownParts(const KeyMap& map, const std::string& combination);
 
 }  // namespace vantor

@@ -1,8 +1,10 @@
 #pragma once
 // What the keyboard layout in force makes of a key. Main thread.
 
+#include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "platform/Keys.h"
 
@@ -19,6 +21,10 @@ public:
 
     // Nothing when the key does not exist, is no key-down, or gives no characters (dead keys among them).
     [[nodiscard]] virtual std::optional<Translation> translate(KeyCode keyCode, ModifierFlags flags) const = 0;
+    // Those that the keyboard can be switched to beside the one in force. Each lives by itself.
+    [[nodiscard]] virtual std::vector<std::unique_ptr<KeyboardLayout>> others() const { return {}; }
+    // Reads the layout anew where the keyboard has got another; true then, and what was learned holds no more.
+    [[nodiscard]] virtual bool refresh() { return false; }
 };
 
 }  // namespace vantor

@@ -42,6 +42,9 @@ struct PostedKey {
     KeyCode keyCode = 0;
     ModifierFlags flags = 0;
     bool down = true;
+    // Which of the keyboard's layouts the key is meant in: 0 is the one that was learned as in force, the others are
+    // KeyboardLayout::others() from 1 on.
+    std::uint8_t layout = 0;
 
     bool operator==(const PostedKey&) const = default;
 };

@@ -115,7 +115,8 @@ TEST_F(HotkeyCaptureTest, ModifiersAloneAndOwnPostsCaptureNothing) {
         // The next key shows that this one is through.
         EXPECT_EQ(captured(xkey::v), "V");
     }
-    XTestKeyPoster poster(connection, record);
+    const XkbKeyboardLayout layout(connection);
+    XTestKeyPoster poster(connection, record, layout);
     for (const bool down : {true, false}) ASSERT_EQ(poster.post({0, 0, down}), PostVerdict::posted);
     ASSERT_TRUE(comesTrue([&] { return popup.pressed == 5; })) << "the post does not arrive";
     EXPECT_EQ(capture.newEvent(), "V");

@@ -230,7 +230,8 @@ protected:
     OtherClient& other = otherClient();
     XConnection connection;
     PostedKeyRecord record;
-    XTestKeyPoster poster{connection, record};
+    XkbKeyboardLayout layout{connection};
+    XTestKeyPoster poster{connection, record, layout};
     RawKeyMonitors monitors{connection, record};
     std::vector<KeyEvent> global;
     std::vector<KeyEvent> local;
@@ -445,7 +446,7 @@ TEST_F(KeysTest, FollowsAChangeOfTheLayout) {
 
 TEST_F(KeysTest, ReleasesWhatItHoldsWhenItEnds) {
     {
-        XTestKeyPoster shortLived(connection, record);
+        XTestKeyPoster shortLived(connection, record, layout);
         ASSERT_EQ(shortLived.post({56, 0, true}), PostVerdict::posted);
     }
     settle();
@@ -544,10 +545,11 @@ TEST(KeysWithoutADisplay, AreNamedAbsentAndHarmless) {
     EXPECT_EQ(connection.verdict(), XConnection::Verdict::noDisplay);
     EXPECT_FALSE(connection.hasTest() || connection.hasRawKeys() || connection.hasKeyboard());
     PostedKeyRecord record;
-    XTestKeyPoster poster(connection, record);
+    const XkbKeyboardLayout layout(connection);
+    XTestKeyPoster poster(connection, record, layout);
     EXPECT_EQ(poster.post({0, 0, true}), PostVerdict::unavailable);
     EXPECT_TRUE(record.empty());
-    EXPECT_FALSE(XkbKeyboardLayout(connection).available());
+    EXPECT_FALSE(layout.available());
     RawKeyMonitors monitors(connection, record);
     EXPECT_FALSE(monitors.available());
     auto subscription = monitors.addGlobalMonitor(everyType, [](const KeyEvent&) {});

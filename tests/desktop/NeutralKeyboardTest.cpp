@@ -120,6 +120,23 @@ TEST_F(NeutralKeyboardTest, TypesInTheGroupThatItLearnedAndLeavesThePlayersSwitc
     EXPECT_EQ(player.state().lockedGroup, 0);
 }
 
+TEST_F(NeutralKeyboardTest, TypesInEveryGroupAndFollowsANewLayout) {
+    setLayout("us,ru");
+    player.lockGroup(1);
+    Typist typist;
+    ASSERT_EQ(typist.layout.group(), 1U);
+    typist.type("Щит [&AgEAWgAA=] 5@ щ");
+    EXPECT_EQ(player.typedText(), "Щит [&AgEAWgAA=] 5@ щ");
+    EXPECT_EQ(player.state(), (KeyboardState{0, 0, 0, 1, 1}));
+    player.lockGroup(0);
+    EXPECT_FALSE(typist.layout.refresh()) << "a switch of the group is no other layout";
+    setLayout("de");
+    EXPECT_TRUE(typist.layout.refresh());
+    typist.map = KeyMap::learn(typist.layout);
+    typist.type("zß@");
+    EXPECT_EQ(player.typedText(), "zß@");
+}
+
 TEST_F(NeutralKeyboardTest, WhatThePlayerDoesInMidTextSpoilsNothingAndCountsAfterwards) {
     using Act = std::function<void(Player&)>;
     const auto holding = [](std::uint8_t key) { return [key](Player& hand) { hand.press(key, true); }; };
@@ -132,7 +149,8 @@ TEST_F(NeutralKeyboardTest, WhatThePlayerDoesInMidTextSpoilsNothingAndCountsAfte
     const Act nothing = [](Player&) {};
     const Act capsOn = [](Player& hand) { hand.lock(xmod::caps); };
     const Act tapCaps = [](Player& hand) { hand.tap(xkey::capsLock); };
-    const Act secondGroup = [](Player& hand) { hand.lockGroup(1); };
+    // As a key does it: from the group that is in force, which may be Vantor's.
+    const Act otherGroup = [](Player& hand) { hand.lockGroup(hand.state().lockedGroup ^ 1); };
     const Row rows[] = {
         {"Shift", nothing, holding(xkey::shiftLeft), {}},
         {"the other Shift", nothing, holding(xkey::shiftRight), {}},
@@ -143,14 +161,14 @@ TEST_F(NeutralKeyboardTest, WhatThePlayerDoesInMidTextSpoilsNothingAndCountsAfte
         {"Caps Lock goes off", capsOn, tapCaps, {}},
         {"Caps Lock held down", nothing, holding(xkey::capsLock), {0, 0, xmod::caps, 0, 0}},
         {"Num Lock", nothing, [](Player& hand) { hand.tap(xkey::numLock); }, {0, 0, xmod::num, 0, 0}},
-        {"the group goes on", nothing, secondGroup, {0, 0, 0, 1, 1}},
-        {"the group goes back", secondGroup, secondGroup, {}},
+        {"the group goes on", nothing, otherGroup, {0, 0, 0, 1, 1}},
+        {"the group goes back", otherGroup, otherGroup, {}},
         {"Shift latched", nothing, [](Player& hand) { hand.latch(xmod::shift); }, {}},
     };
     Typist typist;
-    const std::string typed = "aB%z";
+    const std::string typed = "aB%ß@z";  // the ß is the other group's
     const std::size_t posts = strokesOfText(typist.map, typed).size();
-    ASSERT_EQ(posts, 12U);
+    ASSERT_EQ(posts, 18U);
     for (const Row& row : rows) {
         for (std::size_t at = 0; at < posts; ++at) {
             SCOPED_TRACE(std::string(row.name) + " before post " + std::to_string(at));

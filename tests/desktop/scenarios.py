@@ -305,6 +305,11 @@ def command_line(report, arguments, folder):
         typing = subprocess.run([arguments.vantor, "--type", "-"], input=text, text=True, capture_output=True, timeout=30)
         report.check(typing.returncode == 0 and desk.wait_until(lambda: game.typed() == text), "--type - types once",
                      (typing.stderr, game.typed()))
+        start = len(game.record())
+        partly = subprocess.run([arguments.vantor, "--type", "a☃b🙂"], text=True, capture_output=True, timeout=30)
+        report.check(partly.returncode == 0 and partly.stderr.count("\n") == 1 and " 2 " in partly.stderr and
+                     "☃" not in partly.stderr and desk.wait_until(lambda: game.typed(start) == "ab"),
+                     "--type says how many characters have no key", (partly.stderr, game.typed(start)))
         pressing = subprocess.run([arguments.vantor, "--press", "⌃ + ⇧ + K"], capture_output=True, text=True, timeout=30)
         pressed = desk.wait_until(lambda: game.presses("K") == 1 and game.keys_are_up())
         report.check(pressing.returncode == 0 and pressed, "--press presses a hotkey", (pressing.stderr, game.record()))

@@ -9,6 +9,7 @@
 
 #include "fake/FakeKeyMonitors.h"
 #include "fake/FakeKeyPoster.h"
+#include "fake/FakeKeyboardLayout.h"
 #include "fake/FakePause.h"
 #include "fake/FakeWorkspace.h"
 #include "platform/linux/keys/XkbKeyboardLayout.h"
@@ -105,6 +106,39 @@ TEST_F(ClipboardManagerTest, HandsTheFocusBackFirstAndWaitsAfterEveryPost) {
     EXPECT_EQ(workspace.calls.size(), 6U) << "an empty text hands the focus back as well";
 }
 
+TEST(ClipboardManagerLayout, TypesByCodePointsInEachKeysLayoutLearnsAnewAndCountsWhatIsMissing) {
+    FakeKeyboardLayout layout;
+    layout.keys = {{{1, 0}, "\u0915"}, {{2, 0}, "\u093f"}};
+    layout.otherKeys = {{{{3, 0}, "h"}, {{4, shift}, "["}}};
+    FakeKeyPoster poster;
+    FakeKeyMonitors monitors;
+    FakeWorkspace workspace;
+    FakePause pause;
+    ClipboardManager manager(layout, poster, monitors, workspace, pause);
+    using Missing = ClipboardManager::Missing;
+    EXPECT_EQ(manager.type("\u0915\u093f[q🙂\r\n"), (Missing{3, false}));
+    EXPECT_EQ(poster.posted, (std::vector<PostedKey>{{1, nonCoalesced, true},
+                                                     {1, nonCoalesced, false},
+                                                     {2, nonCoalesced, true},
+                                                     {2, nonCoalesced, false},
+                                                     {56, 0, true, 1},
+                                                     {4, shift | nonCoalesced, true, 1},
+                                                     {4, shift | nonCoalesced, false, 1},
+                                                     {56, 0, false, 1}}));
+    poster.posted.clear();
+    EXPECT_EQ(manager.pressReadableKeys("⌘ + ⌃ + H"), (Missing{1, false}));
+    EXPECT_EQ(poster.posted,
+              (std::vector<PostedKey>{
+                  {3, nonCoalesced, true, 1}, {59, 0, true, 1}, {59, 0, false, 1}, {3, nonCoalesced, false, 1}}));
+    layout.keys = {{{5, 0}, "q"}};
+    EXPECT_EQ(manager.type("q"), (Missing{1, false})) << "not learned anew without a reason";
+    layout.isAnother = true;
+    EXPECT_EQ(manager.type("q"), (Missing{0, false}));
+
+    poster.failAt = static_cast<int>(poster.posted.size()) + 1;
+    EXPECT_EQ(manager.type("q"), (Missing{0, true}));
+}
+
 TEST(ClipboardManagerOrder, PostsOnlyAfterTheFocusWaitAndReleasesAfterAFailedPost) {
     FakeKeyPoster poster;
     FakeKeyMonitors monitors;
@@ -119,7 +153,8 @@ TEST(ClipboardManagerOrder, PostsOnlyAfterTheFocusWaitAndReleasesAfterAFailedPos
         FakeWorkspace& workspace;
         std::vector<std::pair<std::size_t, std::size_t>> seen;
     } pause(poster, workspace);
-    ClipboardManager manager(XkbKeyboardLayout("us", ""), poster, monitors, workspace, pause);
+    XkbKeyboardLayout layout("us", "");
+    ClipboardManager manager(layout, poster, monitors, workspace, pause);
     poster.failAt = 2;
     EXPECT_EQ(manager.typeString("A"), "typed in app");
     EXPECT_EQ(written(poster.posted), "56↓ 0↓/131328 0↑/131328 56↑");
@@ -166,7 +201,8 @@ TEST(ClipboardManagerAbsence, IsMadeAndReportsNothingWithoutALayoutOrAPoster) {
     FakeWorkspace workspace;
     FakePause pause;
     {
-        ClipboardManager manager(XkbKeyboardLayout("no such layout", ""), poster, monitors, workspace, pause);
+        XkbKeyboardLayout layout("no such layout", "");
+        ClipboardManager manager(layout, poster, monitors, workspace, pause);
         EXPECT_EQ(manager.typeString("a\t"), "typed in app");
         EXPECT_EQ(written(poster.posted), "48↓ 48↑");
     }

@@ -54,6 +54,18 @@ TEST(KeyMap, TakesTheCheapestKeyAndOnATieTheEarlierProbe) {
               (Entries{{"a", {{3, shift | plain}, shiftDown}}, {"b", {{3, control | plain}, controlDown}}}));
 }
 
+TEST(KeyMap, TakesFromOtherLayoutsWhatIsLacking) {
+    FakeKeyboardLayout layout;
+    layout.keys = {{{5, shift}, "x"}, {{2, 0}, "\u00e9"}};
+    layout.otherKeys = {{{{3, 0}, "x"}, {{4, shift}, "z"}, {{5, 0}, "e\u0301"}}, {{{6, 0}, "z"}, {{7, 0}, "[["}}};
+    const auto map = KeyMap::learn(layout);
+    EXPECT_EQ(*map.find("x"), (MappedKeys{{5, shift | plain}, shiftDown}));
+    EXPECT_EQ(*map.find("z"), (MappedKeys{{4, shift | plain, 1}, {56, 0, 1}}));
+    EXPECT_EQ(*map.find("[["), (MappedKeys{{7, plain, 2}}));
+    EXPECT_EQ(map.find("e\u0301")->front().keyCode, 2) << "an equivalent text is not lacking";
+    EXPECT_NE(keyMapJson(map).find("\"z\": [[4, 131328, 1], [56, 0, 1]]"), std::string::npos);
+}
+
 TEST(KeyMap, LetsTheLastProbeOfTheEqualsSignWin) {
     EXPECT_EQ(learned({{{24, 0}, "="}, {{29, 0}, "0"}, {{29, shift}, "="}, {{29, shift | control}, "="}}),
               (Entries{{"0", {{29, plain}}}, {"=", {{29, shift | control | plain}, shiftDown, controlDown}}}));

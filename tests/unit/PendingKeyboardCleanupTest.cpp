@@ -35,7 +35,7 @@ TEST(PendingKeyboardCleanupTest, KeepsKeysAndLocksUntilItIsCleared) {
 
 TEST(KeyEffectsTest, NamesTheKeysThatChooseAndTheModifiersOfThoseThatArePosted) {
     const auto keyOf = [](KeyCode code) { return *xKeycodeOf(code); };
-    const KeyEffects german(namedKeymap("us,de", ",", "grp:menu_toggle"), 1);
+    const KeyEffects german(namedKeymap("us,de", ",", "grp:menu_toggle"));
     EXPECT_EQ(german.groups(), 2);
     // Caps Lock, Shift, Option, Control, right Shift, right Option, right Control, both Commands, Number Lock, and the
     // menu key, which switches the group here.
@@ -43,30 +43,30 @@ TEST(KeyEffectsTest, NamesTheKeysThatChooseAndTheModifiersOfThoseThatArePosted) 
         EXPECT_TRUE(german.modifierKeys()[keyOf(static_cast<KeyCode>(code))]) << code;
     for (const int code : {0, 13, 36, 48, 49, 53, 76, 87, 122})
         EXPECT_FALSE(german.modifierKeys()[keyOf(static_cast<KeyCode>(code))]) << code;
-    EXPECT_TRUE(KeyEffects(nullptr, 0).modifierKeys().none());
+    EXPECT_TRUE(KeyEffects(nullptr).modifierKeys().none());
 }
 
 TEST(KeyEffectsTest, TellsTheStateOfHeldKeysInTheOrderOfTheirPresses) {
     const std::uint8_t shift = *xKeycodeOf(56), control = *xKeycodeOf(59), option = *xKeycodeOf(61), a = *xKeycodeOf(0);
-    const KeyEffects german(namedKeymap("us,de", ","), 1);
-    EXPECT_EQ(german.holding({}), (KeyEffects::State{0, 1}));
-    EXPECT_EQ(german.holding({a}), (KeyEffects::State{0, 1}));
-    EXPECT_EQ(german.holding({a, option, control, shift}), (KeyEffects::State{0x85, 1}));
-    EXPECT_EQ(KeyEffects(namedKeymap("us,de", ","), 0).holding({option}), (KeyEffects::State{8, 0})) << "Alt there";
+    const KeyEffects german(namedKeymap("us,de", ","));
+    EXPECT_EQ(german.holding({}, 1), (KeyEffects::State{0, 1}));
+    EXPECT_EQ(german.holding({a}, 1), (KeyEffects::State{0, 1}));
+    EXPECT_EQ(german.holding({a, option, control, shift}, 1), (KeyEffects::State{0x85, 1}));
+    EXPECT_EQ(german.holding({option}, 0), (KeyEffects::State{8, 0})) << "Alt there";
     // Beside right Option, Shift is a latch of the fifth level, and beside Shift so is right Option.
-    const KeyEffects latching(namedKeymap("de", "T3"), 0);
-    EXPECT_EQ(latching.holding({option, shift}), (KeyEffects::State{0xa0, 0}));
-    EXPECT_EQ(latching.holding({shift, option}), (KeyEffects::State{0x21, 0}));
-    EXPECT_EQ(KeyEffects(nullptr, 0).holding({shift}), KeyEffects::State{});
+    const KeyEffects latching(namedKeymap("de", "T3"));
+    EXPECT_EQ(latching.holding({option, shift}, 0), (KeyEffects::State{0xa0, 0}));
+    EXPECT_EQ(latching.holding({shift, option}, 0), (KeyEffects::State{0x21, 0}));
+    EXPECT_EQ(KeyEffects(nullptr).holding({shift}, 0), KeyEffects::State{});
 
-    EXPECT_TRUE(latching.differsBeside({option}, shift));
-    EXPECT_TRUE(latching.differsBeside({shift}, option));
-    EXPECT_FALSE(latching.differsBeside({control}, shift));
-    EXPECT_FALSE(german.differsBeside({option, control}, shift));
+    EXPECT_TRUE(latching.differsBeside({option}, shift, 0));
+    EXPECT_TRUE(latching.differsBeside({shift}, option, 0));
+    EXPECT_FALSE(latching.differsBeside({control}, shift, 0));
+    EXPECT_FALSE(german.differsBeside({option, control}, shift, 1));
     // The same modifier, but latched.
     const std::uint8_t angle = 94;
-    EXPECT_TRUE(KeyEffects(namedKeymap("fr", "", "lv3:lsgt_switch_latch"), 0).differsBeside({option}, angle));
-    EXPECT_FALSE(KeyEffects(nullptr, 0).differsBeside({option}, shift));
+    EXPECT_TRUE(KeyEffects(namedKeymap("fr", "", "lv3:lsgt_switch_latch")).differsBeside({option}, angle, 0));
+    EXPECT_FALSE(KeyEffects(nullptr).differsBeside({option}, shift, 0));
 }
 
 }  // namespace

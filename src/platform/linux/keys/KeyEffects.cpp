@@ -12,8 +12,7 @@ constexpr xkb_layout_index_t groupLimit = 4;  // the X server's
 
 }  // namespace
 
-KeyEffects::KeyEffects(const XkbKeymap& keymap, xkb_layout_index_t group)
-    : keymap_(keymap ? shared(keymap) : nullptr), group_(group) {
+KeyEffects::KeyEffects(const XkbKeymap& keymap) : keymap_(keymap ? shared(keymap) : nullptr) {
     if (keymap_) findModifierKeys();
 }
 
@@ -38,12 +37,12 @@ void KeyEffects::findModifierKeys() {
     }
 }
 
-bool KeyEffects::differsBeside(const std::vector<std::uint8_t>& others, std::uint8_t key) const {
+bool KeyEffects::differsBeside(const std::vector<std::uint8_t>& others, std::uint8_t key, std::uint8_t group) const {
     const auto outcome = [&](const std::vector<std::uint8_t>& held) {
         std::array<std::uint32_t, 6> after{};
         const XkbState state(xkb_state_new(keymap_.get()));
         if (!state) return after;
-        xkb_state_update_mask(state.get(), 0, 0, 0, 0, 0, group_);
+        xkb_state_update_mask(state.get(), 0, 0, 0, 0, 0, group);
         for (const auto each : held) xkb_state_update_key(state.get(), each, XKB_KEY_DOWN);
         xkb_state_update_key(state.get(), key, XKB_KEY_DOWN);
         for (const auto each : held) xkb_state_update_key(state.get(), each, XKB_KEY_UP);
@@ -59,11 +58,11 @@ bool KeyEffects::differsBeside(const std::vector<std::uint8_t>& others, std::uin
     return keymap_ && outcome(others) != outcome({});
 }
 
-KeyEffects::State KeyEffects::holding(const std::vector<std::uint8_t>& keys) const {
-    const State neutral = {0, static_cast<std::uint8_t>(group_)};
+KeyEffects::State KeyEffects::holding(const std::vector<std::uint8_t>& keys, std::uint8_t group) const {
+    const State neutral = {0, group};
     const XkbState state(keys.empty() || !keymap_ ? nullptr : xkb_state_new(keymap_.get()));
     if (!state) return neutral;
-    xkb_state_update_mask(state.get(), 0, 0, 0, 0, 0, group_);
+    xkb_state_update_mask(state.get(), 0, 0, 0, 0, 0, group);
     for (const auto key : keys) xkb_state_update_key(state.get(), key, XKB_KEY_DOWN);
     return {static_cast<std::uint8_t>(xkb_state_serialize_mods(state.get(), XKB_STATE_MODS_DEPRESSED) & realModifiers),
             static_cast<std::uint8_t>(xkb_state_serialize_layout(state.get(), XKB_STATE_LAYOUT_EFFECTIVE))};

@@ -18,24 +18,26 @@ public:
         bool operator==(const State&) const = default;
     };
 
-    // In the group, with nothing else locked. A null keymap has no effects at all.
-    KeyEffects(const XkbKeymap& keymap, xkb_layout_index_t group);
+    // A null keymap has no effects at all.
+    explicit KeyEffects(const XkbKeymap& keymap);
+    [[nodiscard]] bool areOf(const XkbKeymap& keymap) const { return keymap_.get() == keymap.get(); }
 
     // The keys that hold, latch or lock a modifier or a group, in any group, with Shift or without.
     [[nodiscard]] const std::bitset<256>& modifierKeys() const { return modifierKeys_; }
     [[nodiscard]] std::uint8_t groups() const { return groups_; }
-    // While these are down, pressed in this order: beside another modifier a key may be another one.
-    [[nodiscard]] State holding(const std::vector<std::uint8_t>& keys) const;
+    // While these are down, pressed in this order, in the group with nothing else locked: beside another modifier a key
+    // may be another one.
+    [[nodiscard]] State holding(const std::vector<std::uint8_t>& keys, std::uint8_t group) const;
 
     // Whether this key, pressed beside others that go up before it, does something else than alone: on some layouts a
     // modifier is then a latch, which outlasts them all.
-    [[nodiscard]] bool differsBeside(const std::vector<std::uint8_t>& others, std::uint8_t key) const;
+    [[nodiscard]] bool differsBeside(const std::vector<std::uint8_t>& others, std::uint8_t key,
+                                     std::uint8_t group) const;
 
 private:
     void findModifierKeys();
 
     XkbKeymap keymap_;
-    xkb_layout_index_t group_ = 0;
     std::bitset<256> modifierKeys_;
     std::uint8_t groups_ = 1;
 };

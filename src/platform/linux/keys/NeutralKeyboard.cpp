@@ -37,12 +37,13 @@ NeutralKeyboard::~NeutralKeyboard() {
 }
 
 bool NeutralKeyboard::isNeutral(const KeyboardState& state) const {
-    const auto own = effects_.holding(keys_.inOrder());
+    const auto own = effects_.holding(keys_.inOrder(), group_);
     return state.held == own.modifiers && state.latched == 0 && state.locked == 0 && state.group == own.group &&
            state.lockedGroup == group_;
 }
 
-void NeutralKeyboard::prepare(std::uint8_t xKeycode) {
+void NeutralKeyboard::prepare(std::uint8_t xKeycode, std::uint8_t group) {
+    if (group != group_) switchTo(group);
     const KeyboardState& newest = watch_.newest();
     if (!isNeutral(newest) && irreducible_ != Irreducible{newest, keys_.inOrder()}) neutralise();
     lastOwn_ = modifierKeysAmong(keys_.inOrder());
@@ -68,13 +69,25 @@ bool NeutralKeyboard::look(KeyboardState& state) {
     return answered;
 }
 
+void NeutralKeyboard::switchTo(std::uint8_t group) {
+    // What the player has changed is counted from the group that was in its place until now.
+    KeyboardState now;
+    if (!look(now)) return;
+    countLocks(now);
+    locks_.group = locks_.group.value_or(group_);
+    group_ = group;
+    debt_.note(locks_);
+    lockModifiers(connection_.get(), 0xff, 0, group_);
+}
+
 void NeutralKeyboard::neutralise() {
     KeyboardState state;
     for (int round = 0; round < roundLimit; ++round) {
         if (!look(state)) return;
         if (isNeutral(state)) return;
         // Keys first: the release of a lock's key may unlock it, that of a latch's key latches.
-        const bool byAStranger = round >= desperateRound && state.held != effects_.holding(keys_.inOrder()).modifiers;
+        const bool byAStranger =
+            round >= desperateRound && state.held != effects_.holding(keys_.inOrder(), group_).modifiers;
         const auto holding = byAStranger ? playersKeys_ : playersKeys_ & effects_.modifierKeys();
         if (holding.any()) {
             release(holding);
@@ -104,7 +117,7 @@ void NeutralKeyboard::releaseMistaken(KeyboardState& state) {
     for (; !lastOwn_.empty(); lastOwn_.pop_back())  // the last pressed goes up first
         for (std::size_t key = 0; key < playersKeys_.size(); ++key)
             if (playersKeys_[key] && effects_.modifierKeys()[key] &&
-                effects_.differsBeside(lastOwn_, static_cast<std::uint8_t>(key)))
+                effects_.differsBeside(lastOwn_, static_cast<std::uint8_t>(key), group_))
                 mistaken.set(key);
     if (mistaken.none()) return;
     release(mistaken);

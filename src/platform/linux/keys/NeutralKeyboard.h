@@ -1,7 +1,7 @@
 #pragma once
 // Keeps the keyboard neutral while Vantor types, and gives it back at the end. Posted events add to what the player
 // holds, latches and locks: so held modifiers are released and never pressed again, locks are taken out and put back,
-// and the group is the one that the key map was learned from. Main thread.
+// and the group is the one that the next key is meant in. Main thread.
 
 #include <cstdint>
 #include <optional>
@@ -16,7 +16,8 @@ namespace vantor {
 
 class NeutralKeyboard {
 public:
-    // The effects and the group are the learned layout's. Notes in the pending before it changes anything.
+    // The effects are the learned keymap's, the group is the first key's. Notes in the pending before it changes
+    // anything.
     NeutralKeyboard(const XConnection& connection, PostedKeys& keys, PendingKeyboardCleanup& pending,
                     const KeyEffects& effects, std::uint8_t group);
     // Puts the player's locks and group back, with what the player has changed since.
@@ -24,8 +25,10 @@ public:
     NeutralKeyboard(const NeutralKeyboard&) = delete;
     NeutralKeyboard& operator=(const NeutralKeyboard&) = delete;
 
-    // Before each press: undoes what the player has done meanwhile. Costs a round trip only if there is something.
-    void prepare(std::uint8_t xKeycode);
+    // Before each press, in its group: undoes what the player has done meanwhile. Costs a round trip only if there is
+    // something, or the group is another one.
+    void prepare(std::uint8_t xKeycode, std::uint8_t group);
+    [[nodiscard]] std::uint8_t group() const { return group_; }
 
 private:
     // What could not be made neutral, and what Vantor held meanwhile.
@@ -39,6 +42,7 @@ private:
     [[nodiscard]] bool isNeutral(const KeyboardState& state) const;
     // One round trip, for the state and for the player's keys.
     [[nodiscard]] bool look(KeyboardState& state);
+    void switchTo(std::uint8_t group);
     void neutralise();
     void pressOwnAgain();
     [[nodiscard]] std::vector<std::uint8_t> modifierKeysAmong(std::vector<std::uint8_t> keys) const;
@@ -51,7 +55,7 @@ private:
     PostedKeys& keys_;
     PendingKeyboardCleanup& debt_;
     const KeyEffects& effects_;
-    const std::uint8_t group_;
+    std::uint8_t group_;
     KeyboardWatch watch_;
     PendingKeyboardCleanup::Locks locks_;     // the player's
     std::vector<std::uint8_t> lastOwn_;       // modifiers that Vantor held at its last press

@@ -41,8 +41,8 @@ XTestKeyPoster::XTestKeyPoster(XConnection& connection, PostedKeyRecord& record,
                                std::filesystem::path guardian)
     : connection_(connection),
       keys_(connection, record),
-      effects_(learned.keymap(), learned.group()),
-      group_(static_cast<std::uint8_t>(learned.group())),
+      learned_(learned),
+      effects_(learned.keymap()),
       guardian_(std::move(guardian)),
       renewal_(connection.onRenewal([this] {
           sentinel_ = XCB_NONE;
@@ -61,11 +61,12 @@ std::unique_ptr<KeyPoster::Typing> XTestKeyPoster::beginTyping() {
     if (neutral_) return nullptr;
     static_cast<void>(connection_.renew());
     if (!connection_.hasTest() || !connection_.hasKeyboard() || connection_.isLost()) return nullptr;
+    if (!effects_.areOf(learned_.keymap())) effects_ = KeyEffects(learned_.keymap());
     guardian_.ensureRunning();
     if (sentinel_ == XCB_NONE) sentinel_ = makeSentinel(connection_);
     guardian_.pending().setSentinel(sentinel_);
     keys_.noteIn(&guardian_.pending());
-    neutral_.emplace(connection_, keys_, guardian_.pending(), effects_, group_);
+    neutral_.emplace(connection_, keys_, guardian_.pending(), effects_, learned_.group());
     return std::make_unique<Span>(*this);
 }
 
@@ -80,7 +81,7 @@ PostVerdict XTestKeyPoster::post(const PostedKey& key) {
     if (!connection_.hasTest()) return PostVerdict::unavailable;
     const auto xKeycode = xKeycodeOf(key.keyCode);
     if (!xKeycode) return PostVerdict::noSuchKey;
-    if (neutral_ && key.down) neutral_->prepare(*xKeycode);
+    if (neutral_ && key.down) neutral_->prepare(*xKeycode, learned_.group(key.layout));
     keys_.send(*xKeycode, key.down);
     xcb_flush(connection_.get());
     if (!connection_.isLost()) return PostVerdict::posted;

@@ -3,6 +3,7 @@
 // text is typed the keyboard is neutral, and guarded. A text ends where the connection is lost; the next one renews it.
 // Main thread.
 
+#include <cstdint>
 #include <filesystem>
 #include <optional>
 
@@ -19,13 +20,10 @@ namespace vantor {
 
 class XTestKeyPoster final : public KeyPoster {
 public:
-    // The layout is the one that the key map was learned from; the guardian's program may be missing. Nothing is
-    // started before something is typed.
+    // The layout is the one that the key map is learned from; the guardian's program may be missing. Nothing is started
+    // before something is typed. The references outlive the poster.
     XTestKeyPoster(XConnection& connection, PostedKeyRecord& record, const XkbKeyboardLayout& learned,
-                   std::filesystem::path guardian);
-    // With the layout in force now, and without a guardian.
-    XTestKeyPoster(XConnection& connection, PostedKeyRecord& record)
-        : XTestKeyPoster(connection, record, XkbKeyboardLayout(connection), {}) {}
+                   std::filesystem::path guardian = {});
     XTestKeyPoster(const XTestKeyPoster&) = delete;
     XTestKeyPoster& operator=(const XTestKeyPoster&) = delete;
     // Releases what it pressed and has not released.
@@ -41,8 +39,8 @@ private:
 
     XConnection& connection_;
     PostedKeys keys_;
-    const KeyEffects effects_;
-    const std::uint8_t group_;
+    const XkbKeyboardLayout& learned_;
+    KeyEffects effects_;
     KeyboardGuardian guardian_;
     std::uint32_t sentinel_ = XCB_NONE;       // once made, as long as the connection
     std::optional<NeutralKeyboard> neutral_;  // while something is typed

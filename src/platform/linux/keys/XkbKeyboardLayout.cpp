@@ -1,7 +1,13 @@
 #include "platform/linux/keys/XkbKeyboardLayout.h"
 
+// The header names a member `explicit`, which C++ reserves.
+#define explicit explicitMember
+#include <xcb/xkb.h>
+#undef explicit
+
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <string_view>
 
 #include "platform/KeyClasses.h"
@@ -36,10 +42,49 @@ bool isControlCharacter(std::string_view text) {
 
 }  // namespace
 
-XkbKeyboardLayout::XkbKeyboardLayout(const XConnection& connection) {
-    keymap_ = coreKeymap(connection);
-    if (const XkbState state = coreState(connection, keymap_))
+XkbKeyboardLayout::XkbKeyboardLayout(const XConnection& connection) : connection_(&connection) {
+    // Before the keymap: one that changes between is then read again.
+    map_ = mapInServer();
+    read();
+}
+
+void XkbKeyboardLayout::read() {
+    keymap_ = coreKeymap(*connection_);
+    if (const XkbState state = coreState(*connection_, keymap_))
         group_ = xkb_state_serialize_layout(state.get(), XKB_STATE_LAYOUT_EFFECTIVE);
+}
+
+std::vector<std::uint8_t> XkbKeyboardLayout::mapInServer() const {
+    if (!connection_->hasKeyboard() || connection_->isLost()) return {};
+    constexpr std::uint16_t everyPart = 0xff;
+    const auto asked = xcb_xkb_get_map(connection_->get(), XCB_XKB_ID_USE_CORE_KBD, everyPart, 0, 0, 0, 0, 0, 0, 0, 0,
+                                       0, 0, 0, 0, 0, 0, 0, 0);
+    const auto reply = owned(xcb_xkb_get_map_reply(connection_->get(), asked, nullptr));
+    if (!reply) return {};
+    // Behind the number of the request, which is another one each time.
+    const auto* bytes = reinterpret_cast<const std::uint8_t*>(reply.get());
+    return {bytes + offsetof(xcb_xkb_get_map_reply_t, length), bytes + 32 + std::size_t{reply->length} * 4};
+}
+
+bool XkbKeyboardLayout::refresh() {
+    if (!connection_) return false;
+    auto now = mapInServer();
+    if (now.empty() || now == map_) return false;
+    map_ = std::move(now);
+    read();
+    return true;
+}
+
+std::vector<std::unique_ptr<KeyboardLayout>> XkbKeyboardLayout::others() const {
+    std::vector<std::unique_ptr<KeyboardLayout>> layouts;
+    for (std::uint8_t number = 1; keymap_ && number < xkb_keymap_num_layouts(keymap_.get()); ++number)
+        layouts.push_back(std::make_unique<XkbKeyboardLayout>(shared(keymap_), group(number)));
+    return layouts;
+}
+
+std::uint8_t XkbKeyboardLayout::group(std::uint8_t layout) const {
+    if (!keymap_) return 0;
+    return static_cast<std::uint8_t>((group_ + layout) % std::max(xkb_keymap_num_layouts(keymap_.get()), 1U));
 }
 
 XkbKeyboardLayout::XkbKeyboardLayout(const std::string& layout, const std::string& variant, xkb_layout_index_t group)
