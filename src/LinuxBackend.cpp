@@ -57,6 +57,7 @@ public:
         return layout_.translate(keyCode, flags);
     }
     [[nodiscard]] std::vector<std::unique_ptr<KeyboardLayout>> others() const override { return layout_.others(); }
+    [[nodiscard]] ModifierFlags slowModifiers() const override { return layout_.slowModifiers(); }
 
 private:
     XConnection connection_;

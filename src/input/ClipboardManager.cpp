@@ -53,12 +53,14 @@ bool ClipboardManager::post(const std::vector<PostedKey>& strokes) {
     const auto typing = poster_.beginTyping();
     bool whole = true;
     for (const PostedKey& each : strokes) {
+        if (const auto more = poster_.pauseBefore(each); more.count() > 0) pause_.wait(more);
         const PostVerdict verdict = poster_.post(each);
         whole = whole && verdict == PostVerdict::posted;
         // A post that fails ends nothing: the releases behind it must still go out. Unless none can.
         if (verdict == PostVerdict::lost) return false;
         pause_.wait(pauseAfterPost);
     }
+    if (const auto more = poster_.pauseAtEnd(); more.count() > 0) pause_.wait(more);
     return whole;
 }
 

@@ -67,6 +67,7 @@ KeyMap KeyMap::learn(const KeyboardLayout& layout) {
 }
 
 void KeyMap::probe(const KeyboardLayout& layout, std::uint8_t number) {
+    const ModifierFlags slow = layout.slowModifiers();
     for (KeyCode code = 0; code < keyCodeCount; ++code) {
         if (std::find(unprobedKeys.begin(), unprobedKeys.end(), code) != unprobedKeys.end()) continue;
         std::string first;
@@ -80,15 +81,22 @@ void KeyMap::probe(const KeyboardLayout& layout, std::uint8_t number) {
             if (translation->flags & modifier::shift) keys.push_back({key_code::shift, 0, number});
             if (translation->flags & modifier::control) keys.push_back({key_code::control, 0, number});
             if (translation->flags & modifier::option) keys.push_back({key_code::rightOption, 0, number});
-            offer(translation->characters + (isKeypadKey(code) ? " [NUM]" : ""), std::move(keys));
+            offer(translation->characters + (isKeypadKey(code) ? " [NUM]" : ""), std::move(keys), slow);
         }
     }
 }
 
-void KeyMap::offer(const std::string& text, MappedKeys keys) {
+void KeyMap::offer(const std::string& text, MappedKeys keys, ModifierFlags slow) {
     const auto [place, added] = entries_.try_emplace(text);
-    // The last key that gives "=" wins, however long its list.
-    if (!added && keys.size() >= place->second.size() && text != "=") return;
+    if (!added) {
+        const MappedKeys& old = place->second;
+        const bool isSlow = (keys.front().flags & slow) != 0;
+        const bool wasSlow = (old.front().flags & slow) != 0;
+        const bool asShort = keys.size() == old.size();
+        // The last key that gives "=" wins, however long its list.
+        const bool isBetter = keys.size() < old.size() || text == "=" || (asShort && wasSlow && !isSlow);
+        if (!isBetter || (asShort && isSlow && !wasSlow)) return;
+    }
     place->second = std::move(keys);
     if (added) textOfNormal_.emplace(normalForm(text), text);
 }

@@ -35,7 +35,7 @@ public:
 
 private:
     void probe(const KeyboardLayout& layout, std::uint8_t number);
-    void offer(const std::string& text, MappedKeys keys);
+    void offer(const std::string& text, MappedKeys keys, ModifierFlags slow = 0);
 
     std::map<std::string, MappedKeys> entries_;
     std::map<std::string, std::string> textOfNormal_;

@@ -1,6 +1,7 @@
 #pragma once
 // Posts single key events to whichever application has the focus. Main thread.
 
+#include <chrono>
 #include <memory>
 
 #include "platform/Keys.h"
@@ -30,6 +31,10 @@ public:
     // nothing were held or locked; its end puts the player's locks back. Null where events carry their own flags. The
     // poster outlives the owner.
     [[nodiscard]] virtual std::unique_ptr<Typing> beginTyping() { return nullptr; }
+    // How long this event still has to wait, beside the usual wait behind the one before it.
+    [[nodiscard]] virtual std::chrono::microseconds pauseBefore(const PostedKey&) { return {}; }
+    // How long after the usual wait the player's own keys could still spoil what was posted last.
+    [[nodiscard]] virtual std::chrono::microseconds pauseAtEnd() { return {}; }
     // Returns as soon as the event is on its way; the wait between events is the caller's.
     [[nodiscard]] virtual PostVerdict post(const PostedKey& key) = 0;
 };

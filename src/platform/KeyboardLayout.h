@@ -23,6 +23,9 @@ public:
     [[nodiscard]] virtual std::optional<Translation> translate(KeyCode keyCode, ModifierFlags flags) const = 0;
     // Those that the keyboard can be switched to beside the one in force. Each lives by itself.
     [[nodiscard]] virtual std::vector<std::unique_ptr<KeyboardLayout>> others() const { return {}; }
+    // Modifiers whose changes an application may be slow to see, so that where two keys type the same with as many
+    // modifiers the one without these is taken.
+    [[nodiscard]] virtual ModifierFlags slowModifiers() const { return 0; }
     // Reads the layout anew where the keyboard has got another; true then, and what was learned holds no more.
     [[nodiscard]] virtual bool refresh() { return false; }
 };

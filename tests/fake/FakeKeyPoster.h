@@ -23,6 +23,9 @@ public:
         };
         return std::make_unique<Span>(*this);
     }
+    [[nodiscard]] std::chrono::microseconds pauseBefore(const PostedKey& key) override {
+        return std::chrono::microseconds(key.keyCode == slowKey ? 30000 : 0);
+    }
     [[nodiscard]] PostVerdict post(const PostedKey& key) override {
         posted.push_back(key);
         if (!typing) ++postedOutsideTyping;
@@ -32,6 +35,7 @@ public:
     std::vector<PostedKey> posted;
     int failAt = 0;  // the first is 1
     PostVerdict failure = PostVerdict::unavailable;
+    KeyCode slowKey = keyCodeCount;  // none
     int typingsBegun = 0;
     bool typing = false;
     int postedOutsideTyping = 0;

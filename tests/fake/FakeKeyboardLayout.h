@@ -14,6 +14,7 @@ public:
     using Keys = std::map<std::pair<KeyCode, ModifierFlags>, std::string>;
     Keys keys;
     std::vector<Keys> otherKeys;
+    ModifierFlags slow = 0;
     bool isAnother = false;  // until it is read anew
 
     [[nodiscard]] std::optional<Translation> translate(KeyCode keyCode, ModifierFlags flags) const override {
@@ -30,6 +31,7 @@ public:
         }
         return layouts;
     }
+    [[nodiscard]] ModifierFlags slowModifiers() const override { return slow; }
     [[nodiscard]] bool refresh() override { return std::exchange(isAnother, false); }
 };
 

@@ -1,6 +1,8 @@
 // A small game of our own for Wine: a window without borders over the whole screen, or an ordinary one with --windowed.
 // It prints each thing it is given as one line: keys, characters, raw mouse, clicks, focus, minimised and restored. Return opens
-// and closes a chat line. --frame MS has it read its messages only every so often, as a game does between two pictures;
+// and closes a chat line. --frame MS has it read its messages only every so often, as a game does between two pictures; a
+// line behind them tells whether it was in time, by a fifth of that or of
+// a thirtieth of a second.
 // --place X,Y,WIDTH,HEIGHT says where it stands. WM_CLOSE ends it.
 
 #include <stdarg.h>
@@ -10,6 +12,7 @@
 #include <windows.h>
 
 #define SCENE RGB(20, 70, 50)
+#define PICTURE 33  // milliseconds
 
 static struct {
     BOOL chat;
@@ -87,8 +90,16 @@ static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM first, LPARA
     return DefWindowProcW(window, message, first, second);
 }
 
+static LONGLONG microseconds(void) {
+    LARGE_INTEGER now, second;
+    QueryPerformanceCounter(&now);
+    QueryPerformanceFrequency(&second);
+    return now.QuadPart * 1000000 / second.QuadPart;
+}
+
 // Reads what has come; false once the program is to end. Without a frame it waits for the next message.
 static BOOL readMessages(DWORD frame) {
+    static LONGLONG last;  // when it last looked and found nothing
     MSG message;
     if (!frame) {
         if (GetMessageW(&message, NULL, 0, 0) <= 0) return FALSE;
@@ -97,11 +108,17 @@ static BOOL readMessages(DWORD frame) {
         return TRUE;
     }
     Sleep(frame);
-    while (PeekMessageW(&message, NULL, 0, 0, PM_REMOVE)) {
+    BOOL any = FALSE;
+    LONGLONG before;
+    while (before = microseconds(), PeekMessageW(&message, NULL, 0, 0, PM_REMOVE)) {
         if (message.message == WM_QUIT) return FALSE;
+        any = TRUE;
         TranslateMessage(&message);
         DispatchMessageW(&message);
     }
+    // What it has read came since it last found nothing.
+    if (any) say(microseconds() - last < 1200 * (LONGLONG)max(frame, PICTURE) ? "in time\n" : "late\n");
+    last = before;
     return TRUE;
 }
 

@@ -135,6 +135,11 @@ TEST(ClipboardManagerLayout, TypesByCodePointsInEachKeysLayoutLearnsAnewAndCount
     layout.isAnother = true;
     EXPECT_EQ(manager.type("q"), (Missing{0, false}));
 
+    pause.waits.clear();
+    poster.slowKey = 5;
+    (void)manager.type("q");
+    using namespace std::chrono_literals;
+    EXPECT_EQ(pause.waits, (std::vector<std::chrono::microseconds>{30ms, 8ms, 30ms, 8ms}));
     poster.failAt = static_cast<int>(poster.posted.size()) + 1;
     EXPECT_EQ(manager.type("q"), (Missing{0, true}));
 }

@@ -54,12 +54,16 @@ TEST(KeyMap, TakesTheCheapestKeyAndOnATieTheEarlierProbe) {
               (Entries{{"a", {{3, shift | plain}, shiftDown}}, {"b", {{3, control | plain}, controlDown}}}));
 }
 
-TEST(KeyMap, TakesFromOtherLayoutsWhatIsLacking) {
+TEST(KeyMap, PrefersAsShortAKeyWithoutASlowModifierAndTakesFromOtherLayoutsWhatIsLacking) {
     FakeKeyboardLayout layout;
-    layout.keys = {{{5, shift}, "x"}, {{2, 0}, "\u00e9"}};
+    layout.keys = {{{3, option}, "x"}, {{5, shift}, "x"},  {{6, option}, "x"},          {{7, shift}, "="},
+                   {{8, option}, "="}, {{9, option}, "y"}, {{9, shift | control}, "y"}, {{2, 0}, "\u00e9"}};
+    layout.slow = option;
     layout.otherKeys = {{{{3, 0}, "x"}, {{4, shift}, "z"}, {{5, 0}, "e\u0301"}}, {{{6, 0}, "z"}, {{7, 0}, "[["}}};
     const auto map = KeyMap::learn(layout);
     EXPECT_EQ(*map.find("x"), (MappedKeys{{5, shift | plain}, shiftDown}));
+    EXPECT_EQ(*map.find("="), (MappedKeys{{7, shift | plain}, shiftDown}));
+    EXPECT_EQ(*map.find("y"), (MappedKeys{{9, option | plain}, optionDown})) << "shorter";
     EXPECT_EQ(*map.find("z"), (MappedKeys{{4, shift | plain, 1}, {56, 0, 1}}));
     EXPECT_EQ(*map.find("[["), (MappedKeys{{7, plain, 2}}));
     EXPECT_EQ(map.find("e\u0301")->front().keyCode, 2) << "an equivalent text is not lacking";

@@ -2,13 +2,22 @@
 
 #include <sys/prctl.h>
 
+#include <algorithm>
 #include <utility>
 
+#include "platform/KeyClasses.h"
 #include "platform/linux/keys/KeyCodes.h"
 #include "platform/linux/keys/KeyboardUndo.h"
 
 namespace vantor {
 namespace {
+
+// Wine reads every event that has come, and only then makes characters of them one by one: with the group and the
+// modifiers of the last event that it read, which is without those of the event itself. Shift, Caps Lock and Control
+// are the three that it keeps beside each.
+constexpr std::uint8_t slowToSee = 0xff & ~(1 | 2 | 4);
+// One and a half pictures of thirty a second, since a game is not always on time.
+constexpr std::chrono::milliseconds betweenLooks{50};
 
 // A window that is never shown.
 xcb_window_t makeSentinel(const XConnection& connection) {
@@ -77,13 +86,40 @@ void XTestKeyPoster::endTyping() {
     keys_.noteIn(nullptr);
 }
 
+std::uint32_t XTestKeyPoster::carriedBy(const PostedKey& key) const {
+    const auto group = key.down ? learned_.group(key.layout) : neutral_->group();
+    return (effects_.holding(keys_.inOrder(), group).modifiers & slowToSee) | std::uint32_t{group} << 8;
+}
+
+std::chrono::microseconds XTestKeyPoster::pauseBefore(const PostedKey& key) {
+    return neutral_ ? pauseUnless(carriedBy(key)) : std::chrono::microseconds{0};
+}
+
+std::chrono::microseconds XTestKeyPoster::pauseAtEnd() {
+    return neutral_ ? pauseUnless(carriedBy({.down = true})) : std::chrono::microseconds{0};
+}
+
+std::chrono::microseconds XTestKeyPoster::pauseUnless(std::uint32_t carried) const {
+    if (carried == lastCarried_) return {};
+    const auto left = lastPress_ + betweenLooks - std::chrono::steady_clock::now();
+    return std::max(std::chrono::ceil<std::chrono::microseconds>(left), std::chrono::microseconds{0});
+}
+
 PostVerdict XTestKeyPoster::post(const PostedKey& key) {
     if (!connection_.hasTest()) return PostVerdict::unavailable;
     const auto xKeycode = xKeycodeOf(key.keyCode);
     if (!xKeycode) return PostVerdict::noSuchKey;
     if (neutral_ && key.down) neutral_->prepare(*xKeycode, learned_.group(key.layout));
+    const bool types = neutral_ && key.down && !isModifierKey(key.keyCode);
+    if (types) lastCarried_ = carriedBy(key);
     keys_.send(*xKeycode, key.down);
     xcb_flush(connection_.get());
+    if (types) {
+        // From when the server has done it: a busy one may be later than this program.
+        const auto done =
+            owned(xcb_get_input_focus_reply(connection_.get(), xcb_get_input_focus(connection_.get()), nullptr));
+        lastPress_ = std::chrono::steady_clock::now();
+    }
     if (!connection_.isLost()) return PostVerdict::posted;
     settleAfterLoss();
     return PostVerdict::lost;

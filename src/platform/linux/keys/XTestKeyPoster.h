@@ -3,6 +3,7 @@
 // text is typed the keyboard is neutral, and guarded. A text ends where the connection is lost; the next one renews it.
 // Main thread.
 
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -30,12 +31,17 @@ public:
     ~XTestKeyPoster() override;
 
     [[nodiscard]] std::unique_ptr<Typing> beginTyping() override;
+    // A game that looks at its messages 30 times a second must not find keys with different modifiers behind one look.
+    [[nodiscard]] std::chrono::microseconds pauseBefore(const PostedKey& key) override;
+    [[nodiscard]] std::chrono::microseconds pauseAtEnd() override;
     [[nodiscard]] PostVerdict post(const PostedKey& key) override;
 
 private:
     class Span;
     void endTyping();
     void settleAfterLoss();
+    [[nodiscard]] std::chrono::microseconds pauseUnless(std::uint32_t carried) const;
+    [[nodiscard]] std::uint32_t carriedBy(const PostedKey& key) const;
 
     XConnection& connection_;
     PostedKeys keys_;
@@ -44,6 +50,9 @@ private:
     KeyboardGuardian guardian_;
     std::uint32_t sentinel_ = XCB_NONE;       // once made, as long as the connection
     std::optional<NeutralKeyboard> neutral_;  // while something is typed
+    // Of the last press that was no modifier's: when, and what it carried.
+    std::chrono::steady_clock::time_point lastPress_;
+    std::uint32_t lastCarried_ = 0;
     Subscription renewal_;
 };
 

@@ -25,6 +25,8 @@ public:
     [[nodiscard]] std::optional<Translation> translate(KeyCode keyCode, ModifierFlags flags) const override;
     // The keyboard's other groups.
     [[nodiscard]] std::vector<std::unique_ptr<KeyboardLayout>> others() const override;
+    // Applications may take the third level for that of the last event that they have read.
+    [[nodiscard]] ModifierFlags slowModifiers() const override { return modifier::option; }
     // Compares the server's keymap with the one that was read: one round trip. The server also tells of a new one
     // whenever another keyboard is used, which is mostly the same one again; and a switch of the group is none.
     [[nodiscard]] bool refresh() override;
