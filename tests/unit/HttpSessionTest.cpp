@@ -5,6 +5,7 @@
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QTimer>
+#include <cctype>
 #include <map>
 #include <thread>
 
@@ -38,12 +39,20 @@ public:
     std::vector<std::string> requests;
 
 private:
+    // Headers have the same name in any case, and newer toolkits write all of them small.
+    static void lowerNames(std::string& request, std::size_t end) {
+        for (auto line = request.find("\r\n"); line < end; line = request.find("\r\n", line + 2))
+            for (auto at = line + 2; at < end && request[at] != ':'; ++at)
+                request[at] = static_cast<char>(std::tolower(static_cast<unsigned char>(request[at])));
+    }
+
     void read(QTcpSocket& socket) {
         std::string& request = pending_[&socket];
         request += socket.readAll().toStdString();
         const auto end = request.find("\r\n\r\n");
         if (end == std::string::npos) return;
-        const auto length = request.find("Content-Length: ");
+        lowerNames(request, end);
+        const auto length = request.find("content-length: ");
         const std::size_t body = length == std::string::npos ? 0 : std::stoul(request.substr(length + 16));
         if (request.size() < end + 4 + body) return;
         requests.push_back(std::exchange(request, {}));
@@ -175,7 +184,7 @@ TEST_F(Http, TheKeyGoesToItsOwnServerOnly) {
         {"/away", answerOf("302 Found", "", "Location: " + other.address("/taken") + "\r\n")},
     };
     EXPECT_EQ(fetch("/moved", true), "here");
-    EXPECT_THAT(server.requests.back(), HasSubstr("Authorization: Bearer SECRET\r\n"));
+    EXPECT_THAT(server.requests.back(), HasSubstr("authorization: Bearer SECRET\r\n"));
     EXPECT_EQ(fetch("/away", true), "");
     EXPECT_THAT(other.requests, SizeIs(0));
     EXPECT_EQ(fetch("/away"), "from elsewhere");
@@ -199,9 +208,9 @@ TEST_F(Http, SendsMethodHeadersAndBodyAsGiven) {
     ASSERT_THAT(server.requests, SizeIs(1));
     EXPECT_THAT(server.requests[0], testing::StartsWith("POST /send?ids=1,2 HTTP/1.1\r\n"));
     EXPECT_THAT(server.requests[0],
-                testing::AllOf(HasSubstr("Content-Type: application/json\r\n"), HasSubstr("X-Own: a\r\n")));
+                testing::AllOf(HasSubstr("content-type: application/json\r\n"), HasSubstr("x-own: a\r\n")));
     EXPECT_THAT(server.requests[0], testing::EndsWith("\r\n\r\n" + request.body));
-    EXPECT_THAT(server.requests[0], Not(HasSubstr("Authorization")));
+    EXPECT_THAT(server.requests[0], Not(HasSubstr("authorization")));
 }
 
 TEST_F(Http, AStatusTaskTellsTheStatusWhateverTheBody) {
@@ -232,7 +241,7 @@ TEST_F(Http, AStatusTaskTellsTheStatusWhateverTheBody) {
     ASSERT_FALSE(server.requests.empty());
     const std::string& sent = server.requests.front();
     EXPECT_TRUE(sent.ends_with("\r\n\r\nid=1&message=a+b")) << sent;
-    EXPECT_EQ(sent.find("Content-Type"), std::string::npos) << sent;
+    EXPECT_EQ(sent.find("content-type"), std::string::npos) << sent;
 }
 
 TEST_F(Http, ASessionThatEndsDropsItsTasks) {

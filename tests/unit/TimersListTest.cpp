@@ -122,7 +122,7 @@ TEST(OccurrenceRow, HoldsEverythingThatIsShown) {
     scheduled->event.chatlink = "[&BEwCAAA=]";
     scheduled->event.link = "Dragon (event)";
     scheduled->event.bg = {300, -5, 7, 9};
-    scheduled->event.rewards = EventRewards{{{}}, {{1, 2}}, {{{5, 6}}}, {{3}}};
+    scheduled->event.rewards = EventRewards{std::vector<std::int64_t>(), {{1, 2}}, {{{5, 6}}}, {{3}}};
     made.scheduled = scheduled;
 
     const OccurrenceRow row = occurrenceRow(made, RowPhase::gathering, 600, true);

@@ -27,7 +27,7 @@ public:
 
     [[nodiscard]] Seconds now() const override { return 0; }
     [[nodiscard]] int utcOffsetSeconds(Seconds at) const override {
-        return zone_.offsetFromUtc(QDateTime::fromSecsSinceEpoch(at, Qt::UTC));
+        return zone_.offsetFromUtc(QDateTime::fromSecsSinceEpoch(at, QTimeZone::utc()));
     }
     [[nodiscard]] LocalTime localTime(Seconds at) const override {
         const QTime time = QDateTime::fromSecsSinceEpoch(at, zone_).time();
