@@ -2,6 +2,7 @@
 
 #include <QtCore/QDateTime>
 #include <QtCore/QString>
+#include <QtCore/QTimeZone>
 
 namespace vantor {
 
@@ -10,7 +11,7 @@ std::optional<Moment> parseMoment(std::string_view text) {
     // The class would also read a date from the front of a longer text.
     constexpr qsizetype dateLength = 10;
     if (const QDate date = QDate::fromString(given, Qt::ISODate); date.isValid() && given.size() == dateLength)
-        return Moment{QDateTime(date, QTime(0, 0), Qt::UTC).toSecsSinceEpoch(), std::nullopt};
+        return Moment{QDateTime(date, QTime(0, 0), QTimeZone::utc()).toSecsSinceEpoch(), std::nullopt};
     // Read as if it were UTC: a local time that a clock change skips would be moved.
     if (const auto local = QDateTime::fromString(given + QLatin1Char('Z'), Qt::ISODate); local.isValid())
         return Moment{local.toSecsSinceEpoch(), std::nullopt};
