@@ -119,7 +119,7 @@ TEST_F(KitControls, EachHasItsNameItsRoleItsKeysAndAPictureOfEachState) {
             QObject::disconnect(button, &QAbstractButton::clicked, button, nullptr);
         }
         control->setFocus(Qt::MouseFocusReason);
-        if (button) EXPECT_FALSE(ControlState::of(*control).focused) << "by the mouse";
+        EXPECT_FALSE(button && ControlState::of(*control).focused) << "by the mouse";
         const QImage plain = picture(*control);
         control->setEnabled(false);
         EXPECT_NE(picture(*control), plain) << "disabled";

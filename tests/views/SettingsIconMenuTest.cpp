@@ -26,7 +26,7 @@ TEST(IconMenu, OffersWhatTheStatusBarDoes) {
     const StatusMenuActions actions{[&] { done.emplace_back("toggle"); },
                                     [&](const std::string& name) { done.push_back("fill " + name); },
                                     [&] { done.emplace_back("quit"); }};
-    IconMenu menu(statusMenu("Enable on A & B", {"amy_z", "R&D"}, actions), nullptr);
+    IconMenu menu(statusMenu({"Enable on A & B"}, {"amy_z", "R&D"}, actions), nullptr);
     EXPECT_THAT(textsOf(menu), ElementsAre("Enable on A && B", "Fill credentials", "-", "Quit"));
     const QMenu* const accounts = menu.actions().at(1)->menu();
     ASSERT_TRUE(accounts);
@@ -39,7 +39,7 @@ TEST(IconMenu, OffersWhatTheStatusBarDoes) {
     QApplication::processEvents();
     EXPECT_THAT(done, ElementsAre("fill R&D", "toggle", "quit"));
 
-    const IconMenu empty(statusMenu("Enable on A", {}, actions), nullptr);
+    const IconMenu empty(statusMenu({"Enable on A"}, {}, actions), nullptr);
     EXPECT_THAT(textsOf(*empty.actions().at(1)->menu()),
                 ElementsAre("No accounts found, add new in settings (disabled)"));
 }
