@@ -195,7 +195,15 @@ class Stage:
     def overlay_is_seen(self):
         soon(lambda: self.is_seen("main", 0.6), "the overlay is mapped and not to be seen")
 
+    def hold_again(self):
+        """Wine lets go of the pointer with the focus, and holds it anew some time after, at a click into the game at the latest."""
+        if self.held and not desk.wait_until(self.server.pointer_is_held, 1):
+            left, _, _, bottom = self.monitor
+            desk.click(left + 200, bottom - 60)
+            soon(self.server.pointer_is_held, "the game holds the pointer no more")
+
     def opens(self):
+        self.hold_again()
         since = len(self.game.lines)
         desk.press(*desk.HOTKEY)
         soon(self.vantor.overlay_shown, "the hotkey opens no overlay")

@@ -64,9 +64,8 @@ public:
                      if (!withSheet || !sheet.open(QIODevice::ReadOnly)) return std::nullopt;
                      return sheet.readAll().toStdString();
                  }),
-          panel_(new WebPanel({*page_, [this] { return engine_ ? engine_->widget() : nullptr; },
-                               [this] { return QString::fromLatin1(troubles.at(page_->engine())); }},
-                              store_, std::move(hosts), &window_)) {
+          panel_(new WebPanel({*page_, [this] { return engine_ ? engine_->widget() : nullptr; }}, store_,
+                              std::move(hosts), &window_)) {
         auto* const layout = new QVBoxLayout(&window_);
         layout->setContentsMargins(20, 20, 20, 20);
         layout->addWidget(panel_);
@@ -98,12 +97,6 @@ public:
     }
 
 private:
-    static inline const std::map<LazyWebPage::Engine, const char*> troubles = {
-        {LazyWebPage::Engine::notWanted, ""},
-        {LazyWebPage::Engine::running, ""},
-        {LazyWebPage::Engine::missing, "The engine is missing."},
-        {LazyWebPage::Engine::gone, "The page has stopped."}};
-
     std::unique_ptr<WebPage> makePage(const QString& folder) {
         auto made = std::make_unique<LazyWebPage>([this, folder] {
             auto engine = loadWebEngine({folder + QStringLiteral("/data"), folder + QStringLiteral("/cache")});

@@ -103,6 +103,8 @@ void XcbWorkspace::drain() {
             if (gone == lastOther_) lastOther_ = XCB_NONE;
             if (gone == active_) active_ = XCB_NONE;
             changed = true;
+        } else if (type == XCB_UNMAP_NOTIFY) {
+            changed = true;
         }
     }
     if (xcb_connection_has_error(desktop_->connection())) {
@@ -117,6 +119,8 @@ void XcbWorkspace::refresh() {
     // Some window managers leave the last window's name there when it is gone and no other takes its place.
     // And some name the root window, which is no application and whose events this connection has chosen for itself.
     if (active == desktop_->root() || (active != XCB_NONE && !desktop_->exists(active))) active = XCB_NONE;
+    // The same of a window of ours that was hidden when nobody else was there to take the focus.
+    if (isOwn(active) && !desktop_->isViewable(active)) active = XCB_NONE;
     follow(active);
     if (isPanel(active)) {
         // Its menus are about the application below it, which stays the frontmost one while they are open.
