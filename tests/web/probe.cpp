@@ -15,7 +15,6 @@
 #include <cstdio>
 #include <functional>
 #include <iostream>
-#include <map>
 #include <string>
 
 #include "browser/LazyWebPage.h"
