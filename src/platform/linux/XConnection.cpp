@@ -8,7 +8,10 @@
 
 namespace vantor {
 
-XConnection::XConnection(const char* displayName) : displayName_(displayName ? displayName : "") { connect(); }
+XConnection::XConnection(const char* displayName, Extensions extensions)
+    : displayName_(displayName ? displayName : ""), extensions_(extensions) {
+    connect();
+}
 
 void XConnection::connect() {
     connection_.reset(xcb_connect(displayName_.empty() ? nullptr : displayName_.c_str(), &screen_));
@@ -16,7 +19,8 @@ void XConnection::connect() {
     auto roots = xcb_setup_roots_iterator(xcb_get_setup(connection_.get()));
     for (int skipped = 0; skipped < screen_ && roots.rem > 1; ++skipped) xcb_screen_next(&roots);
     root_ = roots.data->root;
-    extensions_.reset();
+    known_.reset();
+    if (extensions_ == Extensions::now) static_cast<void>(known());
 }
 
 bool XConnection::renew() {
@@ -33,9 +37,9 @@ bool XConnection::renew() {
 
 Subscription XConnection::onRenewal(std::function<void()> handler) { return renewed_.observe(std::move(handler)); }
 
-const XConnection::Extensions& XConnection::extensions() const {
-    if (extensions_) return *extensions_;
-    auto& found = extensions_.emplace();
+const XConnection::Known& XConnection::known() const {
+    if (known_) return *known_;
+    auto& found = known_.emplace();
     if (!connection_) return found;
     auto* const server = connection_.get();
 

@@ -18,9 +18,12 @@ namespace vantor {
 class XConnection {
 public:
     enum class Verdict { connected, noDisplay };
+    // When the extensions are asked for, before which none may be used: with the connection, or at the first question
+    // about them, for whoever needs none.
+    enum class Extensions { now, later };
 
     // Null means the display that DISPLAY names. Without one everything else here answers "no".
-    explicit XConnection(const char* displayName = nullptr);
+    explicit XConnection(const char* displayName = nullptr, Extensions extensions = Extensions::now);
     ~XConnection() = default;
     XConnection(const XConnection&) = delete;
     XConnection& operator=(const XConnection&) = delete;
@@ -38,30 +41,30 @@ public:
     // Called after a renewal, while the old connection's descriptor is still open.
     [[nodiscard]] Subscription onRenewal(std::function<void()> handler);
 
-    // The extensions are asked for at the first of these questions.
-    [[nodiscard]] bool hasTest() const { return extensions().test; }
+    [[nodiscard]] bool hasTest() const { return known().test; }
     [[nodiscard]] bool hasRawKeys() const { return inputOpcode() != 0; }
     [[nodiscard]] bool hasKeyboard() const { return keyboardEventBase() != 0; }
-    [[nodiscard]] std::uint8_t inputOpcode() const { return extensions().inputOpcode; }  // of XInput2 events
-    [[nodiscard]] std::uint8_t keyboardEventBase() const { return extensions().keyboardEventBase; }  // of XKB events
+    [[nodiscard]] std::uint8_t inputOpcode() const { return known().inputOpcode; }              // of XInput2 events
+    [[nodiscard]] std::uint8_t keyboardEventBase() const { return known().keyboardEventBase; }  // of XKB events
 
 private:
-    struct Extensions {
+    struct Known {
         bool test = false;
         std::uint8_t inputOpcode = 0;
         std::uint8_t keyboardEventBase = 0;
     };
     void connect();
-    const Extensions& extensions() const;
+    const Known& known() const;
 
     std::string displayName_;
+    Extensions extensions_;
     struct Disconnect {
         void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
     };
     std::unique_ptr<xcb_connection_t, Disconnect> connection_;
     xcb_window_t root_ = XCB_NONE;
     int screen_ = 0;
-    mutable std::optional<Extensions> extensions_;
+    mutable std::optional<Known> known_;
     Notice renewed_;
 };
 

@@ -28,7 +28,7 @@ auto attributesOf(xcb_connection_t* connection, xcb_window_t window) {
 }  // namespace
 
 std::unique_ptr<XcbDesktop> XcbDesktop::connect(const char* displayName) {
-    auto connection = std::make_unique<XConnection>(displayName);
+    auto connection = std::make_unique<XConnection>(displayName, XConnection::Extensions::later);
     if (connection->verdict() != XConnection::Verdict::connected) return nullptr;
     return std::unique_ptr<XcbDesktop>(new XcbDesktop(std::move(connection)));
 }
