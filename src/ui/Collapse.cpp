@@ -81,6 +81,7 @@ Collapse::Collapse(const QString& title, QWidget* parent)
     : QWidget(parent), clip_(new QWidget(this)), opened_(this, springs::standard, [this](double) { arrange(); }) {
     title_ = new TitleRow(title, opened_, this);
     clip_->hide();
+    clip_->installEventFilter(this);
     QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
@@ -154,10 +155,16 @@ void Collapse::resizeEvent(QResizeEvent* event) {
     if (event->size().width() != event->oldSize().width()) arrange();
 }
 
-// The content has another size now.
+// The title has another size now.
 bool Collapse::event(QEvent* event) {
     if (event->type() == QEvent::LayoutRequest) arrange();
     return QWidget::event(event);
+}
+
+// The content has; its parent is told.
+bool Collapse::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::LayoutRequest) arrange();
+    return QWidget::eventFilter(watched, event);
 }
 
 }  // namespace vantor

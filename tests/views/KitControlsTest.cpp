@@ -334,7 +334,13 @@ TEST_F(KitControls, TheFirstClickOnAnInactiveWindowActs) {
 
 TEST_F(KitControls, AClosedCollapseHoldsNothingForTheKeyboardAndAnOpenOneDoes) {
     auto& collapse = window.add(new Collapse(QStringLiteral("More"), &window));
-    auto* const inner = new GW2Button(QStringLiteral("Inner"), &window);
+    struct Inner final : QWidget {
+        using QWidget::QWidget;
+        [[nodiscard]] QSize sizeHint() const override { return {50, tall}; }
+        int tall = 20;
+    };
+    auto* const inner = new Inner(&window);
+    inner->setFocusPolicy(Qt::StrongFocus);
     collapse.setContent(inner);
     auto& after = window.add(new GW2Button(QStringLiteral("After"), &window));
     window.open();
@@ -348,7 +354,7 @@ TEST_F(KitControls, AClosedCollapseHoldsNothingForTheKeyboardAndAnOpenOneDoes) {
     window.press(Qt::Key_Tab);
     EXPECT_EQ(QApplication::focusWidget(), inner);
     const int height = collapse.height();
-    inner->setMinimumHeight(200);
+    inner->tall = 200;
     inner->updateGeometry();
     KitWindow::settle();
     EXPECT_GT(collapse.height(), height) << "what it holds has grown";
