@@ -208,6 +208,8 @@ class Stage:
         desk.press(*desk.HOTKEY)
         soon(self.vantor.overlay_shown, "the hotkey opens no overlay")
         soon(lambda: self.game.count(f"key up {CAMERA}", since), "no camera key at the opening")
+        if self.held:
+            soon(self.overlay_has_focus, lambda: f"open, the focus is with {active_name()}")
         return since
 
     def closes(self, *keys, camera=True):
@@ -343,15 +345,16 @@ class Player(Stage):
             desk.press(*desk.PASTE_KEYS)
             self.arrives(since)
 
-    def goes_and_returns(self, leave, come_back):
-        """With the overlay closed, and once more with the overlay open: it is there again when the game is."""
+    def goes_and_returns(self, leave, come_back, may_stay=False):
+        """With the overlay closed, and once more with the overlay open: it is there again when the game is. An overlay that the
+        manager leaves the focus with is an application of its own, and may stay."""
         for is_open in (False, True):
             self.icon_is_seen()
             if is_open:
                 self.opens()
             leave()
             soon(lambda: desk.active_window() != self.game.window, "the game stays in front")
-            soon(lambda: not self.windows(), lambda: f"away from the game: {self.left()}")
+            soon(lambda: not self.windows() or (may_stay and self.overlay_has_focus()), lambda: f"away from the game: {self.left()}")
             since = len(self.game.lines)
             come_back()
             soon(lambda: self.game.count("focus gained", since), "the game does not get the focus again")
@@ -363,9 +366,10 @@ class Player(Stage):
         self.opens_and_closes()
 
     def switch_to(self, window):
-        """To the other of two applications; the managers without a key for it are asked as a task bar asks."""
+        """To the other of two applications; the managers without a key for it are asked as a task bar asks. From the overlay, which
+        is no stop of its own, the first stop is the game below it."""
         if self.manager in HAVE_ALT_TAB:
-            desk.press("Alt_L", "Tab")
+            desk.press("Alt_L", *["Tab"] * (2 if self.overlay_has_focus() else 1))
         else:
             activate(window)
 
@@ -391,7 +395,7 @@ class Player(Stage):
                 raise Unmet("the game does not stay minimised")
             activate(self.game.window)
 
-        self.goes_and_returns(leave, come_back)
+        self.goes_and_returns(leave, come_back, may_stay=True)
 
     def show_workspace(self, number):
         if self.manager == "i3":

@@ -170,6 +170,16 @@ void XcbDesktop::withdrawState(xcb_window_t window, xcb_atom_t state) const {
     requestFromManager(window, atoms_.netWmState, {remove, state, XCB_ATOM_NONE, sourceIsPager});
 }
 
+void XcbDesktop::withdraw(xcb_window_t window) const {
+    xcb_unmap_window(connection(), window);
+    xcb_unmap_notify_event_t told{};
+    told.response_type = XCB_UNMAP_NOTIFY;
+    told.event = root();
+    told.window = window;
+    xcb_send_event(connection(), 0, root(), XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                   reinterpret_cast<const char*>(&told));
+}
+
 void XcbDesktop::requestFromManager(xcb_window_t window, xcb_atom_t message,
                                     const std::array<std::uint32_t, 5>& data) const {
     xcb_client_message_event_t request{};

@@ -63,6 +63,8 @@ public:
     // Asks it to add one or two states to a mapped window.
     void requestStates(xcb_window_t window, xcb_atom_t first, xcb_atom_t second) const;
     void withdrawState(xcb_window_t window, xcb_atom_t state) const;
+    // Hides a window, so that the window manager knows of it too (ICCCM 4.1.4).
+    void withdraw(xcb_window_t window) const;
     void flush() const { xcb_flush(connection()); }
 
 private:

@@ -130,6 +130,9 @@ void XcbOverlayWindows::drain() {
 void XcbOverlayWindows::mapped(xcb_window_t window) const {
     const auto found = prepared_.find(window);
     if (found == prepared_.end()) return;
+    // Hidden again before the window manager came to map it, which some then do all the same.
+    if (const QWindow* const known = toolkitWindow(window); known && !known->isVisible())
+        return desktop_->withdraw(window);
     // The window manager forgets a window's states when it is hidden, and the toolkit knows only some of them.
     const auto& atoms = desktop_->atoms();
     desktop_->requestStates(window, atoms.netWmStateAbove, XCB_ATOM_NONE);
