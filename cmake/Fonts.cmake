@@ -24,17 +24,19 @@ vantor_font(serif_file "EBGaramond12-Regular\\.(otf|ttf)$|EBGaramond(-Regular|\\
 vantor_font(sans_file "Lato-Regular\\.ttf$" ${lato})
 vantor_font(sans_bold_file "Lato-Bold\\.ttf$" ${lato})
 
-# vantor_face(ALIAS FILE FAMILY): one face as it is embedded; VANTOR_FACES lists them all.
+# vantor_face(ALIAS FILE FAMILY): one face as it is embedded, under its own file name; VANTOR_FACES lists them all, by alias.
 set(VANTOR_FACES)
 set(prepare_face ${CMAKE_SOURCE_DIR}/cmake/prepare_face.py)
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${prepare_face})
 function(vantor_face alias file family)
-    set(face ${CMAKE_BINARY_DIR}/fonts/${alias})
+    get_filename_component(name ${file} NAME)
+    set(face ${CMAKE_BINARY_DIR}/fonts/${name})
     if(${file} IS_NEWER_THAN ${face} OR ${prepare_face} IS_NEWER_THAN ${face})
         file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/fonts)
         execute_process(COMMAND ${font_python} ${prepare_face} ${file} ${face} ${family} COMMAND_ERROR_IS_FATAL ANY)
     endif()
-    set(VANTOR_FACES ${VANTOR_FACES} ${face} PARENT_SCOPE)
+    set(VANTOR_FACES ${VANTOR_FACES} ${alias} PARENT_SCOPE)
+    set(VANTOR_FACE_${alias} ${face} PARENT_SCOPE)
 endfunction()
 vantor_face(serif ${serif_file} "Vantor Serif")
 vantor_face(sans ${sans_file} "Vantor Sans")

@@ -179,7 +179,7 @@ protected:
 TEST_F(StatusBarTest, IsOneSquareItemWithItsImageScaledDown) {
     {
         StatusBarItem item;
-        item.setTitle(0, "of no entry");
+        item.setEntry(0, "of no entry", true);
         EXPECT_EQ([mac().statusItems count], 0U) << "before there is a menu";
         item.setMenu("Vantor", {});
         NSStatusItem* const first = shown();
@@ -200,9 +200,10 @@ TEST_F(StatusBarTest, IsOneSquareItemWithItsImageScaledDown) {
 TEST_F(StatusBarTest, ShowsTheEntriesAndRunsWhatIsChosen) {
     StatusBarItem item;
     setMenu(item);
-    item.setTitle(0, "Disable");
-    item.setTitle(4, "beyond the end");
-    EXPECT_EQ(text([shown() menu]), "Disable;Fill credentials; (anna;No accounts found (disabled);)-;Quit (disabled);");
+    item.setEntry(0, "Disable", false);
+    item.setEntry(4, "beyond the end", true);
+    EXPECT_EQ(text([shown() menu]),
+              "Disable (disabled);Fill credentials; (anna;No accounts found (disabled);)-;Quit (disabled);");
     EXPECT_TRUE([at(2) isSeparatorItem]);
     EXPECT_TRUE(mac().choose([[at(1) submenu] itemAtIndex:0]));
     EXPECT_FALSE(mac().choose([[at(1) submenu] itemAtIndex:1]));

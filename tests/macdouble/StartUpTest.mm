@@ -41,6 +41,7 @@ struct WindowDouble final : AppWindow {
     WindowDouble(AppWindowName which, Windows& all) : name(which), shown(all) {}
     void orderFront() override { shown.insert(name); }
     void orderOut() override { shown.erase(name); }
+    void takeFocus() override {}
 
     AppWindowName name;
     Windows& shown;
@@ -78,6 +79,7 @@ protected:
                 backend->statusItem(),
                 backend->pasteboard(),
                 pause,
+                scheduler,
                 backend->keychain(),
                 [this] { return backend->makeWebPage(); },
                 [] { return std::string("body {}"); },

@@ -39,7 +39,7 @@ Subscription XConnection::onRenewal(std::function<void()> handler) { return rene
 
 const XConnection::Known& XConnection::known() const {
     if (known_) return *known_;
-    auto& found = known_.emplace();
+    auto& found = known_.emplace(Known{});  // clang finds no emplace() for a nested class
     if (!connection_) return found;
     auto* const server = connection_.get();
 

@@ -121,6 +121,8 @@ void XcbWorkspace::refresh() {
     if (active == desktop_->root() || (active != XCB_NONE && !desktop_->exists(active))) active = XCB_NONE;
     // The same of a window of ours that was hidden when nobody else was there to take the focus.
     if (isOwn(active) && !desktop_->isViewable(active)) active = XCB_NONE;
+    // Some make one active that refuses the focus, by a click or for want of another: what was in front stays so.
+    if (isOwn(active) && refusesFocus(active)) active = desktop_->isViewable(lastOther_) ? lastOther_ : XCB_NONE;
     follow(active);
     if (isPanel(active)) {
         // Its menus are about the application below it, which stays the frontmost one while they are open.
@@ -169,6 +171,12 @@ bool XcbWorkspace::isFocused(xcb_window_t window) const {
 bool XcbWorkspace::isOwn(xcb_window_t window) const {
     // 1 is the pointer root, no window.
     return window > XCB_INPUT_FOCUS_POINTER_ROOT && desktop_->process(window) == ownProcess_;
+}
+
+bool XcbWorkspace::refusesFocus(xcb_window_t window) const {
+    // ICCCM 4.1.2.4: flags, and the wish for input.
+    const auto hints = desktop_->numbers(window, XCB_ATOM_WM_HINTS, XCB_ATOM_WM_HINTS);
+    return hints.size() > 1 && (hints[0] & 1) != 0 && hints[1] == 0;
 }
 
 bool XcbWorkspace::isPanel(xcb_window_t window) const {

@@ -43,6 +43,7 @@ private:
     // Itself, or a window inside it.
     [[nodiscard]] bool isFocused(xcb_window_t window) const;
     [[nodiscard]] bool isOwn(xcb_window_t window) const;
+    [[nodiscard]] bool refusesFocus(xcb_window_t window) const;
     // A desktop's panel, with the status bar in it.
     [[nodiscard]] bool isPanel(xcb_window_t window) const;
     [[nodiscard]] xcb_window_t windowToGiveTheFocus() const;
