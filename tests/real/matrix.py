@@ -53,13 +53,17 @@ SHORT = ("openbox-picom-full", "kwin_x11-own-full", "mutter-own-full")
 # Wine says by this whether a window may be minimised; these managers heed it. The others iconify a window without Wine's knowing.
 HEEDS_BOX = ("mutter", "marco")
 HAVE_ALT_TAB = ("openbox", "xfwm4")
-ALT_TAB = """  <keyboard><keybind key="A-Tab"><action name="NextWindow"><interactive>no</interactive>
+ALT_TAB = """  <keyboard><keybind key="A-Tab"><action name="NextWindow"><dialog>none</dialog><bar>no</bar>
   <finalactions><action name="Focus"/><action name="Raise"/></finalactions></action></keybind></keyboard>
 """
 ICON_CLICK = 25  # beside what KWin, where it composes, keeps of the corner for itself
 # What a manager does not have; the table says so in place of a yes.
 NOT_THERE = {("i3", "minimise"): "i3 minimises no windows",
              ("mutter", "paste"): "mutter gives V to the game past every grab: a v comes before the text"}
+
+
+def window_under_pointer():
+    return re.search(r"window:(\d+)", desk.ask("xdotool", "getmouselocation")).group(1)
 
 
 class Unmet(Exception):
@@ -295,6 +299,10 @@ class Player(Stage):
     def clicked(self, x, y, condition, what):
         desk.wait_until(lambda: not self.server.pointer_is_held(), PATIENCE)
         since = len(self.game.lines)
+        desk.point_at(x, y)
+        # The pointer rests before the click, as a hand does: KWin, where it composes, keeps a window of its own over each corner
+        # of the screen until the pointer has come.
+        desk.wait_until(lambda: "InputOnly" not in desk.ask("xwininfo", "-id", window_under_pointer()), PATIENCE)
         desk.click(x, y)
         soon(condition, lambda: f"the click on {what} " + (
             "goes to the game" if any(line.startswith("click") for line in self.game.lines[since:]) else "does nothing"))
@@ -371,7 +379,8 @@ class Player(Stage):
         """To the other of two applications; the managers without a key for it are asked as a task bar asks. From the overlay, which
         is no stop of its own, the first stop is the game below it."""
         if self.manager in HAVE_ALT_TAB:
-            desk.press("Alt_L", *["Tab"] * (2 if self.overlay_has_focus() else 1))
+            stops = 2 if self.overlay_has_focus() else 1
+            desk.ask("xdotool", "keydown", "Alt_L", "key", "--delay", "100", *["Tab"] * stops, "keyup", "Alt_L")
         else:
             activate(window)
 

@@ -232,21 +232,23 @@ TEST(TimelineCommand, NamesWhatIsWrongInOneLine) {
         [{"id": 1, "name": "", "chatlink": ""}], "sequences": {"partial": [{"r": 1, "d": 9223372036854775807}],
         "pattern": [{"r": 1, "d": 0}]}}])";
     struct {
-        PrintTimeline request;
+        std::string catalogueFile;  // empty: the embedded catalogue
         std::string_view embedded;
         int status;
         std::string line;
     } const table[] = {
-        {{.catalogueFile = folder + "no-such-file"}, oneSection, 1, "vantor: the catalogue .* cannot be read\n"},
-        {{.catalogueFile = folder}, oneSection, 1, "vantor: the catalogue .* cannot be read\n"},
-        {{.catalogueFile = broken}, oneSection, 1, "Error filling Array<EventsSection>: .0..category: missing\n"},
-        {{}, "", 1, "Error filling Array<EventsSection>: [^\n]+\n"},
-        {{}, stepWithoutEvent, 70, "vantor: [^\n]*section 3 \"Ley Line\", sequences.pattern.0.: [^\n]+\n"},
-        {{}, farAway, 70, "vantor: [^\n]*section 3 \"Far\", event 1: [^\n]+\n"},
+        {folder + "no-such-file", oneSection, 1, "vantor: the catalogue .* cannot be read\n"},
+        {folder, oneSection, 1, "vantor: the catalogue .* cannot be read\n"},
+        {broken, oneSection, 1, "Error filling Array<EventsSection>: .0..category: missing\n"},
+        {"", "", 1, "Error filling Array<EventsSection>: [^\n]+\n"},
+        {"", stepWithoutEvent, 70, "vantor: [^\n]*section 3 \"Ley Line\", sequences.pattern.0.: [^\n]+\n"},
+        {"", farAway, 70, "vantor: [^\n]*section 3 \"Far\", event 1: [^\n]+\n"},
     };
     for (const auto& row : table) {
         SCOPED_TRACE(row.line);
-        const auto outcome = timeline(row.request, row.embedded);
+        PrintTimeline request;
+        if (!row.catalogueFile.empty()) request.catalogueFile = row.catalogueFile;
+        const auto outcome = timeline(request, row.embedded);
         EXPECT_EQ(outcome.status, row.status);
         EXPECT_THAT(outcome.err, MatchesRegex(row.line));
         EXPECT_EQ(outcome.out, "");
