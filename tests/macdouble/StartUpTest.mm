@@ -91,7 +91,7 @@ protected:
     }
     static void release(KeyCode keyCode, ModifierFlags flags) { mac().press(kCGEventKeyUp, keyCode, flags, false); }
     static NSMenu* menu() { return [[mac().statusItems lastObject] menu]; }
-    std::vector<std::string> missing() {
+    std::vector<CapabilityKind> missing() {
         std::vector<CapabilityKind> names;
         for (const Capability& each : backend->capabilities())
             if (!each.present) names.push_back(each.kind);
@@ -215,13 +215,13 @@ TEST_F(StartUpTest, ReducedMotionIsFollowed) {
 
 TEST_F(StartUpTest, ThePageHasOnePlaceWhichSaysWhenItHasStopped) {
     launch();
-    const WebView::Source source = backend->pageSource();
+    const PageSource source = backend->pageSource();
     const std::unique_ptr<QWidget> place(source.engineWidget());
     EXPECT_EQ(source.engineWidget(), place.get());
-    EXPECT_TRUE(source.trouble().isEmpty());
+    EXPECT_EQ(source.page.engine(), WebPage::Engine::running);
     WKWebView* const view = static_cast<WKWebView*>(static_cast<WebKitPage&>(source.page).nativeView());
     [[view navigationDelegate] webViewWebContentProcessDidTerminate:view];
-    EXPECT_FALSE(source.trouble().isEmpty());
+    EXPECT_EQ(source.page.engine(), WebPage::Engine::gone);
 }
 
 TEST(BackendTest, PreparesTheProcess) {
