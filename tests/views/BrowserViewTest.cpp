@@ -71,6 +71,7 @@ TEST_F(BrowserViewTest, RowHasItsButtonsAndOnlyTheImagesSearch) {
     std::vector<std::string> helps;
     for (const auto* button : panel->findChildren<QAbstractButton*>()) {
         helps.push_back(button->toolTip().toStdString());
+        EXPECT_EQ(button->accessibleName(), button->toolTip());
         EXPECT_TRUE(button->isEnabled());
     }
     EXPECT_THAT(helps, ElementsAre("Navigate back", "Navigate forward", "Search on GW2 wiki", "Search on YouTube",

@@ -87,6 +87,7 @@ TEST_F(InputViewsTest, AWaypointCopiesOnAClickAndTypesOnAShiftClickThoughShiftWe
     EXPECT_THAT(typed(), ElementsAre());
     scheduler.advance(1s);
     EXPECT_EQ(button.btnText(), QStringLiteral("copied to clipboard    "));
+    EXPECT_EQ(button.accessibleDescription(), QStringLiteral("copied to clipboard"));
 
     pasteboard.held = "the player's";
     click(button, Qt::ShiftModifier);
@@ -162,6 +163,7 @@ TEST_F(EmojiCommandsViewTest, IsThereOnlyWhileItIsEnabledAndAsksForTheRoomThatIt
     EXPECT_EQ(buttons().size(), 29U);
     EXPECT_EQ(buttons()[0]->text(), QStringLiteral("✕"));
     EXPECT_EQ(buttons()[7]->toolTip(), QStringLiteral("start dancing at next sync time (max 5s)"));
+    EXPECT_EQ(buttons()[7]->accessibleName(), buttons()[7]->toolTip());
     for (const auto* const each : buttons()) {
         EXPECT_EQ(each->size(), QSize(30, 30));
         EXPECT_EQ(each->focusPolicy(), Qt::NoFocus);

@@ -7,6 +7,7 @@
 #include <QtGui/QClipboard>
 #include <QtGui/QContextMenuEvent>
 #include <QtGui/QWheelEvent>
+#include <algorithm>
 
 #include "KitPlayer.h"
 #include "app/view/TabRow.h"
@@ -127,6 +128,9 @@ TEST_F(KitControls, EachHasItsNameItsRoleItsKeysAndAPictureOfEachState) {
         control->setEnabled(true);
         control->setFocus(Qt::TabFocusReason);
     }
+    rows[8].control->setFocus(Qt::TabFocusReason);
+    window.press(Qt::Key_Tab, QStringLiteral("\t"));
+    EXPECT_NE(QApplication::focusWidget(), rows[8].control) << "Tab goes on, also from a text of many lines";
     qobject_cast<QAbstractButton*>(rows[3].control)->setText(QStringLiteral("Stop"));
     EXPECT_EQ(of(*rows[3].control).text(QAccessible::Name), QStringLiteral("Stop"));
 }
@@ -188,11 +192,11 @@ TEST_F(KitControls, StatesAndValuesFollow) {
         return slider.shownValue();
     };
     EXPECT_EQ(mouse(QEvent::MouseButtonPress, slider.width(), Qt::RightButton), 7.5);
-    EXPECT_EQ(mouse(QEvent::MouseMove, 0, Qt::NoButton), 7.5);
+    EXPECT_EQ(mouse(QEvent::MouseMove, 0, Qt::RightButton), 7.5);
     EXPECT_EQ(mouse(QEvent::MouseButtonPress, slider.width(), Qt::LeftButton), 24);
     EXPECT_EQ(mouse(QEvent::MouseMove, 0, Qt::LeftButton), 0.5);
     mouse(QEvent::MouseButtonRelease, 0, Qt::LeftButton);
-    EXPECT_EQ(mouse(QEvent::MouseMove, slider.width(), Qt::NoButton), 0.5);
+    EXPECT_EQ(mouse(QEvent::MouseMove, slider.width(), Qt::RightButton), 0.5);
 }
 
 TEST_F(KitControls, TabbersFollowTheirArrowsAndMakeAPageWhenItIsFirstShown) {
@@ -257,6 +261,7 @@ TEST_F(KitControls, ThoseThatAreBoundShowTheirSettingFollowItAndStoreAtOnce) {
     auto& toggle = window.add(new GW2Toggle(QStringLiteral("Toggle"), &window));
     auto& field = window.add(new GW2TextField(QStringLiteral("Field"), &window));
     field.setClearable(true);
+    EXPECT_TRUE(field.findChild<QAbstractButton*>()->isHidden()) << "nothing to clear";
     auto& picker = window.add(new GW2Picker(QStringLiteral("Engine"), &window));
     picker.setOptions({{"wiki", QStringLiteral("Wiki")}, {"video", {}}, {"web", {}}});
     auto& slider = window.add(new GW2Slider(QStringLiteral("Hours"), 0.5, 24, 0.5, {}, {}, &window));
@@ -367,7 +372,7 @@ TEST_F(KitControls, NothingWakesTheProgramWhileNothingMoves) {
     window.open();
     window.click(toggle);
     collapse.setExpanded(true);
-    EXPECT_GE(below<Motion>(window).size(), 2U);
+    EXPECT_TRUE(std::ranges::any_of(below<Motion>(collapse), &Motion::moving)) << "it opens softly";
     finishMotions(window);
     for (QObject* const each : window.findChildren<QObject*>())
         EXPECT_THAT(QAbstractEventDispatcher::instance()->registeredTimers(each), IsEmpty())

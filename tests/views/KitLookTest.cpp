@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <tuple>
 
 #include "ui/Fonts.h"
 #include "ui/Motion.h"
@@ -29,6 +30,15 @@ TEST(KitFaces, FiguresOfTheSerifLineUpAndStandInColumns) {
         const QRectF box = metrics.tightBoundingRect(QString(figure));
         EXPECT_NEAR(box.top(), top, 2.5) << figure.toLatin1();
         EXPECT_NEAR(box.bottom(), 0, 2.5) << figure.toLatin1();
+    }
+}
+
+TEST(KitFaces, TextGrowsWithTheDesktopsFontInPointsOrPixels) {
+    QFont font;
+    for (const auto& [points, pixels, scale] :
+         {std::tuple(11.0, 0, 1.0), {22.0, 0, 2.0}, {0.0, 22, 1.5}, {90.0, 0, 2.0}}) {
+        points > 0 ? font.setPointSizeF(points) : font.setPixelSize(pixels);
+        EXPECT_DOUBLE_EQ(textScaleFor(font), scale) << points << " " << pixels;
     }
 }
 

@@ -3,7 +3,9 @@
 
 #include <gmock/gmock.h>
 
+#include <QtGui/QMouseEvent>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QLabel>
 #include <algorithm>
 
 #include "AccessibilityWalk.h"
@@ -11,6 +13,7 @@
 #include "app/AppDelegate.h"
 #include "app/view/IconMenu.h"
 #include "app/view/MainWindow.h"
+#include "app/view/TabPositions.h"
 #include "app/view/ViewWindows.h"
 #include "browser/LazyWebPage.h"
 #include "fake/FakeClock.h"
@@ -200,6 +203,73 @@ TEST_F(KitWindows, EveryPageOfEveryWindowNamesWhatCanBeActedOn) {
     EXPECT_GE(pages, 9) << "of the translators, the support and the settings";
     EXPECT_GT(interactive, 200);
     EXPECT_GE(shown().size(), 3U) << "the main window, the icon and the emotes";
+}
+
+// What a player presses in the window, and what the window then says.
+TEST_F(KitWindows, TheMainWindowLeadsToWhatHelpsAndSaysSo) {
+    launch();
+    MainWindow& window = mainWindow();
+    EXPECT_FALSE(qobject_cast<QAbstractButton*>(window.focusWidget())) << "a Space for the game would press it";
+    const auto isSaid = [&](const char* words) {
+        KitWindow::settle();
+        return std::ranges::any_of(window.findChildren<QWidget*>(), [&](const QWidget* each) {
+            const auto* const label = qobject_cast<const QLabel*>(each);
+            return each->isVisible() && ((label && label->text() == QLatin1String(words)) ||
+                                         each->accessibleName().startsWith(QLatin1String(words)));
+        });
+    };
+    const auto press = [&](const char* name) {
+        KitWindow::settle();
+        for (auto* const each : window.findChildren<QAbstractButton*>())
+            if (each->isVisible() &&
+                (each->text() == QLatin1String(name) || each->accessibleName() == QLatin1String(name)))
+                return each->click();
+        ADD_FAILURE() << "no button " << name;
+    };
+    EXPECT_TRUE(isSaid("Vantor Home"));
+    (void)defaults.setValue("general.windowToggleEvent", std::string("F9"));
+    EXPECT_TRUE(std::ranges::any_of(window.findChildren<QWidget*>(), [](const QWidget* each) {
+        return each->accessibleName().contains(QLatin1String("F9"));
+    })) << "the title tells the new hotkey";
+
+    observer().tabs().select(tab_position::settings);
+    press("Timers");
+    observer().tabs().select(tab_position::timers);
+    press("Enter the key");
+    EXPECT_TRUE(isSaid("API Key")) << "the page with the key's field";
+
+    observer().tabs().select(tab_position::translator);
+    EXPECT_TRUE(isSaid("A B C D E F G H I"));
+    observer().tabs().select(tab_position::support);
+    press("Send");
+    EXPECT_TRUE(isSaid("An option must be selected."));
+    for (GW2Picker* const picker : below<GW2Picker>(window)) {
+        picker->setFocus(Qt::TabFocusReason);
+        QKeyEvent down(QEvent::KeyPress, Qt::Key_Down, Qt::NoModifier);
+        QApplication::sendEvent(picker, &down);
+    }
+    press("Send");
+    EXPECT_TRUE(isSaid("Please describe thoroughly, the description is too short."));
+    press("Appreciation");
+    press("Tip");
+    press("Copy wallet ID");
+    EXPECT_EQ(pasteboard.held, "wallet");
+    EXPECT_TRUE(isSaid("wallet copied to clipboard"));
+
+    // The icon acts where the button goes up on it.
+    for (QWidget* const each : shown()) {
+        if (each->accessibleName() != QStringLiteral("Show or hide Vantor")) continue;
+        for (const QPointF place : {QPointF(300, 300), QPointF(5, 5)}) {
+            QMouseEvent down(QEvent::MouseButtonPress, QPointF(5, 5), QPointF(5, 5), Qt::LeftButton, Qt::LeftButton,
+                             {});
+            QMouseEvent up(QEvent::MouseButtonRelease, place, place, Qt::LeftButton, Qt::NoButton, {});
+            QApplication::sendEvent(each, &down);
+            QApplication::sendEvent(each, &up);
+            EXPECT_EQ(observer().visible(), place.x() > 100);
+        }
+        return;
+    }
+    ADD_FAILURE() << "no icon";
 }
 
 class KitWindowsWhoseFrames : public KitWindows, public testing::WithParamInterface<bool> {};

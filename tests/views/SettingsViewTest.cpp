@@ -256,6 +256,12 @@ TEST_F(SettingsViewTest, NamesWhatTheMachineLacksFirst) {
     keychain.isLocked = true;
     open();
     EXPECT_FALSE(keyringCapability(*credentials).have);
+    keychain.isLocked = false;
+    open();
+    keychain.failing = KeychainStatus::unavailable;
+    EXPECT_TRUE(credentials->save());
+    EXPECT_FALSE(keyringCapability(*credentials).have) << "the last change is lost with the program";
+    EXPECT_EQ(plainCapability({CapabilityKind::posting, true, "XTEST"}).sentence, "works");
 }
 
 TEST(TimerSettingsPage, KeepsItsControlsWholeAndItsValuesFromTheWheel) {

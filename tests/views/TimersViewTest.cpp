@@ -5,8 +5,10 @@
 
 #include <QtGui/QKeyEvent>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QLabel>
 #include <QtWidgets/QScrollBar>
 #include <QtWidgets/QVBoxLayout>
+#include <algorithm>
 #include <map>
 
 #include "data/SettingKeys.h"
@@ -202,7 +204,18 @@ TEST_F(TimersViewTest, KeepsThePlaceTheOpenRowsAndWhatTheyShow) {
     achievement.name = "Slayer";
     names.loaded({achievement}, false);
     loaded();
-    EXPECT_TRUE(row->findChild<QWidget*>() && view->list().isOpen(id));
+    EXPECT_TRUE(view->list().isOpen(id));
+    const auto isSaid = [&](const char* words) {
+        return row->accessibleName().startsWith(QLatin1String("10:45, Boss 1, ")) &&
+               std::ranges::any_of(row->findChildren<QWidget*>(), [&](const QWidget* part) {
+                   return part->accessibleName().contains(QLatin1String(words));
+               });
+    };
+    EXPECT_TRUE(isSaid("Slayer: not started"));
+    progress = std::make_shared<const std::vector<AchievementCompletition>>(
+        std::vector<AchievementCompletition>{{11, {}, 1, 1, true, {}, {}}});
+    loaded();
+    EXPECT_TRUE(isSaid("Slayer: done"));
     view->list().toggleOpen(id);
     view->list().toggleOpen(id);
     EXPECT_EQ(asked.size(), 1U);
@@ -217,6 +230,9 @@ TEST_F(TimersViewTest, KeepsThePlaceTheOpenRowsAndWhatTheyShow) {
 TEST_F(TimersViewTest, SearchNarrowsAndSaysWhenNothingIsFound) {
     search().setText(QStringLiteral("TYRIA boss  2"));
     for (const auto* row : rows()) EXPECT_EQ(row->row().eventName, "Boss 2");
+    EXPECT_TRUE(std::ranges::any_of(view->findChildren<QLabel*>(), [](const QLabel* label) {
+        return label->text().contains(QLatin1String(" of "));
+    })) << "it says how many are left out";
     search().setText(QStringLiteral("dragon"));
     EXPECT_THAT(rows(), IsEmpty());
     QAbstractButton* const clear = button(QStringLiteral("Clear the search"));
@@ -276,6 +292,8 @@ TEST_F(TimersViewTest, ControlsAreNamedAndReachedByTheKeyboard) {
     // Along the list in the column of the same control, and beyond what was on the screen.
     press(Qt::Key_Down);
     EXPECT_EQ(focused(), "Watch Boss 1, 10:00");
+    press(Qt::Key_PageDown);
+    EXPECT_GE(focused(), "Watch Boss 1, 10:30") << "as many rows as are seen, but one";
     press(Qt::Key_End);
     EXPECT_EQ(focused(), "Watch Boss 1, 13:00");
     press(Qt::Key_Home);
