@@ -25,6 +25,12 @@ bool refusesFocus(WindowNature nature) {
     return nature == WindowNature::nonActivating || nature == WindowNature::floating;
 }
 
+// The toolkit sends what it was asked for with its own next event, which may not come for long.
+void flushToolkit() {
+    if (const auto* const toolkit = qGuiApp->nativeInterface<QNativeInterface::QX11Application>())
+        xcb_flush(toolkit->connection());
+}
+
 QWindow* toolkitWindow(xcb_window_t native) {
     for (QWindow* const window : QGuiApplication::allWindows())
         if (window->handle() && window->winId() == native) return window;
@@ -124,6 +130,7 @@ void XcbOverlayWindows::drain() {
             blending_(reinterpret_cast<const xcb_xfixes_selection_notify_event_t*>(event.get())->owner != XCB_NONE);
     }
     desktop_->flush();
+    flushToolkit();
     if (xcb_connection_has_error(desktop_->connection())) readable_.setEnabled(false);
 }
 
