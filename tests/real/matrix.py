@@ -145,8 +145,9 @@ class Stage:
         desk.park_pointer()
         self.new_game()
         self.held = self.mode == "full"  # as Wine does while a window covers the whole screen and has the focus
-        self.width, self.height = desk.screen_size()
-        self.monitor = (1360, 0, 2720, 820) if self.mode == "second" else (0, 0, self.width, self.height)
+        # Asked for its size, a screen in two parts gives that of its first.
+        self.width, self.height = (2720, 820) if self.mode == "second" else desk.screen_size()
+        self.monitor = (self.width // 2 if self.mode == "second" else 0, 0, self.width, self.height)
         self.bare = desk.settled_pixels(0, 0, self.width, self.height)
         self.new_vantor()
 
