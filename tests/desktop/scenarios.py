@@ -97,9 +97,9 @@ def held_pointer(report, arguments, folder):
         start = len(game.record())
 
         def told():
-            """The game's own account of the focus and of the camera key."""
+            """The game's own account of the focus and of the camera key, which no capital in a chat link is."""
             return [event.get("key", "gained" if event.get("in") else "lost") for event in game.record(start)
-                    if event["event"] == "focus" or event.get("key") == desk.CAMERA_KEY and event["down"]]
+                    if event["event"] == "focus" or event.get("key") == desk.CAMERA_KEY and event["down"] and event["text"] == "h"]
 
         desk.press(*desk.HOTKEY)
         report.check(desk.wait_until(lambda: vantor.overlay_shown() and told() == ["H", "lost"]),
@@ -115,7 +115,7 @@ def held_pointer(report, arguments, folder):
             desk.click(x + WAYPOINT, y + FIRST_ROW)
             typed = typed_since(game, typing, "\r")
         report.check(re.fullmatch(rf"\r{CHAT_LINK}\r", typed) and desk.wait_until(lambda: told()[2:] == ["gained", "lost"]),
-                     "after a chat link has been typed into the game, the overlay has the focus again", repr(typed))
+                     "after a chat link has been typed into the game, the overlay has the focus again", (typed, told()))
         desk.press("Escape")
         report.check(desk.wait_until(lambda: told()[4:] == ["gained", "H"]), "the closing's camera key comes after the focus", told())
         report.check(not vantor.unexpected_lines(), "nothing unexpected is printed", vantor.lines)
