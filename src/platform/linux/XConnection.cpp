@@ -61,4 +61,17 @@ const XConnection::Known& XConnection::known() const {
     return found;
 }
 
+void XConnection::selectRawKeys(std::uint32_t events) const {
+    if (!hasRawKeys()) return;
+    struct {
+        xcb_input_event_mask_t head;
+        std::uint32_t mask;
+    } keys = {};
+    // The master devices stand for every keyboard.
+    keys.head.deviceid = XCB_INPUT_DEVICE_ALL_MASTER;
+    keys.head.mask_len = 1;
+    keys.mask = events;
+    xcb_input_xi_select_events(connection_.get(), root_, 1, &keys.head);
+}
+
 }  // namespace vantor

@@ -44,6 +44,9 @@ public:
     [[nodiscard]] bool hasTest() const { return known().test; }
     [[nodiscard]] bool hasRawKeys() const { return inputOpcode() != 0; }
     [[nodiscard]] bool hasKeyboard() const { return keyboardEventBase() != 0; }
+    // XCB_INPUT_XI_EVENT_MASK_RAW_KEY_..., zero for none, in place of what was selected before. Each event comes once
+    // whichever keyboard it was made on. Without raw keys it does nothing.
+    void selectRawKeys(std::uint32_t events) const;
     [[nodiscard]] std::uint8_t inputOpcode() const { return known().inputOpcode; }              // of XInput2 events
     [[nodiscard]] std::uint8_t keyboardEventBase() const { return known().keyboardEventBase; }  // of XKB events
 

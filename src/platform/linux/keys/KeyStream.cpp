@@ -29,17 +29,7 @@ void KeyStream::restart() {
 }
 
 void KeyStream::select() {
-    if (connection_.hasRawKeys()) {
-        struct {
-            xcb_input_event_mask_t head;
-            std::uint32_t mask;
-        } keys = {};
-        // The master devices, so that a key is reported once whichever keyboard it was pressed on.
-        keys.head.deviceid = XCB_INPUT_DEVICE_ALL_MASTER;
-        keys.head.mask_len = 1;
-        keys.mask = XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE;
-        xcb_input_xi_select_events(connection_.get(), connection_.root(), 1, &keys.head);
-    }
+    connection_.selectRawKeys(XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE);
     if (connection_.hasKeyboard()) {
         constexpr std::uint16_t events =
             XCB_XKB_EVENT_TYPE_STATE_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY | XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY;

@@ -62,7 +62,7 @@ void SuperKeyGrab::handlePress(std::uint16_t modifiers) {
         // Should Super go up first, the key repeats without it, and that is none of the application's either.
         for (std::uint16_t others = 0; others < combinations; ++others)
             if ((others & superBit) == 0) grab(others);
-        watchReleases(true);
+        connection_.selectRawKeys(XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE);
         down_ = true;
     }
     // Lets go of the keyboard, and of what it has held back since.
@@ -73,7 +73,7 @@ void SuperKeyGrab::handlePress(std::uint16_t modifiers) {
 
 void SuperKeyGrab::handleRelease() {
     down_ = false;
-    watchReleases(false);
+    connection_.selectRawKeys(0);
     for (std::uint16_t modifiers = 0; modifiers < combinations; ++modifiers)
         if ((modifiers & superBit) == 0) xcb_ungrab_key(connection_.get(), key_, connection_.root(), modifiers);
 }
@@ -88,18 +88,6 @@ bool SuperKeyGrab::isRelease(const xcb_generic_event_t& event) const {
 bool SuperKeyGrab::keyIsDown() const {
     const auto keys = owned(xcb_query_keymap_reply(connection_.get(), xcb_query_keymap(connection_.get()), nullptr));
     return keys && (keys->keys[key_ / 8] & (1U << (key_ % 8))) != 0;
-}
-
-void SuperKeyGrab::watchReleases(bool wanted) const {
-    if (!connection_.hasRawKeys()) return;
-    struct {
-        xcb_input_event_mask_t head;
-        std::uint32_t mask;
-    } events = {};
-    events.head.deviceid = XCB_INPUT_DEVICE_ALL_MASTER;
-    events.head.mask_len = 1;
-    events.mask = wanted ? XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE : 0;
-    xcb_input_xi_select_events(connection_.get(), connection_.root(), 1, &events.head);
 }
 
 void SuperKeyGrab::grab(std::uint16_t modifiers) const {

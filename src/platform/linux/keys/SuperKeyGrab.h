@@ -28,7 +28,6 @@ private:
     void handleRelease();
     [[nodiscard]] bool isRelease(const xcb_generic_event_t& event) const;
     [[nodiscard]] bool keyIsDown() const;
-    void watchReleases(bool wanted) const;
     void grab(std::uint16_t modifiers) const;
 
     XConnection connection_;
