@@ -544,20 +544,24 @@ def table(results, names):
     print(f"{datetime.date.today()}: {versions.rstrip(', ')}")
 
 
-def in_desktop(cell, *words, patience):
-    """Runs this script again in the desktop of a cell, and ends what Wine leaves behind; false when it did not end by itself."""
+def desktop_environment(cell):
+    """What demo/private_desktop.sh needs to know for the desktop of a cell."""
     manager, compositing, mode = cell.split("-")
     config = HERE / "i3.conf"
     if manager == "openbox":
         config = BUILD / "openbox.xml"
         config.write_text((TOP / "demo/openbox.xml").read_text().replace("  <mouse>", f"{ALT_TAB}  <mouse>"))
-    environment = {"VANTOR_DESKTOP_MANAGER": manager, "VANTOR_DESKTOP_COMPOSITING": compositing, "VANTOR_DESKTOP_CONFIG": str(config),
-                   "VANTOR_DESKTOP_GEOMETRY": "2720x820x24" if mode == "second" else "1360x820x24"}
+    return {"VANTOR_DESKTOP_MANAGER": manager, "VANTOR_DESKTOP_COMPOSITING": compositing, "VANTOR_DESKTOP_CONFIG": str(config),
+            "VANTOR_DESKTOP_GEOMETRY": "2720x820x24" if mode == "second" else "1360x820x24"}
+
+
+def in_desktop(cell, *words, patience):
+    """Runs this script again in the desktop of a cell, and ends what Wine leaves behind; false when it did not end by itself."""
     shutil.rmtree(BUILD / cell, ignore_errors=True)
     (BUILD / cell).mkdir(parents=True)
     try:
         return subprocess.run([TOP / "demo/private_desktop.sh", sys.executable, __file__, "--inside", *words, cell],
-                              env={**os.environ, **environment}, check=False, timeout=patience).returncode == 0
+                              env={**os.environ, **desktop_environment(cell)}, check=False, timeout=patience).returncode == 0
     except subprocess.TimeoutExpired:
         return False
     finally:
