@@ -17,7 +17,7 @@ public:
     PostedKeys(const XConnection& connection, PostedKeyRecord& record) : connection_(connection), record_(record) {}
 
     // Where to note what was pressed, or null. It outlives the notes; who takes them erases them.
-    void noteIn(PendingKeyboardCleanup* pending) { debt_ = pending; }
+    void noteIn(PendingKeyboardCleanup* pending) { pending_ = pending; }
     // A release may also be of a key that the player holds. The flush is the caller's.
     void send(std::uint8_t xKeycode, bool down);
     void releaseAll();
@@ -29,7 +29,7 @@ public:
 private:
     const XConnection& connection_;
     PostedKeyRecord& record_;
-    PendingKeyboardCleanup* debt_ = nullptr;
+    PendingKeyboardCleanup* pending_ = nullptr;
     std::bitset<256> down_;
     std::vector<std::uint8_t> inOrder_;
 };
