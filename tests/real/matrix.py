@@ -52,6 +52,8 @@ CELLS = [f"{desktop}-{mode}" for desktop in DESKTOPS for mode in ("full", "windo
 SHORT = ("openbox-picom-full", "kwin_x11-own-full", "mutter-own-full")
 # Wine says by this whether a window may be minimised; these managers heed it. The others iconify a window without Wine's knowing.
 HEEDS_BOX = ("mutter", "marco")
+# Gives the focus back to the game as soon as that lets go of the pointer, which is over it; Vantor takes it again.
+FOLLOWS_POINTER = ("i3",)
 HAVE_ALT_TAB = ("openbox", "xfwm4")
 ALT_TAB = """  <keyboard><keybind key="A-Tab"><action name="NextWindow"><dialog>none</dialog><bar>no</bar>
   <finalactions><action name="Focus"/><action name="Raise"/></finalactions></action></keybind></keyboard>
@@ -268,17 +270,22 @@ class Player(Stage):
         soon(lambda: self.is_seen("watched", 0.3), "the watched list is not to be seen")
 
     def check_monitor(self):
-        """All that Vantor shows lies on the game's monitor."""
-        self.opens()
+        """All that Vantor shows lies on the game's monitor, the icon in its corner, the overlay where it was the time before."""
         left, top, right, bottom = self.monitor
+        before = None
 
         def astray():
             windows = self.windows()
+            wanted = {"icon": (left, top), "main": before or windows.get("main", ())[:2]}
             return [role for role in {"icon", "main", *windows} if role not in windows or windows[role][0] < left or windows[role][1] < top
-                    or windows[role][0] + windows[role][2] > right or windows[role][1] + windows[role][3] > bottom]
+                    or windows[role][0] + windows[role][2] > right or windows[role][1] + windows[role][3] > bottom
+                    or wanted.get(role, windows[role][:2]) != windows[role][:2]]
 
-        soon(lambda: not astray(), lambda: f"not on the game's monitor: {', '.join(astray())}")
-        self.closes("Escape")
+        for _ in range(2):
+            self.opens()
+            soon(lambda: not astray(), lambda: f"not in its place on the game's monitor: {', '.join(astray())}")
+            before = self.windows()["main"][:2]
+            self.closes("Escape")
 
     def check_focus_and_camera(self):
         """By the game's own account: the camera key before the focus leaves, and after it is back; no second one."""
@@ -288,6 +295,8 @@ class Player(Stage):
         desk.press("F9")
         soon(lambda: self.game.count(f"key up {FENCE}", since), "the game has no keyboard after the closing")
         told = [line for line in self.game.lines[since:] if line.startswith("focus") or line.endswith(f" {CAMERA}")]
+        if self.manager in FOLLOWS_POINTER and told[2:4] == ["focus lost", "focus gained"] == told[4:6]:
+            del told[2:4]
         camera = [f"key down {CAMERA}", f"key up {CAMERA}"]
         expected = [*camera, *(["focus lost", "focus gained"] if self.held else []), *camera]
         if told != expected:
@@ -377,13 +386,15 @@ class Player(Stage):
         self.opens_and_closes()
 
     def switch_to(self, window):
-        """To the other of two applications; the managers without a key for it are asked as a task bar asks. From the overlay, which
-        is no stop of its own, the first stop is the game below it."""
-        if self.manager in HAVE_ALT_TAB:
-            stops = 2 if self.overlay_has_focus() else 1
+        """To the other of two applications; the managers without a key for it are asked as a task bar asks. From the overlay the
+        first stop is the game below it in some managers, so one more is tried, as a hand does."""
+        if self.manager not in HAVE_ALT_TAB:
+            return activate(window)
+        for stops in (1, 2):
             desk.ask("xdotool", "keydown", "Alt_L", "key", "--delay", "100", *["Tab"] * stops, "keyup", "Alt_L")
-        else:
-            activate(window)
+            if desk.wait_until(lambda: desk.active_window() == window, 3):
+                return None
+        raise Unmet(f"Alt+Tab leads to {active_name()}")
 
     def check_switch(self):
         if self.manager == "i3":  # which shows nothing new beside a window in full screen

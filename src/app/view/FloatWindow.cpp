@@ -28,8 +28,13 @@ FloatWindow::FloatWindow(const QString& title, QSize size, bool movable, Prepare
 void FloatWindow::setContent(QWidget* content) {
     content_ = content;
     content_->setParent(this);
-    content_->setGeometry(rect());
+    layOut();
     content_->show();
+}
+
+// Some window managers make a window larger than it asked to be.
+void FloatWindow::layOut() {
+    if (content_) content_->setGeometry({{}, held_.isEmpty() ? size() : held_});
 }
 
 void FloatWindow::fit(QSize size) {
@@ -40,6 +45,7 @@ void FloatWindow::fit(QSize size) {
         const QPoint shown = corner_ ? corner : cornerOnScreen({corner, size}, screenAt({corner, size}));
         pushed_ = shown - corner;
         setGeometry(QRect(shown, size));
+        layOut();
     }
     // The toolkit gives the window an input shape of the size that it has when the flag goes: so once more for each
     // size.
@@ -80,7 +86,7 @@ void FloatWindow::hideEvent(QHideEvent* event) {
 }
 
 void FloatWindow::resizeEvent(QResizeEvent* event) {
-    if (content_) content_->setGeometry(rect());
+    layOut();
     OverlayWindow::resizeEvent(event);
 }
 

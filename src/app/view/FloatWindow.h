@@ -31,6 +31,7 @@ protected:
 
 private:
     [[nodiscard]] QRect screenAt(const QRect& frame) const;
+    void layOut();
     void letClicksThrough(bool through);
 
     QWidget* content_ = nullptr;

@@ -8,6 +8,12 @@
 
 namespace vantor {
 
+namespace {
+
+constexpr QSize iconSize{32, 32};
+
+}  // namespace
+
 IconWindow::IconWindow(std::function<void()> pressed, std::function<void(QPoint)> openMenu, Prepare prepare)
     : OverlayWindow({.focus = Focus::never}, std::move(prepare)),
       pressed_(std::move(pressed)),
@@ -17,13 +23,13 @@ IconWindow::IconWindow(std::function<void()> pressed, std::function<void(QPoint)
     setAccessibleName(QStringLiteral("Show or hide Vantor"));
     setToolTip(QStringLiteral("Show or hide Vantor; with the hotkey while a full-screen game holds the pointer"));
     setCursor(Qt::PointingHandCursor);
-    setFixedSize(32, 32);
+    setFixedSize(iconSize);
 }
 
 void IconWindow::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const QString name = hovered_ ? QStringLiteral("icon.top.selected") : QStringLiteral("icon.top");
-    painter.drawPixmap(0, down_ ? 1 : 0, image(name, size(), devicePixelRatioF()));
+    painter.drawPixmap(0, down_ ? 1 : 0, image(name, iconSize, devicePixelRatioF()));
 }
 
 void IconWindow::mousePressEvent(QMouseEvent* event) {
@@ -36,7 +42,7 @@ void IconWindow::mousePressEvent(QMouseEvent* event) {
 void IconWindow::mouseReleaseEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton || !std::exchange(down_, false)) return;
     update();
-    if (rect().contains(event->position().toPoint())) pressed_();
+    if (QRect({}, iconSize).contains(event->position().toPoint())) pressed_();
 }
 
 void IconWindow::enterEvent(QEnterEvent*) {

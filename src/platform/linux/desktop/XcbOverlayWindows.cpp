@@ -15,8 +15,9 @@ namespace {
 constexpr std::size_t hintFields = 9;
 constexpr std::uint32_t inputHint = 1;
 
-// The toolkit writes a window's hints anew at each showing, from its own flags: those say the same as what is written
-// here.
+// ICCCM 4.1.2.3: flags, then where the window is wanted; of the flags, that a player or a program has chosen the place.
+constexpr std::uint32_t placeHints = 1 | 4;
+
 // Levels among windows that are all "above" are unknown here: the last one shown is over the others.
 bool takesFocus(WindowNature nature) { return nature == WindowNature::popup || nature == WindowNature::raisedPopup; }
 
@@ -37,6 +38,8 @@ QWindow* toolkitWindow(xcb_window_t native) {
     return nullptr;
 }
 
+// The toolkit writes a window's hints anew at each showing, from its own flags: those say the same as what is written
+// here.
 void tellToolkit(QWindow& window, WindowNature nature) {
     auto flags = window.flags() | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint;
     if (refusesFocus(nature)) flags |= Qt::WindowDoesNotAcceptFocus;
@@ -124,8 +127,10 @@ void XcbOverlayWindows::drain() {
         const auto type = event->response_type & 0x7f;
         if (type == XCB_MAP_NOTIFY)
             mapped(reinterpret_cast<const xcb_map_notify_event_t*>(event.get())->window);
+        else if (type == XCB_UNMAP_NOTIFY)
+            unmapped(reinterpret_cast<const xcb_unmap_notify_event_t*>(event.get())->window);
         else if (type == XCB_DESTROY_NOTIFY)
-            prepared_.erase(reinterpret_cast<const xcb_destroy_notify_event_t*>(event.get())->window);
+            destroyed(reinterpret_cast<const xcb_destroy_notify_event_t*>(event.get())->window);
         else if (selectionNotice_ != 0 && type == selectionNotice_)
             blending_(reinterpret_cast<const xcb_xfixes_selection_notify_event_t*>(event.get())->owner != XCB_NONE);
     }
@@ -134,7 +139,7 @@ void XcbOverlayWindows::drain() {
     if (xcb_connection_has_error(desktop_->connection())) readable_.setEnabled(false);
 }
 
-void XcbOverlayWindows::mapped(xcb_window_t window) const {
+void XcbOverlayWindows::mapped(xcb_window_t window) {
     const auto found = prepared_.find(window);
     if (found == prepared_.end()) return;
     // Hidden again before the window manager came to map it, which some then do all the same.
@@ -147,6 +152,26 @@ void XcbOverlayWindows::mapped(xcb_window_t window) const {
     // Some give it to every window that comes without the focus.
     desktop_->withdrawState(window, atoms.netWmStateDemandsAttention);
     if (takesFocus(found->second)) desktop_->requestActivation(window);
+    if (standing_.insert(window).second) requestPlace(window);
+}
+
+// Window managers unmap one as well, with the game or with its workspace. It stands where the player has left it then.
+void XcbOverlayWindows::unmapped(xcb_window_t window) {
+    const QWindow* const known = toolkitWindow(window);
+    if (!known || !known->isVisible()) standing_.erase(window);
+}
+
+void XcbOverlayWindows::destroyed(xcb_window_t window) {
+    prepared_.erase(window);
+    standing_.erase(window);
+}
+
+// Some take a window in elsewhere than it was wanted: i3 shifts it by the frame that it then goes without, and puts one
+// for the very corner into the middle.
+void XcbOverlayWindows::requestPlace(xcb_window_t window) const {
+    const auto hints = desktop_->numbers(window, XCB_ATOM_WM_NORMAL_HINTS, XCB_ATOM_WM_SIZE_HINTS);
+    if (hints.size() < 3 || (hints[0] & placeHints) == 0) return;
+    xcb_configure_window(desktop_->connection(), window, XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y, &hints[1]);
 }
 
 void XcbOverlayWindows::writeHints(xcb_window_t window, WindowNature nature) const {

@@ -11,6 +11,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <set>
 
 #include "platform/OverlayWindows.h"
 #include "platform/linux/desktop/XcbDesktop.h"
@@ -40,13 +41,17 @@ private:
     // What the toolkit is not to hear.
     bool nativeEventFilter(const QByteArray& type, void* message, qintptr* result) override;
     void drain();
-    void mapped(xcb_window_t window) const;
+    void mapped(xcb_window_t window);
+    void unmapped(xcb_window_t window);
+    void destroyed(xcb_window_t window);
+    void requestPlace(xcb_window_t window) const;
     void writeHints(xcb_window_t window, WindowNature nature) const;
     void writeOwner(xcb_window_t window) const;
 
     std::unique_ptr<XcbDesktop> desktop_;
     QSocketNotifier readable_;
     std::map<xcb_window_t, WindowNature> prepared_;
+    std::set<xcb_window_t> standing_;  // shown, and brought to their places
     std::function<void(bool blends)> blending_;
     std::uint8_t selectionNotice_ = 0;  // the event's number; 0 where the server tells of none
     // The game's window as the toolkit sees it: another client's, which is only named.
