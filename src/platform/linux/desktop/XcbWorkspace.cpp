@@ -82,8 +82,11 @@ bool XcbWorkspace::awaitFocusReturned(std::chrono::milliseconds atMost) {
 }
 
 PointerHold XcbWorkspace::pointerHold() const {
-    // The frontmost application is changing just now, and what holds the pointer may be what is left of the old one's.
-    if (desktop_->activeWindow() != active_ || !isFocused(active_)) return PointerHold::passing;
+    // The frontmost application is changing just now, or leaves with its workspace: what holds the pointer may be what
+    // is left of the old one's, and a window that asks for the focus brings some managers back to the old workspace.
+    if (active_ == XCB_NONE || desktop_->activeWindow() != active_ || !isFocused(active_) ||
+        !desktop_->isViewable(active_))
+        return PointerHold::passing;
     if (!desktop_->othersHoldPointer()) return PointerHold::none;
     // A button that is down holds it for whoever was clicked. Menus and switchers hold the keyboard too.
     const bool passing = desktop_->isButtonDown() || desktop_->othersHoldKeyboard();
