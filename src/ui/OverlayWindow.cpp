@@ -44,11 +44,15 @@ OverlayWindow::OverlayWindow(const Traits& traits, Prepare prepare)
 
 void OverlayWindow::orderFront() {
     prepareNative();
-    if (isVisible()) return raise();
-    frameTold_ = placedFrame();
-    settling_ = true;
-    cut();
-    show();
+    if (isVisible()) {
+        raise();
+    } else {
+        frameTold_ = placedFrame();
+        settling_ = true;
+        cut();
+        show();
+    }
+    if (orderedFront_) orderedFront_(winId());
 }
 
 void OverlayWindow::place(const QRect& frame) {
@@ -62,7 +66,9 @@ void OverlayWindow::prepareNative() {
 }
 
 bool OverlayWindow::event(QEvent* event) {
-    if (event->type() == QEvent::Paint) settle();
+    // Not within the painting, which a move may set off anew.
+    if (event->type() == QEvent::Paint && settling_)
+        QMetaObject::invokeMethod(this, [this] { settle(); }, Qt::QueuedConnection);
     if (event->type() == blendingChanged()) cut();
     if (event->type() == QEvent::WinIdChange && prepared_ && internalWinId()) prepareNative();
     return QWidget::event(event);
