@@ -169,7 +169,7 @@ class Vantor(Program):
         return "main" in self.windows()
 
     def overlay(self):
-        """Its place, once the window has settled: the first page makes the toolkit replace it once."""
+        """Its place, once it is there."""
         return wait_until(lambda: self.windows().get("main"))
 
     def setting(self, key):

@@ -42,14 +42,6 @@ public:
     }
 };
 
-// A texture lies under what the window paints, where the window has a hole for it, unless it says otherwise. A page
-// without background cannot lie there: the game would show through the hole. The engine says otherwise only while it
-// believes that the page has no background, which it finds out late or never.
-void layOnTop(QQuickWidget& drawing) {
-    drawing.setAttribute(Qt::WA_AlwaysStackOnTop);
-    if (QWidget* const under = drawing.parentWidget()) under->update();
-}
-
 QQuickItem* fadesOf(const QQuickWidget& drawing) {
     return drawing.quickWindow()->contentItem()->findChild<QQuickItem*>(EdgeFades::name, Qt::FindDirectChildrenOnly);
 }
@@ -74,11 +66,6 @@ void PageDrawings::prepare(QQuickWidget& drawing) {
     if (fadesOf(drawing)) return;
     (new EdgeFades(drawing.quickWindow()->contentItem()))->setSize(drawing.size());
     drawing.installEventFilter(this);
-    layOnTop(drawing);
-    // The engine changes its mind when it changes the background's colour, right after this signal.
-    QObject::connect(
-        drawing.quickWindow(), &QQuickWindow::colorChanged, &drawing, [&drawing] { layOnTop(drawing); },
-        Qt::QueuedConnection);
 }
 
 }  // namespace vantor

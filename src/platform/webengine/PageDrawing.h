@@ -1,6 +1,5 @@
 #pragma once
-// The widgets in which the engine draws its page: each lies over what the window paints, and has soft fades over its
-// four edges. Main thread.
+// The widgets in which the engine draws its page, each with soft fades over its four edges. Main thread.
 
 #include <QtCore/QObject>
 #include <QtWidgets/QWidget>

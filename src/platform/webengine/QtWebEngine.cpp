@@ -3,8 +3,8 @@
 #include <unistd.h>
 
 #include <QtWebEngineCore/qtwebenginecoreglobal.h>
-#include <QtWebEngineQuick/qtwebenginequickglobal.h>
 #include <QtCore/QLoggingCategory>
+#include <QtQuick/QQuickWindow>
 #include <QtWebEngineCore/QWebEngineDownloadRequest>
 #include <QtWebEngineCore/QWebEngineHistory>
 #include <QtWebEngineCore/QWebEngineScript>
@@ -189,13 +189,15 @@ void QtWebEngine::addUserScript(const std::string& source) {
 extern "C" Q_DECL_EXPORT vantor::WidgetWebEngine* vantorMakeWebEngine(const vantor::WebEngineFolders& folders) {
     const vantor::EngineFlags flags(geteuid() == 0);
     QLoggingCategory::setFilterRules(QStringLiteral("qt.webenginecontext*=false"));
-    // Here and not before the application object: sharing loads the graphics driver, which doubles the memory of a
-    // program that may never show a page. The toolkit says that this is unusual, and does it.
+    // Pages are drawn without the graphics card, which the game needs: a page that lends the window a texture makes the
+    // toolkit replace the native window, which flickers and loses clicks, and the driver would take 40 MB.
+    QQuickWindow::setSceneGraphBackend(QStringLiteral("software"));
+    // The engine says that it has found none.
     const QtMessageHandler handler =
         qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
-    QtWebEngineQuick::initialize();
+    auto* const engine = new vantor::QtWebEngine(folders);
     qInstallMessageHandler(handler);
-    return new vantor::QtWebEngine(folders);
+    return engine;
 }
 
 extern "C" Q_DECL_EXPORT const char* vantorWebEngineVersion() {
