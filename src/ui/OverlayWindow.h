@@ -19,17 +19,21 @@ public:
         bool resizable = false;
         bool drawnByChildren = false;  // its own painting leaves out some of what it shows
     };
-    // Runs when the window exists natively and is not yet mapped: once, and again whenever the toolkit makes another
-    // native window for it, as it does when the first embedded page comes.
+    // Runs when the window exists natively and is not yet mapped: once, and again should the toolkit make another native
+    // window for it.
     using Prepare = std::function<void(WId)>;
 
     OverlayWindow(const Traits& traits, Prepare prepare);
 
     // Maps it, or only raises it when it is mapped already. Takes no focus either way.
-    void orderFront();
-    void orderOut();
+    virtual void orderFront();
+    virtual void orderOut();
+    // Whether it is to be seen as soon as it has something to show.
+    [[nodiscard]] virtual bool isWanted() const { return isVisible(); }
     // Where the program puts it, shown or not; nobody is told of it.
     virtual void place(const QRect& frame);
+    // After each mapping and raising.
+    void onOrderedFront(std::function<void(WId)> handler) { orderedFront_ = std::move(handler); }
     // After the player moved or resized it.
     void onPlaced(std::function<void(QRect)> handler) { placed_ = std::move(handler); }
 
@@ -55,6 +59,7 @@ private:
     Traits traits_;
     Prepare prepare_;
     WId prepared_ = 0;
+    std::function<void(WId)> orderedFront_;
     std::function<void(QRect)> placed_;
     bool dragging_ = false;
     Qt::Edges edges_;

@@ -121,6 +121,39 @@ def held_pointer(report, arguments, folder):
         report.check(not vantor.unexpected_lines(), "nothing unexpected is printed", vantor.lines)
 
 
+def opens_once(report, arguments, folder):
+    """What an opening maps stays until the closing, and nothing flashes when the page comes. What holds nothing is not there."""
+    with desk.WebService() as service, desk.Game(arguments.game, folder, scene="bright") as game, \
+            desk.Vantor(arguments.vantor, service.host, folder, settings={"events.watching": "[]"}) as vantor:
+        started(vantor)
+        report.check(set(vantor.windows()) == {"icon"}, "with nothing watched and no emotes only the icon is there", vantor.windows())
+        middle = [length // 2 for length in desk.screen_size()]
+        for when in ("first", "second"):
+            start = len(game.record())
+            desk.click(*middle)
+            report.check(desk.wait_until(lambda: any(event["event"] == "click" for event in game.record(start))),
+                         f"{when} opening: before it a click into the middle is the game's", vantor.windows())
+            with desk.Program("xev", "-root", "-event", "substructure", "-event", "property") as server:
+                desk.wait_until(lambda: server.lines or desk.ask("xprop", "-root", "-f", "ASKED", "8s", "-set", "ASKED", "yes"))
+                desk.press(*desk.HOTKEY)
+                x, y, *_ = vantor.overlay()
+                empty, title = (x + 50, y + 300, 100, 100), (x + 210, y + 150, 250, 60)
+                dark = []
+
+                def has_title():
+                    dark.append(max(desk.pixels(*empty)) < 100)
+                    return max(desk.pixels(*title)) > 200
+
+                report.check(desk.wait_until(has_title) and all(dark[dark.index(True):]), f"{when} opening: the page comes without a flash",
+                             dark)
+                notices = re.findall(r"(Map|Unmap|Destroy)Notify event.*\n.* window (\w+)", "\n".join(server.lines))
+            mapped = [window for kind, window in notices if kind == "Map"]
+            gone = [window for kind, window in notices if kind != "Map" and window in mapped]
+            report.check(len(mapped) == 1 and not gone, f"{when} opening: one map, and it stays", notices)
+            desk.press("Escape")
+            desk.wait_until(lambda: set(vantor.windows()) == {"icon"})
+
+
 def second_start(report, arguments, folder):
     with desk.WebService() as service, desk.Game(arguments.game, folder) as game, \
             desk.Vantor(arguments.vantor, service.host, folder) as vantor:
@@ -411,8 +444,8 @@ def main():
     desk.enter_private_desktop()
     report = desk.Report()
     with tempfile.TemporaryDirectory(prefix="vantor-scenarios.") as folder:
-        for scenario in (player_keys, held_pointer, second_start, chat_links_and_watching, moved_clock, emotes, logins, faults, command_line,
-                         two_monitors, without_compositor):
+        for scenario in (player_keys, held_pointer, opens_once, second_start, chat_links_and_watching, moved_clock, emotes, logins, faults,
+                         command_line, two_monitors, without_compositor):
             try:
                 scenario(report, arguments, folder)
             except (OSError, RuntimeError, KeyError, subprocess.SubprocessError, json.JSONDecodeError) as fault:

@@ -205,11 +205,14 @@ class Stage:
         soon(lambda: self.is_seen("main", 0.6), "the overlay is mapped and not to be seen")
 
     def hold_again(self):
-        """Wine lets go of the pointer with the focus, and holds it anew some time after, at a click into the game at the latest."""
-        if self.held and not desk.wait_until(self.server.pointer_is_held, 1):
-            left, _, _, bottom = self.monitor
+        """Wine lets go of the pointer with the focus, and holds it anew some time after: at a click into the game at the latest, but
+        not in the second after it has let go."""
+        left, _, _, bottom = self.monitor
+        for _ in range(5):
+            if not self.held or desk.wait_until(self.server.pointer_is_held, 1):
+                return
             desk.click(left + 200, bottom - 60)
-            soon(self.server.pointer_is_held, "the game holds the pointer no more")
+        soon(self.server.pointer_is_held, "the game holds the pointer no more")
 
     def opens(self):
         self.hold_again()

@@ -21,7 +21,6 @@ QPoint cornerOnScreen(const QRect& frame, const QRect& screen) {
 FloatWindow::FloatWindow(const QString& title, QSize size, bool movable, Prepare prepare)
     : OverlayWindow({.focus = Focus::never, .movable = movable, .drawnByChildren = true}, std::move(prepare)) {
     setWindowTitle(title);
-    setWindowFlag(Qt::WindowTransparentForInput);
     resize(size);
 }
 
@@ -47,11 +46,23 @@ void FloatWindow::fit(QSize size) {
         setGeometry(QRect(shown, size));
         layOut();
     }
-    // The toolkit gives the window an input shape of the size that it has when the flag goes: so once more for each
-    // size.
-    letClicksThrough(true);
-    letClicksThrough(size.isEmpty());
+    if (held_.isEmpty())
+        OverlayWindow::orderOut();
+    else if (isWanted_ && !isVisible())
+        OverlayWindow::orderFront();
     cut();
+}
+
+void FloatWindow::orderFront() {
+    isWanted_ = true;
+    if (wanted_) wanted_(true);
+    if (!held_.isEmpty()) OverlayWindow::orderFront();
+}
+
+void FloatWindow::orderOut() {
+    isWanted_ = false;
+    if (wanted_) wanted_(false);
+    OverlayWindow::orderOut();
 }
 
 void FloatWindow::standAt(QPoint corner) {
@@ -88,13 +99,6 @@ void FloatWindow::hideEvent(QHideEvent* event) {
 void FloatWindow::resizeEvent(QResizeEvent* event) {
     layOut();
     OverlayWindow::resizeEvent(event);
-}
-
-void FloatWindow::letClicksThrough(bool through) {
-    if (windowFlags().testFlag(Qt::WindowTransparentForInput) == through) return;
-    // The widget's own setter would make the native window anew, without its nature and place.
-    overrideWindowFlags(windowFlags().setFlag(Qt::WindowTransparentForInput, through));
-    if (QWindow* const window = windowHandle()) window->setFlag(Qt::WindowTransparentForInput, through);
 }
 
 }  // namespace vantor

@@ -44,15 +44,18 @@ public:
     ViewWindow(OverlayWindows& overlayWindows, Screens& screens, Make make, Stand stand)
         : overlayWindows_(overlayWindows), make_(std::move(make)), stand_(std::move(stand)) {
         screensChanged_ = screens.observe([this] {
-            if (window_ && window_->isVisible()) stand_(*window_);
+            if (window_ && window_->isWanted()) stand_(*window_);
         });
     }
 
     void orderFront() override {
-        if (!window_) window_ = make_();
-        if (!window_->isVisible()) stand_(*window_);
+        if (!window_) {
+            window_ = make_();
+            window_->onOrderedFront(
+                [this](WId native) { overlayWindows_.orderFront(static_cast<NativeWindow>(native)); });
+        }
+        if (!window_->isWanted()) stand_(*window_);
         window_->orderFront();
-        overlayWindows_.orderFront(static_cast<NativeWindow>(window_->winId()));
     }
     void orderOut() override {
         if (window_) window_->orderOut();
@@ -169,7 +172,9 @@ std::unique_ptr<AppWindow> ViewWindows::make(AppWindowName name, AppObserver& ap
                 auto window = std::make_unique<FloatWindow>(QStringLiteral("Vantor watched events"), QSize(250, 60),
                                                             true, prepareAndPlace);
                 FloatWindow& host = *window;
-                host.setContent(new WatchedEventsView(*watched_, [&host](QSize size) { host.fit(size); }, &host));
+                auto* const list = new WatchedEventsView(*watched_, [&host](QSize size) { host.fit(size); }, &host);
+                host.setContent(list);
+                host.onWanted([list](bool wanted) { list->setFollowing(wanted); });
                 return window;
             });
         }

@@ -40,15 +40,10 @@ QSize WatchedEventsView::sizeHint() const {
     return {panelWidth(), below(lines_.back().frame) + edge - 4};
 }
 
-void WatchedEventsView::showEvent(QShowEvent* event) {
-    QWidget::showEvent(event);
+void WatchedEventsView::setFollowing(bool following) {
+    if (!following) return rows_.reset();
     rows_ = feed_.observe([this] { follow(); });
     follow();
-}
-
-void WatchedEventsView::hideEvent(QHideEvent* event) {
-    rows_.reset();
-    QWidget::hideEvent(event);
 }
 
 WatchedEventsView::Line WatchedEventsView::lineOf(const OccurrenceRow& row, int top) {

@@ -20,10 +20,10 @@ public:
     WatchedEventsView(WatchedFeed& feed, Fit fit, QWidget* parent);
 
     [[nodiscard]] QSize sizeHint() const override;
+    // Whether it follows the events, shown or not: an empty one has no window to be shown in. At first it does not.
+    void setFollowing(bool following);
 
 protected:
-    void showEvent(QShowEvent* event) override;
-    void hideEvent(QHideEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
 private:
