@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <xcb/xcb.h>
 
+#include <QtGui/QWindow>
+#include <QtWidgets/QApplication>
 #include <vector>
 
 #include "ComesTrue.h"
@@ -50,8 +52,9 @@ TEST(OverlayPlaceTest, APlaceOnTheWayToTheScreenIsNotRemembered) {
     // Shown and at rest, it is where the window manager puts it.
     manager.resume();
     window.orderFront();
-    ASSERT_TRUE(comesTrue([&] { return server->isViewable(static_cast<xcb_window_t>(window.winId())); }));
+    ASSERT_TRUE(comesTrue([&] { return window.windowHandle()->isExposed(); }));
     window.repaint();
+    QApplication::processEvents();  // what the first picture led to
     ASSERT_TRUE(claimPlace(*server, window, {40, 50}));
     window.orderOut();
     EXPECT_EQ(told, std::vector{QRect(QPoint(40, 50), belongs.size())});

@@ -146,7 +146,7 @@ class Stage:
         subprocess.run(["wmctrl", "-n", "2"], check=False, timeout=PATIENCE)
         desk.park_pointer()
         self.new_game()
-        self.held = self.mode == "full"  # as Wine does while a window covers the whole screen and has the focus
+        self.held = self.may_hold = self.mode == "full"  # as Wine does while a window covers the whole screen and has the focus
         # Asked for its size, a screen in two parts gives that of its first.
         self.width, self.height = (2720, 820) if self.mode == "second" else desk.screen_size()
         self.monitor = (self.width // 2 if self.mode == "second" else 0, 0, self.width, self.height)
@@ -205,17 +205,17 @@ class Stage:
         soon(lambda: self.is_seen("main", 0.6), "the overlay is mapped and not to be seen")
 
     def hold_again(self):
-        """Wine lets go of the pointer with the focus, and holds it anew some time after: at a click into the game at the latest, but
-        not in the second after it has let go."""
+        """Whether the game holds the pointer now. Wine lets go of it with the focus and holds it anew some time after: at a click into
+        the game at the latest, but not in the second after it has let go; and at times, after many turns, no more at all."""
         left, _, _, bottom = self.monitor
-        for _ in range(5):
-            if not self.held or desk.wait_until(self.server.pointer_is_held, 1):
-                return
+        for _ in range(4):
+            if not self.may_hold or desk.wait_until(self.server.pointer_is_held, 1):
+                break
             desk.click(left + 200, bottom - 60)
-        soon(self.server.pointer_is_held, "the game holds the pointer no more")
+        return self.server.pointer_is_held()
 
     def opens(self):
-        self.hold_again()
+        self.held = self.hold_again()
         since = len(self.game.lines)
         desk.press(*desk.HOTKEY)
         soon(self.vantor.overlay_shown, "the hotkey opens no overlay")
@@ -261,7 +261,8 @@ class Player(Stage):
     """What a player does, each once as a check of the matrix (in this order), or again and again as a round."""
 
     def check_pointer(self):
-        soon(lambda: self.server.pointer_is_held() == self.held, f"the game {'does not hold' if self.held else 'holds'} the pointer")
+        soon(lambda: self.server.pointer_is_held() == self.may_hold,
+             f"the game {'does not hold' if self.may_hold else 'holds'} the pointer")
 
     def check_recognised(self):
         soon(lambda: "icon" in self.windows(), "no icon beside the game")
@@ -344,7 +345,7 @@ class Player(Stage):
         """Where the game holds the pointer the icon can be clicked while the overlay is open, and closes it."""
         self.icon_is_seen()
         x, y, *_ = self.windows()["icon"]
-        if self.held:
+        if self.may_hold:
             self.opens()
             self.clicked(x + ICON_CLICK, y + ICON_CLICK, lambda: not self.vantor.overlay_shown(), "the icon")
             self.closes(camera=False)
