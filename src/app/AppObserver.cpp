@@ -105,6 +105,7 @@ void AppObserver::dispatch(const KeyEvent& event) {
             break;
         case HotkeyAction::toggle:
             setVisible(!visible_, decision.replayCamera);
+            if (decision.withKeyboard) window_->takeKeyboard();
             break;
     }
 }

@@ -8,6 +8,20 @@
 
 namespace vantor {
 
+namespace {
+
+constexpr std::chrono::milliseconds longHold{500};
+
+bool isToggle(const KeyEvent& event, const Defaults& defaults) {
+    const std::string text = readableKeyText(event);
+    // A key without a name; so was stored what could not be captured.
+    if (text.empty()) return false;
+    return defaults.get<std::string>(settings::windowToggleEvent) == text ||
+           defaults.get<std::string>(settings::windowToggleSecondaryEvent) == text;
+}
+
+}  // namespace
+
 HotkeyDecision decideHotkey(const KeyEvent& event, bool visible, const std::function<bool()>& isApplicationEnabled,
                             const Defaults& defaults) {
     if (event.keyCode == key_code::escape) return {HotkeyAction::close, visible};
@@ -15,10 +29,10 @@ HotkeyDecision decideHotkey(const KeyEvent& event, bool visible, const std::func
     const bool commandV = event.keyCode == key_code::v && (event.flags & modifier::command) != 0;
     if (commandV && isPasteShortcutOn(visible, isApplicationEnabled, defaults)) return {HotkeyAction::paste, false};
 
-    const std::string text = readableKeyText(event);
-    const bool toggles = defaults.get<std::string>(settings::windowToggleEvent) == text ||
-                         defaults.get<std::string>(settings::windowToggleSecondaryEvent) == text;
-    return toggles ? HotkeyDecision{HotkeyAction::toggle, true} : HotkeyDecision{};
+    KeyEvent withoutLock = event;
+    withoutLock.flags &= ~modifier::capsLock;
+    if (!isToggle(event, defaults) && !isToggle(withoutLock, defaults)) return {};
+    return {HotkeyAction::toggle, true, !visible && event.heldFor >= longHold};
 }
 
 bool isPasteShortcutOn(bool visible, const std::function<bool()>& isApplicationEnabled, const Defaults& defaults) {

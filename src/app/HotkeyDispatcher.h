@@ -16,6 +16,8 @@ struct HotkeyDecision {
     HotkeyAction action = HotkeyAction::none;
     // The camera key is replayed with every toggle, and with a close that found the overlay open.
     bool replayCamera = false;
+    // The overlay that opens is given the keyboard: the hotkey was held for half a second.
+    bool withKeyboard = false;
 
     bool operator==(const HotkeyDecision&) const = default;
 };

@@ -13,6 +13,8 @@ public:
     virtual void orderOut() = 0;
     // Has an effect once it is on the screen.
     virtual void takeFocus() = 0;
+    // The same for a player without a mouse: the control that has the keyboard then shows it.
+    virtual void takeKeyboard() { takeFocus(); }
 };
 
 }  // namespace vantor

@@ -3,6 +3,7 @@
 // system that Vantor was made for (HIToolbox Events.h for the codes, CGEventTypes.h for the flags). Plain values, any
 // thread.
 
+#include <chrono>
 #include <cstdint>
 #include <string>
 
@@ -33,8 +34,14 @@ struct KeyEvent {
     ModifierFlags flags = 0;
     // What the key gives with no modifier applied, UTF-8; empty when it gives nothing.
     std::string charactersWithoutModifiers;
+    // At the release of a key: how long it was down. Zero where the system does not tell.
+    std::chrono::milliseconds heldFor{0};
 
-    bool operator==(const KeyEvent&) const = default;
+    // The same key, however long it was held.
+    bool operator==(const KeyEvent& other) const {
+        return type == other.type && keyCode == other.keyCode && flags == other.flags &&
+               charactersWithoutModifiers == other.charactersWithoutModifiers;
+    }
 };
 
 // One synthetic event: a key going down or up, with the flags that the event itself carries where a platform has such.

@@ -70,6 +70,9 @@ bool OverlayWindow::event(QEvent* event) {
     if (event->type() == QEvent::Paint && settling_)
         QMetaObject::invokeMethod(this, [this] { settle(); }, Qt::QueuedConnection);
     if (event->type() == blendingChanged()) cut();
+    // After the toolkit has given the focus back to a control, which shows nothing then.
+    if (event->type() == QEvent::WindowActivate && std::exchange(keyboardExpected_, false))
+        QMetaObject::invokeMethod(this, [this] { showKeyboard(); }, Qt::QueuedConnection);
     if (event->type() == QEvent::WinIdChange && prepared_ && internalWinId()) prepareNative();
     return QWidget::event(event);
 }
@@ -81,8 +84,28 @@ void OverlayWindow::resizeEvent(QResizeEvent* event) {
 
 void OverlayWindow::cut() { cutToSolidPart(*this, traits_.drawnByChildren ? QWidget::DrawChildren : RenderFlags()); }
 
+void OverlayWindow::expectKeyboard() {
+    if (isActiveWindow())
+        showKeyboard();
+    else
+        keyboardExpected_ = true;
+}
+
+void OverlayWindow::showKeyboard() {
+    const auto takes = [](const QWidget* each) {
+        return each && each->isVisible() && each->isEnabled() && (each->focusPolicy() & Qt::TabFocus) != 0;
+    };
+    QWidget* first = focusWidget();
+    for (QWidget* each = nextInFocusChain(); !takes(first) && each != this; each = each->nextInFocusChain())
+        first = each;
+    if (!takes(first)) return;
+    first->clearFocus();
+    first->setFocus(Qt::TabFocusReason);
+}
+
 void OverlayWindow::orderOut() {
     dragging_ = false;
+    keyboardExpected_ = false;
     settle();
     // A window manager may have moved it by its own means.
     if (isVisible()) tellPlace();

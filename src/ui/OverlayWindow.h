@@ -19,8 +19,8 @@ public:
         bool resizable = false;
         bool drawnByChildren = false;  // its own painting leaves out some of what it shows
     };
-    // Runs when the window exists natively and is not yet mapped: once, and again should the toolkit make another native
-    // window for it.
+    // Runs when the window exists natively and is not yet mapped: once, and again should the toolkit make another
+    // native window for it.
     using Prepare = std::function<void(WId)>;
 
     OverlayWindow(const Traits& traits, Prepare prepare);
@@ -28,6 +28,8 @@ public:
     // Maps it, or only raises it when it is mapped already. Takes no focus either way.
     virtual void orderFront();
     virtual void orderOut();
+    // A control of it shows that it has the keyboard, as soon as the window has it.
+    void expectKeyboard();
     // Whether it is to be seen as soon as it has something to show.
     [[nodiscard]] virtual bool isWanted() const { return isVisible(); }
     // Where the program puts it, shown or not; nobody is told of it.
@@ -54,6 +56,7 @@ private:
     void drag(QPoint pointer);
     void settle();
     void tellPlace();
+    void showKeyboard();
     void prepareNative();
 
     Traits traits_;
@@ -61,6 +64,7 @@ private:
     WId prepared_ = 0;
     std::function<void(WId)> orderedFront_;
     std::function<void(QRect)> placed_;
+    bool keyboardExpected_ = false;
     bool dragging_ = false;
     Qt::Edges edges_;
     QPoint pointerAtStart_;

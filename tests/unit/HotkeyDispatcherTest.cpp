@@ -62,7 +62,12 @@ TEST_F(HotkeyDispatcherTest, TogglesWithEitherHotkeyAsStoredNow) {
     EXPECT_EQ(decide(plainV), none);
     defaults.put(settings::windowToggleEvent, "V");
     EXPECT_EQ(decide(plainV), toggle);
-    for (const char* unset : {" ", "v", "V ", "fn + F9"}) {
+    KeyEvent locked = f9;
+    locked.flags |= modifier::capsLock;
+    locked.heldFor = std::chrono::milliseconds(500);
+    EXPECT_EQ(decide(locked), (HotkeyDecision{HotkeyAction::toggle, true, true}));
+    EXPECT_EQ(decide(locked, true), toggle) << "nothing is left to have the keyboard";
+    for (const char* unset : {"", " ", "v", "V ", "fn + F9"}) {
         defaults.put(settings::windowToggleEvent, unset);
         defaults.put(settings::windowToggleSecondaryEvent, unset);
         for (const auto& event : {f9, plainV, commandV, nothingNamed}) EXPECT_EQ(decide(event), none) << unset;

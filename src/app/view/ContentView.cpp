@@ -18,8 +18,9 @@ ContentView::ContentView(AppObserver& appObserver, const ViewNeeds& needs, Watch
       appObserver_(appObserver),
       needs_(needs),
       apiKey_(appObserver.defaults(), appObserver.apiKeyCheckNeeds(), [&appObserver] { appObserver.data().restart(); }),
-      titleBar_(new TitleBar([&appObserver] { appObserver.closePressed(); }, this)),
       tabRow_(new TabRow(appObserver.tabs(), this)),
+      // After the tabs, so that the keyboard comes to the button that closes last.
+      titleBar_(new TitleBar([&appObserver] { appObserver.closePressed(); }, this)),
       content_(new QStackedWidget(this)) {
     setCursor(Qt::ArrowCursor);
     auto* const inner = new QVBoxLayout;

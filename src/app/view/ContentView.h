@@ -31,8 +31,8 @@ private:
     AppObserver& appObserver_;
     const ViewNeeds& needs_;
     ApiKeyField apiKey_;
-    TitleBar* titleBar_;
     TabRow* tabRow_;
+    TitleBar* titleBar_;
     QStackedWidget* content_;
     // By position; the two tabs of the shared page have one.
     std::array<QWidget*, tabEntries.size()> pages_{};

@@ -63,6 +63,10 @@ public:
     void takeFocus() override {
         if (window_) overlayWindows_.takeFocus(static_cast<NativeWindow>(window_->winId()));
     }
+    void takeKeyboard() override {
+        if (window_) window_->expectKeyboard();
+        takeFocus();
+    }
 
 private:
     OverlayWindows& overlayWindows_;

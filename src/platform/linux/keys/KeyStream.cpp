@@ -20,6 +20,7 @@ void KeyStream::restart() {
     ahead_.reset();
     keyboard_.reset();
     ownKeys_.reset();
+    presses_.fill(std::nullopt);
     focused_ = XCB_NONE;
     record_.clear();
     if (!connection_.get()) return;
@@ -83,7 +84,21 @@ void KeyStream::handleKey(std::uint8_t xKeycode, bool down, std::uint32_t time,
         keyboard_->update(xKeycode, down);
     }
     handler({xKeycode, down, time, ownPost, focused_ != XCB_NONE,
-             ownPost ? std::nullopt : keyboard_->eventFor(xKeycode, down)});
+             ownPost ? std::nullopt : playersEvent(xKeycode, down, time)});
+}
+
+std::optional<KeyEvent> KeyStream::playersEvent(std::uint8_t xKeycode, bool down, std::uint32_t time) {
+    auto event = keyboard_->eventFor(xKeycode, down);
+    if (!event || event->type == KeyEventType::flagsChanged) return event;
+    std::optional<Press>& press = presses_.at(xKeycode);
+    if (down) {
+        if (!press) press = {event->flags, time};
+    } else if (press) {
+        event->flags = press->flags;
+        event->heldFor = std::chrono::milliseconds(time - press->time);
+        press.reset();
+    }
+    return event;
 }
 
 // The server puts the focus's moves and the keys into one order, in which the answer to a question comes too late.

@@ -2,6 +2,7 @@
 // The server's stream of raw keys, whoever has the focus, turned into key events: the flags are those of the stream
 // itself, and keys that Vantor posted are marked. Main thread.
 
+#include <array>
 #include <bitset>
 #include <cstdint>
 #include <functional>
@@ -50,6 +51,9 @@ private:
     [[nodiscard]] XReply<xcb_generic_event_t> next();
     void handleKey(std::uint8_t xKeycode, bool down, std::uint32_t time,
                    const std::function<void(const StreamedKey&)>& handler);
+    // Of a player's key: the flags of a release are those of its press, so that a combination is the same whichever of
+    // its keys goes up first.
+    [[nodiscard]] std::optional<KeyEvent> playersEvent(std::uint8_t xKeycode, bool down, std::uint32_t time);
     void handleFocus(const xcb_focus_in_event_t& event, bool in);
     void handleKeyboardNotice(const xcb_generic_event_t& event);
 
@@ -57,9 +61,14 @@ private:
     PostedKeyRecord& record_;
     XReply<xcb_generic_event_t> ahead_;        // the first of those read ahead
     std::optional<TrackedKeyboard> keyboard_;  // from the first key on
-    std::bitset<256> ownKeys_;                 // of Vantor's posts, those that are down
-    xcb_window_t focused_ = XCB_NONE;          // of those that are followed
-    bool stale_ = false;                       // the keymap has changed since
+    struct Press {
+        ModifierFlags flags = 0;
+        std::uint32_t time = 0;
+    };
+    std::array<std::optional<Press>, 256> presses_;  // of the player's keys that are down
+    std::bitset<256> ownKeys_;                       // of Vantor's posts, those that are down
+    xcb_window_t focused_ = XCB_NONE;                // of those that are followed
+    bool stale_ = false;                             // the keymap has changed since
 };
 
 }  // namespace vantor
