@@ -1,6 +1,6 @@
 #pragma once
-// The capture of one hotkey: every key that goes down in a window of ours becomes the new text and does nothing else.
-// Stored only when it is accepted. Main thread; ends with the object.
+// The capture of one hotkey: every key that goes down in its window becomes the new text, if it has a name, and does
+// nothing else. Stored only when it is accepted. Main thread; ends with the object.
 
 #include <functional>
 #include <string>
@@ -18,12 +18,16 @@ inline constexpr std::string_view unsetHotkey = " ";
 
 class HotkeyCapture {
 public:
-    // `changed`: after each change of the new text.
-    HotkeyCapture(Defaults& defaults, std::string_view key, KeyMonitors& monitors, std::function<void()> changed);
+    // `hasKeyboard`: whether a key that Vantor is given is for the capture's window. `changed`: after each change of
+    // the new text.
+    HotkeyCapture(Defaults& defaults, std::string_view key, KeyMonitors& monitors, std::function<bool()> hasKeyboard,
+                  std::function<void()> changed);
     HotkeyCapture(const HotkeyCapture&) = delete;
     HotkeyCapture& operator=(const HotkeyCapture&) = delete;
 
     [[nodiscard]] const std::string& newEvent() const { return newEvent_; }
+    // What the new text will mean that a player may not expect, one sentence; empty when nothing.
+    [[nodiscard]] std::string warning() const;
     void unbind() { set(std::string(unsetHotkey)); }
     // Back to the text that the hotkey had when the capture began.
     void restore() { set(originalReadableKeys_); }

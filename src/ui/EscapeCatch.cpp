@@ -11,12 +11,13 @@ namespace vantor {
 // first.
 class EscapeCatch::Filter final : public QObject {
 public:
-    Filter(QWidget& window, std::function<void()> pressed) : window_(&window), pressed_(std::move(pressed)) {
+    Filter(QWidget& window, std::function<void()> caught, At at)
+        : window_(&window), caught_(std::move(caught)), at_(at) {
         QCoreApplication::instance()->installEventFilter(this);
     }
 
     void end() {
-        pressed_ = nullptr;
+        caught_ = nullptr;
         if (!held_) deleteLater();
     }
 
@@ -27,27 +28,33 @@ public:
         const auto& key = *static_cast<QKeyEvent*>(event);
         if (key.key() != Qt::Key_Escape) return false;
         if (press && !held_) {
-            if (!pressed_) return false;
+            if (!caught_) return false;
             held_ = true;
-            // May end this catch.
-            std::exchange(pressed_, nullptr)();
+            if (at_ == At::press) tell();
         } else if (!held_) {
             return false;  // a release whose press was before
         } else if (!press && !key.isAutoRepeat()) {
             held_ = false;
             deleteLater();
+            if (at_ == At::release) tell();
         }
         return true;
     }
 
 private:
+    // May end this catch.
+    void tell() {
+        if (const auto caught = std::exchange(caught_, nullptr)) caught();
+    }
+
     QPointer<QWidget> window_;
-    std::function<void()> pressed_;
+    std::function<void()> caught_;
+    At at_;
     bool held_ = false;
 };
 
-EscapeCatch::EscapeCatch(QWidget& window, std::function<void()> pressed)
-    : filter_(new Filter(window, std::move(pressed))) {}
+EscapeCatch::EscapeCatch(QWidget& window, std::function<void()> caught, At at)
+    : filter_(new Filter(window, std::move(caught), at)) {}
 
 EscapeCatch::~EscapeCatch() {
     if (filter_) filter_->end();

@@ -1,6 +1,7 @@
 #pragma once
 // Takes the next Escape of a window before anyone else sees it: press and release, since the window itself may close at
-// the release. For what is open inside the window. Main thread.
+// the release. For what is open inside the window, and for a window whose end must not give the release to another.
+// Main thread.
 
 #include <QtCore/QPointer>
 #include <QtWidgets/QWidget>
@@ -12,7 +13,8 @@ namespace vantor {
 // still taken.
 class EscapeCatch {
 public:
-    EscapeCatch(QWidget& window, std::function<void()> pressed);
+    enum class At { press, release };
+    EscapeCatch(QWidget& window, std::function<void()> caught, At at = At::press);
     ~EscapeCatch();
     EscapeCatch(const EscapeCatch&) = delete;
     EscapeCatch& operator=(const EscapeCatch&) = delete;

@@ -71,7 +71,8 @@ protected:
         decisions.push_back(decideHotkey(event, true, [] { return true; }, defaults).action);
         return KeyMonitors::Passing::passOn;
     });
-    HotkeyCapture capture{defaults, settings::windowToggleEvent, monitors, [] {}};
+    HotkeyCapture capture{defaults, settings::windowToggleEvent, monitors, [this] { return popup.isActiveWindow(); },
+                          [] {}};
 };
 
 TEST_F(HotkeyCaptureTest, EveryKindOfKeyIsNamedAndNoneReachesTheWindow) {
@@ -115,7 +116,7 @@ TEST_F(HotkeyCaptureTest, ADeadKeyIsCapturedAndDoesNotComposeWithTheNext) {
     ASSERT_TRUE(open());
     EXPECT_EQ(captured(xkey::v), "V");
     const std::uint8_t deadCircumflex = 49;
-    EXPECT_EQ(captured(deadCircumflex), "");
+    EXPECT_EQ(captured(deadCircumflex), "V") << "it has no name";
     EXPECT_EQ(captured(xkey::a), "A");
     ASSERT_EQ(std::system("setxkbmap us"), 0);
 }

@@ -154,6 +154,53 @@ def opens_once(report, arguments, folder):
             desk.wait_until(lambda: set(vantor.windows()) == {"icon"})
 
 
+def hotkeys(report, arguments, folder):
+    """Whichever key goes up first, with Caps Lock on, held for long; and the popup that takes a new one."""
+    def keys(*steps):
+        desk.ask("xdotool", *(word for step in steps for word in step.split()))
+
+    down = [f"keydown {key}" for key in ("Control_L", "Shift_L", "t")]
+    with desk.WebService() as service, desk.Game(arguments.game, folder) as game, \
+            desk.Vantor(arguments.vantor, service.host, folder) as vantor:
+        started(vantor)
+        for what, steps in (("with its modifiers let go first", [*down, "keyup Control_L", "keyup Shift_L", "keyup t"]),
+                            ("with Caps Lock on", ["key Caps_Lock", *down, "keyup t", "keyup Shift_L", "keyup Control_L", "key Caps_Lock"])):
+            keys(*steps)
+            report.check(desk.wait_until(vantor.overlay_shown) and game.has_focus(), f"the hotkey opens {what}", vantor.windows())
+            desk.press("Escape")
+            desk.wait_until(lambda: not vantor.overlay_shown())
+        keys(*down, "sleep 0.6", "keyup t", "keyup Shift_L", "keyup Control_L")
+        report.check(desk.wait_until(lambda: vantor.overlay_shown() and not game.has_focus()),
+                     "held for half a second it gives the overlay the keyboard", desk.active_window())
+        x, y, *_ = vantor.overlay()
+        desk.press("Escape")
+        desk.wait_until(lambda: game.has_focus() and not vantor.overlay_shown())
+
+        desk.press(*desk.HOTKEY)
+        desk.wait_until(vantor.overlay_shown)
+        desk.click(x + SETTINGS_TAB[0], y + SETTINGS_TAB[1])
+        desk.settled_pixels(x + 160, y + 140, 400, 200)
+
+        def popup():
+            return "Vantor hotkey" in vantor.windows()
+
+        def opens_popup():
+            desk.click(x + HOTKEY_FIELD[0], y + HOTKEY_FIELD[1])
+            return desk.wait_until(lambda: popup() and desk.ask("xdotool", "getwindowfocus", "getwindowname") == "Vantor hotkey")
+
+        opened = opens_popup()
+        keys("key F7", "key Escape")
+        report.check(opened and desk.wait_until(lambda: not popup()) and vantor.overlay_shown(),
+                     "Escape in the popup cancels it and leaves the overlay", vantor.windows())
+        opened = opens_popup()
+        desk.click(x + 860, y + 48)
+        report.check(opened and desk.wait_until(lambda: not vantor.overlay_shown() and not popup()),
+                     "the popup goes with the overlay", vantor.windows())
+        keys("key F7")
+        report.check(vantor.setting("general.windowToggleEvent") == "\u2303 + \u21e7 + T", "and what it took is not stored",
+                     vantor.setting("general.windowToggleEvent"))
+
+
 def second_start(report, arguments, folder):
     with desk.WebService() as service, desk.Game(arguments.game, folder) as game, \
             desk.Vantor(arguments.vantor, service.host, folder) as vantor:
@@ -208,6 +255,7 @@ def faults(report, arguments, folder):
 
 # Inside the main window, from its top left corner.
 TIMERS_TAB = (180, 87)
+SETTINGS_TAB, HOTKEY_FIELD = (765, 87), (460, 224)
 FIRST_ROW = 205
 ROW = 58
 WAYPOINT, WATCH = 775, 850
@@ -444,7 +492,7 @@ def main():
     desk.enter_private_desktop()
     report = desk.Report()
     with tempfile.TemporaryDirectory(prefix="vantor-scenarios.") as folder:
-        for scenario in (player_keys, held_pointer, opens_once, second_start, chat_links_and_watching, moved_clock, emotes, logins, faults,
+        for scenario in (player_keys, held_pointer, opens_once, hotkeys, second_start, chat_links_and_watching, moved_clock, emotes, logins, faults,
                          command_line, two_monitors, without_compositor):
             try:
                 scenario(report, arguments, folder)

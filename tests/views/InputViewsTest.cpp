@@ -202,6 +202,7 @@ protected:
         return found == all.end() ? nullptr : *found;
     }
     void pressKey(KeyCode code, const std::string& characters) {
+        QApplication::processEvents();  // the popup gets the keyboard
         EXPECT_EQ(monitors.pressInVantor({KeyEventType::keyDown, code, 0, characters}), KeyMonitors::Passing::swallow);
     }
     std::optional<std::string> stored(std::string_view key) { return defaults.get<std::string>(key); }

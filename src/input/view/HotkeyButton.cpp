@@ -90,6 +90,11 @@ void HotkeyButton::addField(std::string_view key, const QString& name, WindowNat
     });
 }
 
+void HotkeyButton::hideEvent(QHideEvent* event) {
+    if (w_) w_->close();
+    QWidget::hideEvent(event);
+}
+
 void HotkeyButton::open(std::string_view key, WindowNature nature) {
     // One at a time: of two captures the older one, which lies below, would take the keys.
     for (QWidget* const window : QApplication::topLevelWidgets())

@@ -32,6 +32,10 @@ public:
     // The open popup; nothing while none is open.
     [[nodiscard]] HotkeyPopup* window() const { return w_.get(); }
 
+protected:
+    // The popup goes with the page that its field is on, and so with the overlay.
+    void hideEvent(QHideEvent* event) override;
+
 private:
     void addField(std::string_view key, const QString& name, WindowNature nature);
     void open(std::string_view key, WindowNature nature);

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "input/view/HotkeyText.h"
+#include "ui/EscapeCatch.h"
 #include "ui/Fonts.h"
 #include "ui/GW2Button.h"
 #include "ui/NineParts.h"
@@ -62,6 +63,11 @@ HotkeyPopup::HotkeyPopup(const QString& message, Defaults& defaults, std::string
     column->addWidget(field_);
     column->addWidget(new TextBlock(TextRole::second, QStringLiteral("Press the keys that you want."), this));
 
+    // Its room is kept, so that nothing moves when it has something to say.
+    warning_ = new TextBlock(TextRole::hint, QString(), this);
+    warning_->setMinimumHeight(2 * warning_->fontMetrics().lineSpacing());
+    column->addWidget(warning_);
+
     auto* const buttons = new QHBoxLayout;
     const auto add = [&](const char* text, GW2ButtonStyle::Kind kind, std::function<void()> action) {
         auto* const button = new GW2Button(QString::fromLatin1(text), QString(), kind, this);
@@ -81,16 +87,24 @@ HotkeyPopup::HotkeyPopup(const QString& message, Defaults& defaults, std::string
     add("Cancel", Kind::standard, [this] { finish(); });
     column->addLayout(buttons);
 
-    capture_ = std::make_unique<HotkeyCapture>(defaults, key, monitors, [this] {
-        field_->setAccessibleName(shownText());
-        field_->update();
-    });
-    field_->setAccessibleName(shownText());
+    capture_ = std::make_unique<HotkeyCapture>(
+        defaults, key, monitors, [this] { return isActiveWindow(); }, [this] { follow(); });
+    follow();
+    escape_ = std::make_unique<EscapeCatch>(*this, [this] { finish(); }, EscapeCatch::At::release);
 }
+
+void HotkeyPopup::follow() {
+    field_->setAccessibleName(shownText());
+    field_->update();
+    warning_->setText(QString::fromStdString(capture_->warning()));
+}
+
+HotkeyPopup::~HotkeyPopup() = default;
 
 QString HotkeyPopup::shownText() const { return hotkeyText(capture_->newEvent()); }
 
 void HotkeyPopup::finish() {
+    if (!capture_) return;
     capture_.reset();
     orderOut();
     closed_();

@@ -1,6 +1,6 @@
 #pragma once
 // The capture popup: the one floating window that takes the keyboard. It shows the combination captured so far and ends
-// with Accept or Cancel. Main thread.
+// with Accept or Cancel, which Escape is too. Main thread.
 
 #include <QtCore/QString>
 #include <functional>
@@ -10,11 +10,15 @@
 
 namespace vantor {
 
+class EscapeCatch;
+class TextBlock;
+
 class HotkeyPopup : public OverlayWindow {
 public:
     // `closed`: it is off the screen and captures no more; the owner lets it go, but not within the call.
     HotkeyPopup(const QString& message, Defaults& defaults, std::string_view key, KeyMonitors& monitors,
                 Prepare prepare, std::function<void()> closed);
+    ~HotkeyPopup() override;
 
     [[nodiscard]] QString shownText() const;
 
@@ -23,10 +27,13 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
+    void follow();
     void finish();
 
     std::unique_ptr<HotkeyCapture> capture_;
+    std::unique_ptr<EscapeCatch> escape_;
     QWidget* field_;
+    TextBlock* warning_;
     std::function<void()> closed_;
 };
 

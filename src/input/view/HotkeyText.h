@@ -9,13 +9,14 @@ namespace vantor {
 
 // Empty for a hotkey that is not set.
 [[nodiscard]] inline QString hotkeyText(const std::string& stored) {
-    return stored == " " ? QString() : QString::fromStdString(stored);
+    // A tab has a width but no face.
+    return stored == " " ? QString() : QString::fromStdString(stored).replace(QLatin1Char('\t'), QChar(0x21E5));
 }
 
 // "[hotkey]" for the title bar; empty while no hotkey is set.
 [[nodiscard]] inline QString hotkeyHint(const std::optional<std::string>& stored) {
-    if (!stored || *stored == " ") return {};
-    return QLatin1Char('[') + QString::fromStdString(*stored) + QLatin1Char(']');
+    const QString text = hotkeyText(stored.value_or(""));
+    return text.isEmpty() ? text : QLatin1Char('[') + text + QLatin1Char(']');
 }
 
 }  // namespace vantor

@@ -62,13 +62,22 @@ void XcbOverlayWindows::prepare(NativeWindow native, WindowNature nature) {
     const auto window = static_cast<xcb_window_t>(native);
     if (QWindow* const known = toolkitWindow(window)) {
         tellToolkit(*known, nature);
-        known->setTransientParent(owner_.get());
+        known->setTransientParent(ownerOf(nature));
     }
     prepared_[window] = nature;
     desktop_->select(window, XCB_EVENT_MASK_STRUCTURE_NOTIFY);
     writeHints(window, nature);
-    writeOwner(window);
+    writeOwner(window, nature);
     desktop_->flush();
+}
+
+// A popup lies over the overlay, whichever of the two is raised.
+QWindow* XcbOverlayWindows::ownerOf(WindowNature nature) const {
+    if (takesFocus(nature))
+        for (const auto& [window, other] : prepared_)
+            if (QWindow* const overlay = other == WindowNature::overlay ? toolkitWindow(window) : nullptr)
+                return overlay;
+    return owner_.get();
 }
 
 void XcbOverlayWindows::takeFocus(NativeWindow native) {
@@ -85,8 +94,8 @@ void XcbOverlayWindows::setOwnerWindow(NativeWindow native) {
     if (desktop_->exists(owner)) owner_.reset(QWindow::fromWinId(owner));
     for (const auto& [window, nature] : prepared_) {
         // The toolkit writes the owner itself before it maps a window, and only then.
-        if (QWindow* const known = toolkitWindow(window)) known->setTransientParent(owner_.get());
-        writeOwner(window);
+        if (QWindow* const known = toolkitWindow(window)) known->setTransientParent(ownerOf(nature));
+        writeOwner(window, nature);
         // Window managers learn of the new owner, but do not restack for it.
         constexpr std::uint32_t above = XCB_STACK_MODE_ABOVE;
         if (desktop_->isViewable(window))
@@ -186,10 +195,10 @@ void XcbOverlayWindows::writeHints(xcb_window_t window, WindowNature nature) con
     desktop_->setNumbers(window, XCB_ATOM_WM_HINTS, XCB_ATOM_WM_HINTS, hints);
 }
 
-void XcbOverlayWindows::writeOwner(xcb_window_t window) const {
-    if (owner_)
+void XcbOverlayWindows::writeOwner(xcb_window_t window, WindowNature nature) const {
+    if (QWindow* const owner = ownerOf(nature))
         desktop_->setNumbers(window, XCB_ATOM_WM_TRANSIENT_FOR, XCB_ATOM_WINDOW,
-                             {static_cast<std::uint32_t>(owner_->winId())});
+                             {static_cast<std::uint32_t>(owner->winId())});
 }
 
 }  // namespace vantor

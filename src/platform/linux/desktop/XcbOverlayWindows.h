@@ -46,7 +46,8 @@ private:
     void destroyed(xcb_window_t window);
     void requestPlace(xcb_window_t window) const;
     void writeHints(xcb_window_t window, WindowNature nature) const;
-    void writeOwner(xcb_window_t window) const;
+    [[nodiscard]] QWindow* ownerOf(WindowNature nature) const;
+    void writeOwner(xcb_window_t window, WindowNature nature) const;
 
     std::unique_ptr<XcbDesktop> desktop_;
     QSocketNotifier readable_;
