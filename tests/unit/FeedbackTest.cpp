@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <QFile>
+#include <QtCore/QFile>
 
 #include "data/Decoder.h"
 #include "fake/FakeMainThread.h"

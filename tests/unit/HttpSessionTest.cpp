@@ -1,10 +1,10 @@
 // Data tasks against a real server on this machine.
 #include <gmock/gmock.h>
 
-#include <QEventLoop>
-#include <QTcpServer>
-#include <QTcpSocket>
-#include <QTimer>
+#include <QtCore/QEventLoop>
+#include <QtCore/QTimer>
+#include <QtNetwork/QTcpServer>
+#include <QtNetwork/QTcpSocket>
 #include <cctype>
 #include <map>
 #include <thread>

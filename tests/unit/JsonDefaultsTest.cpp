@@ -5,13 +5,13 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <QDir>
-#include <QEventLoop>
-#include <QFile>
-#include <QJsonDocument>
-#include <QLockFile>
-#include <QTemporaryDir>
-#include <QTimer>
+#include <QtCore/QDir>
+#include <QtCore/QEventLoop>
+#include <QtCore/QFile>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QLockFile>
+#include <QtCore/QTemporaryDir>
+#include <QtCore/QTimer>
 #include <array>
 #include <chrono>
 #include <csignal>

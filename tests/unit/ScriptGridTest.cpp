@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include <QStringList>
+#include <QtCore/QStringList>
 
 namespace vantor {
 namespace {
