@@ -4,7 +4,7 @@
 
 #include <benchmark/benchmark.h>
 
-#include <QtGlobal>
+#include <QtCore/QtGlobal>
 #include <chrono>
 #include <string>
 #include <thread>

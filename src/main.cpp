@@ -2,9 +2,9 @@
 
 #include <unistd.h>
 
-#include <QApplication>
-#include <QDesktopServices>
-#include <QFile>
+#include <QtCore/QFile>
+#include <QtGui/QDesktopServices>
+#include <QtWidgets/QApplication>
 #include <chrono>
 #include <cstdio>
 #include <iostream>

@@ -1,7 +1,7 @@
 #include "accounts/AccountsJson.h"
 
-#include <QJsonObject>
-#include <QStringDecoder>
+#include <QtCore/QJsonObject>
+#include <QtCore/QStringDecoder>
 #include <optional>
 
 namespace vantor {

@@ -63,15 +63,6 @@ void GameData::followZone() {
     if (feed_.zoneChanged()) chain_.recompute();
 }
 
-GameData::State GameData::state() const {
-    if (feed_.timeline()) return State::ready;
-    if (!hasKey()) return State::noKey;
-    if (!startedWithKey_) return State::keyIsNew;
-    const bool waiting =
-        allCompletedAchievements_.snapshot().activeRequests > 0 || eventsSections_.snapshot().activeRequests > 0;
-    return waiting ? State::loading : State::failed;
-}
-
 DataState GameData::timersState() const { return feed_.timeline() ? DataState::ready : whyNothing(); }
 
 DataState GameData::bestiaryState() const {

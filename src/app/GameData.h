@@ -38,15 +38,6 @@ public:
         TimelineFeed::Stop stop;                                 // queue
     };
 
-    // Why there is a timeline, or none.
-    enum class State {
-        ready,
-        noKey,
-        keyIsNew,  // set after the start, where the one load begins
-        loading,
-        failed,
-    };
-
     explicit GameData(const Needs& needs);
 
     // The first load of a run.
@@ -58,8 +49,7 @@ public:
     // The timeline again if the zone's offset is another one than it was computed with.
     void followZone();
 
-    [[nodiscard]] State state() const;
-    // The same, telling a refused key from a service that is away; of the timers and of the bestiary.
+    // Why there is a timeline, or none, and the same of the bestiary.
     [[nodiscard]] DataState timersState() const;
     [[nodiscard]] DataState bestiaryState() const;
     [[nodiscard]] std::shared_ptr<const Timeline> timeline() const { return feed_.timeline(); }

@@ -1,6 +1,6 @@
 #include "app/HotkeyDispatcher.h"
 
-#include <QString>
+#include <QtCore/QString>
 
 #include "data/SettingKeys.h"
 #include "input/ReadableKeyText.h"

@@ -1,7 +1,7 @@
 #include "app/Settings.h"
 
-#include <QByteArray>
-#include <QString>
+#include <QtCore/QByteArray>
+#include <QtCore/QString>
 #include <algorithm>
 #include <array>
 #include <cmath>

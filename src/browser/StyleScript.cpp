@@ -1,6 +1,6 @@
 #include "browser/StyleScript.h"
 
-#include <QByteArray>
+#include <QtCore/QByteArray>
 
 namespace vantor {
 

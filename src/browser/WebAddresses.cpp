@@ -1,7 +1,7 @@
 #include "browser/WebAddresses.h"
 
-#include <QByteArray>
-#include <QUrl>
+#include <QtCore/QByteArray>
+#include <QtCore/QUrl>
 #include <algorithm>
 
 namespace vantor {

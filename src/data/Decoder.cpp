@@ -1,6 +1,6 @@
 #include "data/Decoder.h"
 
-#include <QJsonDocument>
+#include <QtCore/QJsonDocument>
 #include <cmath>
 #include <limits>
 

@@ -6,10 +6,10 @@
 // "[3].sequences.pattern[0].r: missing". An optional key may be null. Keys without a field are ignored. Integers are
 // signed 64-bit; a number such as 5.0 is one, a boolean is none.
 
-#include <QJsonArray>
-#include <QJsonObject>
-#include <QJsonValue>
-#include <QString>
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonObject>
+#include <QtCore/QJsonValue>
+#include <QtCore/QString>
 #include <cstdint>
 #include <optional>
 #include <string>

@@ -1,6 +1,6 @@
 #include "data/Graphemes.h"
 
-#include <QTextBoundaryFinder>
+#include <QtCore/QTextBoundaryFinder>
 
 namespace vantor {
 

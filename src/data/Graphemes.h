@@ -1,7 +1,7 @@
 #pragma once
 // User-perceived characters of a text: an emoji made of several code points is one. Any thread.
 
-#include <QString>
+#include <QtCore/QString>
 #include <vector>
 
 namespace vantor {

@@ -68,8 +68,6 @@ public:
     JsonFetchable(const JsonFetchable&) = delete;
     JsonFetchable& operator=(const JsonFetchable&) = delete;
 
-    [[nodiscard]] const std::string& fromUrl() const { return fromUrl_; }
-
     // Without ids the whole resource is asked for. Without a key an authenticated loader does nothing and the
     // completion is never called.
     void fetch(std::vector<std::int64_t> ids, Completion completion = {}) {

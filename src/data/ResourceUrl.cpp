@@ -1,6 +1,6 @@
 #include "data/ResourceUrl.h"
 
-#include <QUrl>
+#include <QtCore/QUrl>
 
 namespace vantor {
 

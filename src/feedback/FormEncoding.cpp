@@ -1,6 +1,6 @@
 #include "feedback/FormEncoding.h"
 
-#include <QByteArray>
+#include <QtCore/QByteArray>
 
 namespace vantor {
 

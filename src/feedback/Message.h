@@ -3,7 +3,7 @@
 // nothing is retried or kept. Main thread; it may be destroyed while a request is under way, whose answer is then
 // dropped.
 
-#include <QString>
+#include <QtCore/QString>
 #include <functional>
 #include <memory>
 #include <optional>

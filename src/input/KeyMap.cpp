@@ -1,6 +1,6 @@
 #include "input/KeyMap.h"
 
-#include <QString>
+#include <QtCore/QString>
 #include <algorithm>
 #include <array>
 #include <cstdio>

@@ -1,7 +1,7 @@
 #include "input/KeyStrokes.h"
 
-#include <QString>
-#include <QStringList>
+#include <QtCore/QString>
+#include <QtCore/QStringList>
 #include <algorithm>
 #include <optional>
 

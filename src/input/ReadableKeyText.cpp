@@ -1,6 +1,6 @@
 #include "input/ReadableKeyText.h"
 
-#include <QString>
+#include <QtCore/QString>
 #include <array>
 #include <utility>
 

@@ -2,7 +2,7 @@
 // A short message that a button writes out one character at a time, keeps for a second and erases again. Main thread;
 // it may go while a message is under way.
 
-#include <QString>
+#include <QtCore/QString>
 #include <functional>
 #include <memory>
 

@@ -1,7 +1,7 @@
 #pragma once
 // The characters that a script translator shows, in rows, and the three scripts. Pure; any thread.
 
-#include <QString>
+#include <QtCore/QString>
 #include <array>
 #include <string_view>
 #include <vector>

@@ -1,6 +1,7 @@
 #pragma once
 // Records what is posted, in order, and the typing that it belongs to; fails at the n-th post when told to. One thread.
 
+#include <functional>
 #include <vector>
 
 #include "platform/KeyPoster.h"
@@ -10,29 +11,26 @@ namespace vantor {
 class FakeKeyPoster final : public KeyPoster {
 public:
     [[nodiscard]] std::unique_ptr<Typing> beginTyping() override {
-        class Span final : public Typing {
-        public:
-            explicit Span(FakeKeyPoster& poster) : poster_(poster) {
-                ++poster_.typingsBegun;
-                poster_.typing = true;
-            }
-            ~Span() override { poster_.typing = false; }
-
-        private:
-            FakeKeyPoster& poster_;
+        struct Span final : Typing {
+            explicit Span(bool& lasting) : typing(lasting) { typing = true; }
+            ~Span() override { typing = false; }
+            bool& typing;
         };
-        return std::make_unique<Span>(*this);
+        ++typingsBegun;
+        return std::make_unique<Span>(typing);
     }
     [[nodiscard]] std::chrono::microseconds pauseBefore(const PostedKey& key) override {
         return std::chrono::microseconds(key.keyCode == slowKey ? 30000 : 0);
     }
     [[nodiscard]] PostVerdict post(const PostedKey& key) override {
         posted.push_back(key);
+        if (atPost) atPost();
         if (!typing) ++postedOutsideTyping;
         return static_cast<int>(posted.size()) == failAt ? failure : PostVerdict::posted;
     }
 
     std::vector<PostedKey> posted;
+    std::function<void()> atPost;
     int failAt = 0;  // the first is 1
     PostVerdict failure = PostVerdict::unavailable;
     KeyCode slowKey = keyCodeCount;  // none

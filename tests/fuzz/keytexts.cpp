@@ -1,7 +1,7 @@
 // Readable key texts, both ways. Any stored text: its strokes are presses of keys that the layout has, all released
 // again, last down first up. Any key event: what is played back of its text reads like the text.
 
-#include <QString>
+#include <QtCore/QString>
 #include <array>
 
 #include "Fuzz.h"

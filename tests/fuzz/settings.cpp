@@ -2,10 +2,10 @@
 // and every foreign one beside it; a file that is no settings file at all is kept whole under another name. What was
 // written is read by the next program.
 
-#include <QDir>
-#include <QFile>
-#include <QJsonDocument>
-#include <QTemporaryDir>
+#include <QtCore/QDir>
+#include <QtCore/QFile>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QTemporaryDir>
 #include <map>
 
 #include "Fuzz.h"

@@ -2,7 +2,7 @@
 
 #include <xcb/xtest.h>
 
-#include <QDeadlineTimer>
+#include <QtCore/QDeadlineTimer>
 
 namespace vantor::sweep {
 

@@ -2,8 +2,8 @@
 // An X server inside a window of another. What is typed in the outer one comes out of the inner one's own keyboard: a
 // device beside that of the test extension. Owns the process and the window. Main thread.
 
-#include <QProcess>
-#include <QString>
+#include <QtCore/QProcess>
+#include <QtCore/QString>
 
 #include "platform/linux/XConnection.h"
 

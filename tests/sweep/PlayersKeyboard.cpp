@@ -7,8 +7,8 @@
 #include <xcb/xkb.h>
 #undef explicit
 
-#include <QDeadlineTimer>
-#include <QProcess>
+#include <QtCore/QDeadlineTimer>
+#include <QtCore/QProcess>
 
 #include "platform/linux/keys/KeyCodes.h"
 

@@ -1,8 +1,8 @@
 #include "sweep/Samples.h"
 
-#include <QList>
-#include <QString>
-#include <QTextBoundaryFinder>
+#include <QtCore/QList>
+#include <QtCore/QString>
+#include <QtCore/QTextBoundaryFinder>
 #include <algorithm>
 #include <array>
 #include <vector>

@@ -1,6 +1,6 @@
 #include "sweep/Verdict.h"
 
-#include <QString>
+#include <QtCore/QString>
 #include <algorithm>
 #include <cstdio>
 

@@ -6,9 +6,9 @@
 // one key later each time: by default 11, which is at every one, in the short set, and once otherwise. The pauses
 // between keys are left out unless a pace is given. The last line is "N passed, M failed".
 
-#include <QCoreApplication>
-#include <QElapsedTimer>
-#include <QStringList>
+#include <QtCore/QCoreApplication>
+#include <QtCore/QElapsedTimer>
+#include <QtCore/QStringList>
 #include <cstdio>
 
 #include "sweep/Sweep.h"

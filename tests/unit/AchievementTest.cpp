@@ -1,21 +1,21 @@
+// Progress and names: how they are loaded, and what is shown of them beside an event and in the bestiary.
+
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
+
+#include <numeric>
 
 #include "app/ApiRefusal.h"
 #include "app/GameData.h"
-#include "data/SettingKeys.h"
 #include "fake/FakeClock.h"
-#include "fake/FakeDefaults.h"
-#include "fake/FakeMainThread.h"
-#include "fake/FakeTaskQueue.h"
-#include "fake/FakeUrlSession.h"
 #include "timers/AchievementBlock.h"
+#include "timers/Bestiary.h"
+#include "unit/Services.h"
 
 namespace vantor {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
+using testing::ElementsAre;
+using testing::IsEmpty;
 using Known = AchievementNames::Known;
 
 std::string named(std::int64_t id, const std::string& name) {
@@ -23,84 +23,84 @@ std::string named(std::int64_t id, const std::string& name) {
            R"(","description":"","requirement":"","locked_text":"","type":"Default","flags":[]})";
 }
 
-// The real loaders over a session that answers when told to.
-class AchievementNamesTest : public testing::Test {
+class AchievementNamesTest : public testing::Test, protected Services {
 protected:
-    void settle() {
-        do queue.runAll();
-        while (mainThread.runAll() > 0);
-    }
     void need(std::vector<std::int64_t> ids) {
-        data.achievementNames().need(ids);
+        names.need(ids);
         settle();
-    }
-    void answer(std::optional<std::string> body) {
-        ASSERT_TRUE(session.answer(std::move(body)));
-        settle();
-    }
-    std::vector<std::string> urls() {
-        std::vector<std::string> asked;
-        for (const UrlRequest& request : session.requests()) asked.push_back(request.url);
-        return asked;
     }
 
-    FakeDefaults defaults;
-    FakeTaskQueue queue;
-    FakeUrlSession session{queue};
-    FakeMainThread mainThread;
     FakeClock clock;
-    GameData data{{defaults,
-                   session,
-                   queue,
-                   mainThread,
-                   clock,
-                   {"https://api", "https://static"},
-                   [](const std::string&) {},
-                   [](const std::string&) {}}};
+    GameData data{{defaults, session, queue, mainThread, clock, {"https://api", "https://static"}, print, print}};
     AchievementNames& names = data.achievementNames();
 };
 
 TEST_F(AchievementNamesTest, AsksForEachIdOnceAndNeverForTheWholeEndpoint) {
     need({});
-    EXPECT_THAT(urls(), IsEmpty());
+    EXPECT_THAT(asked(), IsEmpty());
     need({1, 2, 1});
     EXPECT_EQ(names.known(1), Known::loading);
     // While an answer is on its way the rest waits; what was asked for is not asked for again.
     need({2, 3});
     need({3});
-    EXPECT_THAT(urls(), ElementsAre("https://api/v2/achievements?ids=1,2"));
+    EXPECT_THAT(asked(), ElementsAre("https://api/v2/achievements?ids=1,2"));
     EXPECT_EQ(names.known(3), Known::loading);
 
     answer("[" + named(1, "First") + "]");
-    EXPECT_EQ(names.known(1), Known::yes);
+    EXPECT_THAT(asked(), ElementsAre("https://api/v2/achievements?ids=3"));
     EXPECT_EQ(names.name(1), "First");
     EXPECT_EQ(names.known(2), Known::missed);
     EXPECT_EQ(names.known(3), Known::loading);
     answer(std::nullopt);
     EXPECT_EQ(names.known(3), Known::missed);
-
     need({1, 2, 3});
     EXPECT_EQ(names.known(9), Known::unasked);
-    EXPECT_THAT(urls(), ElementsAre("https://api/v2/achievements?ids=1,2", "https://api/v2/achievements?ids=3"));
+    EXPECT_THAT(asked(), IsEmpty());
 }
 
-TEST_F(AchievementNamesTest, ARefusedKeyIsToldFromAServiceThatIsAway) {
-    EXPECT_EQ(data.timersState(), DataState::noKey);
-    defaults.put(settings::apiKey, "key");
+// More than one request holds: the names come with the last of them.
+TEST_F(AchievementNamesTest, WaitsForEveryBatchOfAnAnswer) {
+    std::vector<std::int64_t> ids(201);
+    std::iota(ids.begin(), ids.end(), 1);
+    need(ids);
+    need({500});
+    EXPECT_EQ(asked().size(), 2U);
+    answer("[" + named(1, "First") + "]");
+    EXPECT_EQ(names.known(1), Known::yes);
+    EXPECT_EQ(names.known(2), Known::loading);
+    EXPECT_THAT(asked(), IsEmpty());
+    answer("[" + named(201, "Last") + "]");
+    EXPECT_EQ(names.known(2), Known::missed);
+    EXPECT_THAT(asked(), ElementsAre("https://api/v2/achievements?ids=500"));
+}
+
+TEST_F(AchievementNamesTest, TellsWhyThereIsNothingToShow) {
+    const auto states = [&] { return std::pair(data.timersState(), data.bestiaryState()); };
+    const auto both = [](DataState state) { return std::pair(state, state); };
     data.start();
+    EXPECT_THAT(asked(), IsEmpty());
+    EXPECT_EQ(states(), both(DataState::noKey));
+    storeKey("key");
+    EXPECT_EQ(states(), both(DataState::keyIsNew));
+    const std::pair<const char*, DataState> refusals[] = {
+        {R"({"text":"Invalid access token"})", DataState::keyRefused},
+        {R"({"text":"requires scope progression"})", DataState::keyLacksScope},
+        {"<html>502</html>", DataState::failed}};
+    for (const auto& [body, state] : refusals) {
+        data.restart();
+        settle();
+        EXPECT_EQ(states(), both(DataState::loading));
+        answer(body);
+        EXPECT_EQ(states(), both(state)) << body;
+    }
+    data.restart();
     settle();
-    EXPECT_EQ(data.timersState(), DataState::loading);
-    EXPECT_EQ(data.bestiaryState(), DataState::loading);
-    answer(R"({"text":"Invalid access token"})");
-    EXPECT_EQ(data.timersState(), DataState::keyRefused);
-    data.start();
-    settle();
-    answer(R"({"text":"requires scope progression"})");
-    EXPECT_EQ(data.bestiaryState(), DataState::keyLacksScope);
-    data.start();
-    settle();
-    answer("<html>502</html>");
-    EXPECT_EQ(data.timersState(), DataState::failed);
+    answer("[]");
+    EXPECT_EQ(states(), both(DataState::loading)) << "the catalogue is on its way";
+    answer("{");
+    EXPECT_EQ(states(), std::pair(DataState::failed, DataState::loading));
+    answer(R"([{"id": "x", "races": []}])");
+    EXPECT_EQ(states(), std::pair(DataState::failed, DataState::ready));
 }
 
 TEST(ApiRefusal, ReadsOnlyTheErrorObject) {
@@ -113,12 +113,7 @@ TEST(ApiRefusal, ReadsOnlyTheErrorObject) {
 }
 
 AchievementCompletition record(std::int64_t id, std::int64_t current, std::int64_t max, bool done = false) {
-    AchievementCompletition made;
-    made.id = id;
-    made.current = current;
-    made.max = max;
-    made.done = done;
-    return made;
+    return {.id = id, .bits = {}, .current = current, .max = max, .done = done, .unlocked = {}, .repeated = {}};
 }
 
 TEST(AchievementBlock, TellsEveryKindOfProgress) {
@@ -130,7 +125,6 @@ TEST(AchievementBlock, TellsEveryKindOfProgress) {
     again.repeated = 3;
     auto twice = record(1, 7, 7, true);
     twice.repeated = 1;
-    const auto broken = record(1, 12, 0);
     struct {
         AchievementCompletition progress;
         AchievementState state;
@@ -144,7 +138,7 @@ TEST(AchievementBlock, TellsEveryKindOfProgress) {
         {locked, AchievementState::started, "locked", 3.0 / 7},
         {again, AchievementState::started, "0 of 7, repeated 3 times", 0},
         {twice, AchievementState::done, "done, repeated once", 1},
-        {broken, AchievementState::started, "12 of 0", 0},
+        {record(1, 12, 0), AchievementState::started, "12 of 0", 0},
     };
     for (const auto& row : table) {
         EXPECT_EQ(achievementState(&row.progress), row.state) << row.text;
@@ -179,14 +173,60 @@ TEST(AchievementBlock, ShowsOpenAchievementsFirstAndItemsByKindAndCount) {
                                             "collection: 2 items drop here"},
                             AchievementLine{10, "Achievement 10", false, AchievementState::done, "done", 1, ""}));
     EXPECT_THAT(block.items, ElementsAre("1 guaranteed item", "2 lucky drops", "3 collection items"));
-
     EXPECT_EQ(block.note, "2 names could not be loaded");
 
-    EXPECT_TRUE(hasBlock(event));
     const std::vector<std::int64_t> none;
-    event.rewards = EventRewards{none, none, std::vector<ItemForAchievement>(), none};
+    const EventRewards empty{none, none, std::vector<ItemForAchievement>(), none};
+    event.rewards = empty;
     EXPECT_FALSE(hasBlock(event));
     EXPECT_TRUE(achievementBlock(event, progress, names).isEmpty());
+    // Each kind by itself is something to open.
+    const auto only = [&](const auto& fill) {
+        event.rewards = empty;
+        fill(*event.rewards);
+        return hasBlock(event);
+    };
+    EXPECT_TRUE(only([](EventRewards& rewards) { rewards.achievements = {{1}}; }));
+    EXPECT_TRUE(only([](EventRewards& rewards) { rewards.items = {{1}}; }));
+    EXPECT_TRUE(only([](EventRewards& rewards) { rewards.items_for_achievements = {{{1, 2}}}; }));
+    EXPECT_TRUE(only([](EventRewards& rewards) { rewards.random_items = {{1}}; }));
+}
+
+TEST(Bestiary, TellsCompletedOpenAndUntrackedFamiliesApartAndIsNarrowedByTheSearch) {
+    const auto race = [](std::string id, std::optional<std::int64_t> unlock, std::string description) {
+        return BeastRace{std::move(id), "icon", std::move(description), unlock, "Kill many."};
+    };
+    const std::vector<BeastCategory> categories{
+        {"animals",
+         {race("bat", 1, "Winged hunters of the dark."), race("drake", 2, "Lives here."), race("cow", {}, "")}},
+        {"undead", {race("sons_of_lich", 3, "")}},
+        {"empty", {}}};
+    const auto sections =
+        bestiarySections(categories, progressById({record(1, 1000, 1000, true), record(2, 250, 1000)}), WordSearch());
+    ASSERT_EQ(sections.size(), 2U);
+    EXPECT_EQ(sections[0].done, 1U);
+    EXPECT_EQ(sections[0].tracked, 2U);
+    const auto& families = sections[0].families;
+    ASSERT_EQ(families.size(), 3U);
+    EXPECT_EQ(families[0].state, AchievementState::done);
+    EXPECT_EQ(families[1].progress, "250 of 1,000");
+    EXPECT_DOUBLE_EQ(families[1].part, 0.25);
+    EXPECT_FALSE(families[2].tracked);
+    EXPECT_EQ(families[2].progress, "");
+    EXPECT_EQ(sections[1].families[0].progress, "not started");
+
+    const std::pair<const char*, const char*> searches[] = {{"BAT", "bat "},
+                                                            {"dark winged", "bat "},
+                                                            {"animals lives", "drake "},
+                                                            {"kill", "bat drake cow sons_of_lich "},
+                                                            {"dragon", ""},
+                                                            {"of lich sons", "sons_of_lich "}};
+    for (const auto& [query, expected] : searches) {
+        std::string ids;
+        for (const BestiarySection& section : bestiarySections(categories, {}, WordSearch(query)))
+            for (const BestiaryFamily& family : section.families) ids += family.id + " ";
+        EXPECT_EQ(ids, expected) << query;
+    }
 }
 
 }  // namespace

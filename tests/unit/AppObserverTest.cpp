@@ -1,30 +1,21 @@
 #include "app/AppObserver.h"
 
-#include <gtest/gtest.h>
-
 #include "app/AppDelegate.h"
 #include "browser/LazyWebPage.h"
-#include "data/SettingKeys.h"
 #include "fake/FakeClock.h"
-#include "fake/FakeDefaults.h"
-#include "fake/FakeKeyMonitors.h"
-#include "fake/FakeKeyPoster.h"
 #include "fake/FakeKeyboardLayout.h"
 #include "fake/FakeKeychain.h"
-#include "fake/FakeMainThread.h"
 #include "fake/FakePasteboard.h"
-#include "fake/FakePause.h"
 #include "fake/FakeScheduler.h"
 #include "fake/FakeStatusItem.h"
-#include "fake/FakeTaskQueue.h"
-#include "fake/FakeUrlSession.h"
-#include "fake/FakeWindows.h"
-#include "fake/FakeWorkspace.h"
+#include "unit/Services.h"
+#include "unit/Typing.h"
 
 namespace vantor {
 namespace {
 
 using Log = std::vector<std::string>;
+using std::chrono::milliseconds;
 
 const std::string game = "net.arena.Guild-Wars-2";
 const std::string catalogue =
@@ -36,36 +27,27 @@ constexpr KeyCode escape = 53;
 constexpr KeyCode keyV = 9;
 constexpr KeyCode keyT = 17;
 
-// Also writes the focus into the shared log, so that its place among the windows is seen.
-class LoggedWorkspace final : public Workspace {
-public:
-    explicit LoggedWorkspace(Log& log) : log_(log) { inner.names[game] = "Guild Wars 2"; }
-    Subscription observeFrontmostApplication(FrontmostHandler handler) override {
-        log_.emplace_back("observe frontmost");
-        return inner.observeFrontmostApplication(std::move(handler));
-    }
-    [[nodiscard]] std::optional<std::string> displayName(const std::string& identifier) const override {
-        return inner.displayName(identifier);
-    }
-    void hideAndUnhideWithoutActivation() override { log_.emplace_back("hand focus back"); }
-    bool awaitFocusReturned(std::chrono::milliseconds) override { return true; }
-    [[nodiscard]] PointerHold pointerHold() const override { return inner.hold; }
-
-    FakeWorkspace inner;
-
-private:
-    Log& log_;
+struct LoggedWindow final : AppWindow {
+    LoggedWindow(AppWindowName window, Log& shared)
+        : name(std::array{"main", "icon", "emoji", "watched"}.at(static_cast<std::size_t>(window))), log(shared) {}
+    void orderFront() override { log.push_back("front " + name); }
+    void orderOut() override { log.push_back("out " + name); }
+    void takeFocus() override { log.push_back("focus " + name); }
+    std::string name;
+    Log& log;
 };
 
-class AppObserverTest : public testing::Test {
+class AppObserverTest : public testing::Test, protected Services, protected Typing<FakeKeyboardLayout> {
 protected:
     AppObserverTest() {
-        layout.keys[{keyT, 0}] = "t";
-        layout.keys[{keyV, 0}] = "v";
-        workspace.inner.bringToFront(game);
+        layout.keys = {{{keyT, 0}, "t"}, {{keyV, 0}, "v"}};
+        workspace.names[game] = "Guild Wars 2";
+        workspace.bringToFront(game);
+        defaults.put(settings::windowToggleEvent, std::string("⌘ + T"));
+        defaults.put(settings::actionCamToggleEvent, std::string(" v\n"));
     }
 
-    AppDelegate& launch() {
+    AppObserver& launch() {
         delegate = std::make_unique<AppDelegate>(
             AppObserver::Needs{{defaults,
                                 session,
@@ -73,7 +55,7 @@ protected:
                                 mainThread,
                                 clock,
                                 {"https://api", "qrc:/catalogue"},
-                                [this](const std::string& line) { printed.push_back(line); },
+                                print,
                                 [this](const std::string& line) { stopped.push_back(line); }},
                                monitors,
                                poster,
@@ -86,298 +68,217 @@ protected:
                                keychain,
                                [] { return std::make_unique<LazyWebPage>([] { return nullptr; }); },
                                [] { return std::nullopt; },
-                               [this](AppWindowName name, AppObserver&) { return windows.make(name); }},
+                               [this](AppWindowName name, AppObserver&) {
+                                   return std::make_unique<LoggedWindow>(name, workspace.calls);
+                               }},
             [this] { quits++; });
-        return *delegate;
+        since();
+        return delegate->appObserver();
     }
-    AppObserver& observer() { return delegate->appObserver(); }
-
-    Log since() { return std::exchange(log, {}); }
-    void release(KeyCode code, ModifierFlags flags, const std::string& characters) {
-        monitors.pressInGame({KeyEventType::keyUp, code, flags, characters});
-    }
-    void answer(std::optional<std::string> body) {
-        queue.runAll();
-        ASSERT_TRUE(session.answer(std::move(body)));
-        queue.runAll();
+    // What the windows and the desktop were told since the last look.
+    Log since() { return std::exchange(workspace.calls, {}); }
+    void release(KeyCode code, ModifierFlags flags) {
+        monitors.pressInGame({KeyEventType::keyUp, code, flags, code == keyT ? "t" : code == keyV ? "v" : ""});
     }
 
-    Log log;
-    Log printed;
     Log stopped;
     int quits = 0;
-    FakeDefaults defaults;
-    FakeTaskQueue queue;
-    FakeUrlSession session{queue};
-    FakeMainThread mainThread;
     FakeClock clock{0, 0};
-    FakeKeyMonitors monitors;
-    FakeKeyPoster poster;
-    FakeKeyboardLayout layout;
-    LoggedWorkspace workspace{log};
     FakeStatusItem statusItem;
     FakeKeychain keychain;
     FakePasteboard pasteboard;
-    FakePause pause;
     FakeScheduler scheduler;
-    FakeWindows windows{log};
     std::unique_ptr<AppDelegate> delegate;
 };
 
-const Log closedPlan{"front icon", "front emoji", "out main", "front watched", "hand focus back"};
+const Log closedPlan{"front icon", "front emoji", "out main", "front watched", "hide and unhide"};
 const Log openPlan{"front icon", "front emoji", "front main", "out watched"};
 const Log hiddenPlan{"out icon", "out main", "out emoji", "out watched"};
 
-TEST_F(AppObserverTest, FollowsTheFrontmostApplication) {
-    launch();
-    EXPECT_EQ(statusItem.titles(), (Log{"Disable on Guild Wars 2", "Fill credentials", "-", "Quit"}));
-    since();
-    workspace.inner.bringToFront("org.other");
-    EXPECT_EQ(since(), hiddenPlan);
-    EXPECT_EQ(statusItem.titles()[0], "Enable on org.other");
-    workspace.inner.bringToFront("");
-    EXPECT_EQ(since(), hiddenPlan);
-    workspace.inner.bringToFront(game);
-    EXPECT_EQ(since(), closedPlan);
-
-    observer().iconPressed();
-    EXPECT_EQ(since(), openPlan);
-    workspace.inner.bringToFront("orvendel.Vantor");
-    EXPECT_EQ(since(), openPlan);
-    workspace.inner.bringToFront("org.other");
-    EXPECT_EQ(since(), hiddenPlan);
-    workspace.inner.bringToFront(game);
-    EXPECT_EQ(since(), openPlan);
+// The camera key is pressed after the windows have changed.
+Log withCameraKey(Log plan) {
+    plan.insert(plan.end(), {"hide and unhide", "await focus 250"});
+    return plan;
 }
 
-TEST_F(AppObserverTest, TheMenuEnablesAndDisablesTheCurrentApplication) {
-    launch();
-    workspace.inner.bringToFront("org.other");
-    since();
-    statusItem.press(0);
-    EXPECT_EQ(since(), closedPlan);
-    EXPECT_EQ(statusItem.titles()[0], "Disable on org.other");
-    statusItem.press(0);
-    EXPECT_EQ(since(), hiddenPlan);
-    EXPECT_EQ(statusItem.titles()[0], "Enable on org.other");
+TEST_F(AppObserverTest, WindowsAndMenuFollowTheFrontmostApplicationAndTheMenu) {
+    AppObserver& observer = launch();
+    const auto inFront = [&](const std::string& identifier) {
+        since();
+        workspace.bringToFront(identifier);
+        return since();
+    };
+    EXPECT_EQ(statusItem.titles(), (Log{"Disable on Guild Wars 2", "Fill credentials", "-", "Quit"}));
+    EXPECT_EQ(inFront(""), hiddenPlan);
+    EXPECT_EQ(inFront(game), closedPlan);
+    observer.iconPressed();
+    EXPECT_EQ(since(), openPlan);
+    EXPECT_EQ(inFront(ownIdentifier), openPlan);
+    EXPECT_EQ(inFront("org.other"), hiddenPlan);
+    EXPECT_EQ(inFront(game), openPlan);
+    observer.closePressed();
+
+    EXPECT_EQ(inFront("org.other"), hiddenPlan);
+    for (const auto& [titleBefore, plan] :
+         {std::pair("Enable on org.other", closedPlan), std::pair("Disable on org.other", hiddenPlan)}) {
+        EXPECT_EQ(statusItem.titles()[0], titleBefore);
+        statusItem.press(0);
+        EXPECT_EQ(since(), plan);
+    }
     statusItem.press(3);
     EXPECT_EQ(quits, 1);
+
+    // Vantor itself is not shut out by it, but let in again.
+    workspace.bringToFront(ownIdentifier);
+    EXPECT_FALSE(statusItem.menu[0].enabled);
+    EXPECT_FALSE(delegate->menuEntries()[0].enabled);
+    EXPECT_FALSE(observer.toggleApp());
+    defaults.put(settings::enabledApplications, Log{game});
+    EXPECT_TRUE(observer.toggleApp());
+    EXPECT_EQ(defaults.get<Log>(settings::enabledApplications), (Log{game, ownIdentifier}));
 }
 
 TEST_F(AppObserverTest, OnlyHotkeysReplayTheCameraKey) {
-    defaults.put(settings::windowToggleEvent, std::string("⌘ + T"));
-    defaults.put(settings::actionCamToggleEvent, std::string(" v\n"));
-    launch();
-    since();
-
-    release(escape, 0, "");
+    AppObserver& observer = launch();
+    release(escape, 0);
     EXPECT_EQ(since(), closedPlan);
-    EXPECT_TRUE(poster.posted.empty());
-
-    release(keyT, modifier::command, "t");
-    Log expected = openPlan;
-    expected.emplace_back("hand focus back");  // typing's own
-    EXPECT_EQ(since(), expected);
-    EXPECT_TRUE(observer().visible());
-    EXPECT_EQ(poster.posted.size(), 2U);
-
-    release(escape, modifier::shift, "");
-    EXPECT_FALSE(observer().visible());
-    EXPECT_EQ(poster.posted.size(), 4U);
-
+    release(keyT, modifier::command);
+    EXPECT_EQ(since(), withCameraKey(openPlan));
+    release(escape, modifier::shift);
+    EXPECT_EQ(since(), withCameraKey(closedPlan));
     // In Vantor's own window the key toggles once and goes on to the view.
     EXPECT_EQ(monitors.pressInVantor({KeyEventType::keyUp, keyT, modifier::command, "t"}),
               KeyMonitors::Passing::passOn);
-    EXPECT_TRUE(observer().visible());
+    EXPECT_EQ(since(), withCameraKey(openPlan));
     EXPECT_EQ(poster.posted.size(), 6U);
 
-    observer().closePressed();
-    observer().iconPressed();
-    observer().closePressed();
-    EXPECT_FALSE(observer().visible());
+    observer.closePressed();
+    observer.iconPressed();
+    observer.closePressed();
     EXPECT_EQ(poster.posted.size(), 6U);
 
     // Over another application the wish is flipped all the same.
-    workspace.inner.bringToFront("org.other");
+    workspace.bringToFront("org.other");
     since();
-    release(keyT, modifier::command, "t");
-    EXPECT_TRUE(observer().visible());
-    EXPECT_EQ(Log(log.begin(), log.begin() + 4), hiddenPlan);
+    release(keyT, modifier::command);
+    EXPECT_TRUE(observer.visible());
+    EXPECT_EQ(since(), withCameraKey(hiddenPlan));
 }
 
 TEST_F(AppObserverTest, TakesTheFocusWhileTheOverlayIsOpenAndTheGameHoldsThePointer) {
-    using std::chrono::milliseconds;
-    defaults.put(settings::windowToggleEvent, std::string("T"));
-    defaults.put(settings::actionCamToggleEvent, std::string("v"));
-    workspace.inner.hold = PointerHold::lasting;
-    launch();
-    scheduler.advance(milliseconds(2000));
-    since();
-    release(keyT, 0, "t");
-    Log expected = openPlan;
+    const auto takesWithin = [&](int time) {
+        since();
+        scheduler.advance(milliseconds(time));
+        const Log told = since();
+        EXPECT_TRUE(told.empty() || told == Log{"focus main"});
+        return !told.empty();
+    };
+    workspace.hold = PointerHold::lasting;
+    AppObserver& observer = launch();
+    EXPECT_FALSE(takesWithin(2000)) << "closed";
+    release(keyT, modifier::command);
     // The camera key goes to the game, which reads it while it still has the keyboard.
-    expected.emplace_back("hand focus back");
-    scheduler.advance(milliseconds(99));
-    EXPECT_EQ(since(), expected);
-    scheduler.advance(milliseconds(1));
-    EXPECT_EQ(since(), Log{"focus main"});
-    workspace.inner.bringToFront("orvendel.Vantor");
-    since();
-    scheduler.advance(milliseconds(2000));
-    EXPECT_EQ(since(), Log{});
+    EXPECT_FALSE(takesWithin(99));
+    EXPECT_TRUE(takesWithin(1));
+    workspace.bringToFront(ownIdentifier);
+    EXPECT_FALSE(takesWithin(2000));
     // The game has the focus again, as after typing, and does not hold the pointer yet; a menu is open meanwhile.
-    workspace.inner.hold = PointerHold::passing;
-    workspace.inner.bringToFront(game);
-    EXPECT_EQ(since(), openPlan);
-    scheduler.advance(milliseconds(60000));
-    EXPECT_EQ(since(), Log{});
-    workspace.inner.hold = PointerHold::none;
-    scheduler.advance(milliseconds(100));
-    EXPECT_EQ(since(), Log{"focus main"});
-    workspace.inner.bringToFront("orvendel.Vantor");
-    since();
-    release(keyT, 0, "t");
-    expected = closedPlan;
-    expected.emplace_back("hand focus back");
-    EXPECT_EQ(since(), expected);
-    workspace.inner.bringToFront(game);
-    scheduler.advance(milliseconds(2000));
-    EXPECT_EQ(since(), closedPlan);
+    workspace.hold = PointerHold::passing;
+    workspace.bringToFront(game);
+    EXPECT_FALSE(takesWithin(60'000));
+    workspace.hold = PointerHold::none;
+    EXPECT_TRUE(takesWithin(100));
+    observer.closePressed();
+    EXPECT_FALSE(takesWithin(2000));
 
-    // Nothing is taken, and soon nothing is looked at, where nobody holds it, or where the overlay may not stand over
-    // Vantor.
-    workspace.inner.hold = PointerHold::none;
-    since();
-    observer().openOverlay();
-    scheduler.advance(milliseconds(2000));
-    EXPECT_EQ(since(), openPlan);
+    // Where nobody holds it, soon nothing is looked at.
+    observer.openOverlay();
+    EXPECT_FALSE(takesWithin(2000));
     EXPECT_EQ(scheduler.waiting(), 0U);
-    workspace.inner.bringToFront(game);
-    scheduler.advance(milliseconds(200));
-    EXPECT_EQ(since(), openPlan);
-    workspace.inner.hold = PointerHold::lasting;
-    scheduler.advance(milliseconds(100));
-    EXPECT_EQ(since(), Log{"focus main"});
-    observer().closePressed();
-    workspace.inner.hold = PointerHold::lasting;
+    workspace.bringToFront(game);
+    EXPECT_FALSE(takesWithin(200));
+    workspace.hold = PointerHold::lasting;
+    EXPECT_TRUE(takesWithin(100));
+    observer.closePressed();
+    // Nor is it taken where the overlay may not stand over Vantor.
     defaults.put(settings::enabledApplications, Log{game});
-    since();
-    observer().openOverlay();
-    scheduler.advance(milliseconds(2000));
-    EXPECT_EQ(since(), openPlan);
+    observer.openOverlay();
+    EXPECT_FALSE(takesWithin(2000));
 }
 
-TEST_F(AppObserverTest, TheMenuDoesNotShutOutVantorItself) {
-    launch();
-    workspace.inner.bringToFront("orvendel.Vantor");
-    EXPECT_EQ(statusItem.titles()[0], "Disable on orvendel.Vantor");
-    EXPECT_FALSE(statusItem.menu[0].enabled);
-    EXPECT_FALSE(delegate->menuEntries()[0].enabled);
-    EXPECT_FALSE(observer().toggleApp());
-    defaults.put(settings::enabledApplications, Log{game});
-    workspace.inner.bringToFront(game);
-    workspace.inner.bringToFront("orvendel.Vantor");
-    EXPECT_TRUE(observer().toggleApp());
-    EXPECT_EQ(defaults.get<Log>(settings::enabledApplications), (Log{game, "orvendel.Vantor"}));
-}
-
-TEST_F(AppObserverTest, PastesOnlyIntoTheGameWhileClosed) {
+TEST_F(AppObserverTest, PastesAndWithholdsTheShortcutOnlyInTheGameWhileClosed) {
     defaults.put(settings::pasteClipboard, true);
     pasteboard.held = "tv";
-    launch();
-    observer().openOverlay();
-    release(keyV, modifier::command, "v");
-    workspace.inner.bringToFront("org.other");
-    observer().closePressed();
-    release(keyV, modifier::command, "v");
-    EXPECT_TRUE(pause.waits.empty());
-    EXPECT_EQ(pasteboard.reads, 0);
-    EXPECT_EQ(*monitors.withheld, 0);
-
-    workspace.inner.bringToFront(game);
-    release(keyV, modifier::command, "v");
-    ASSERT_FALSE(pause.waits.empty());
-    EXPECT_EQ(pause.waits[0], std::chrono::milliseconds(600));
-    EXPECT_EQ(pasteboard.reads, 1);
-    EXPECT_EQ(poster.posted.size(), 4U);
-    EXPECT_FALSE(observer().visible());
-
-    // What pastes is kept from the game, and nothing else.
-    EXPECT_EQ(*monitors.withheld, 1);
-    observer().openOverlay();
-    EXPECT_EQ(*monitors.withheld, 0);
-    observer().closePressed();
-    EXPECT_EQ(*monitors.withheld, 1);
-    ASSERT_EQ(defaults.setValue(settings::pasteClipboard, false), Defaults::Verdict::stored);
-    EXPECT_EQ(*monitors.withheld, 0);
-    ASSERT_EQ(defaults.setValue(settings::pasteClipboard, true), Defaults::Verdict::stored);
-    EXPECT_EQ(*monitors.withheld, 1);
-    observer().toggleApp();
-    EXPECT_EQ(*monitors.withheld, 0);
+    AppObserver& observer = launch();
+    const auto pastes = [&] {
+        poster.posted.clear();
+        pause.waits.clear();
+        release(keyV, modifier::command);
+        EXPECT_EQ(*monitors.withheld, poster.posted.empty() ? 0 : 1) << "what pastes is kept from the game";
+        // Command and V are up before the typing starts.
+        EXPECT_TRUE(poster.posted.empty() || pause.waits.at(0) == milliseconds(600));
+        return poster.posted.size() == 4;
+    };
+    EXPECT_TRUE(pastes());
+    observer.openOverlay();
+    EXPECT_FALSE(pastes());
+    observer.closePressed();
+    EXPECT_TRUE(pastes());
+    for (const bool on : {false, true}) {
+        ASSERT_EQ(defaults.setValue(settings::pasteClipboard, on), Defaults::Verdict::stored);
+        EXPECT_EQ(pastes(), on);
+    }
+    observer.toggleApp();
+    EXPECT_FALSE(pastes());
+    workspace.bringToFront("org.other");
+    EXPECT_FALSE(pastes());
+    EXPECT_FALSE(observer.visible());
 }
 
 TEST_F(AppObserverTest, PublishesTheTimelineAndFollowsTheZone) {
-    defaults.put(settings::apiKey, std::string("key"));
-    launch();
-    queue.runAll();
-    EXPECT_EQ(observer().data().state(), GameData::State::loading);
-    ASSERT_EQ(session.requests().size(), 1U);
-    EXPECT_EQ(session.requests()[0].url, "https://api/v2/account/achievements");
+    storeKey("key");
+    GameData& data = launch().data();
+    EXPECT_EQ(asked(), Log{"https://api/v2/account/achievements"});
     answer("[]");
-    EXPECT_EQ(session.requests()[1].url, "qrc:/catalogue/events.json");
-    EXPECT_EQ(session.requests()[2].url, "qrc:/catalogue/categories/beasts.json");
-    EXPECT_EQ(observer().data().state(), GameData::State::loading);
+    EXPECT_EQ(asked(), (Log{"qrc:/catalogue/events.json", "qrc:/catalogue/categories/beasts.json"}));
 
     int notices = 0;
-    mainThread.runAll();
-    const auto subscription = observer().data().observe([&] { ++notices; });
-    answer(catalogue);
+    const auto subscription = data.observe([&] { ++notices; });
+    ASSERT_TRUE(session.answer(catalogue));
+    queue.runAll();
     EXPECT_EQ(notices, 0) << "views hear of it on the main thread only";
-    mainThread.runAll();
+    settle();
     EXPECT_GT(notices, 0);
-    EXPECT_EQ(printed, Log{});
-    const auto first = observer().data().timeline();
+    const auto first = data.timeline();
     ASSERT_TRUE(first);
     EXPECT_EQ(first->events.size(), 13U);
     EXPECT_EQ(first->events[0].startMinute, 0);
-
-    observer().data().followZone();
-    queue.runAll();
-    EXPECT_EQ(observer().data().timeline(), first);
+    delegate->appObserver().updateWindows();
+    settle();
+    EXPECT_EQ(data.timeline(), first) << "computed again for nothing";
 
     clock.setOffset(7200);
-    observer().updateWindows();  // a window comes up
-    queue.runAll();
-    const auto second = observer().data().timeline();
+    notices = 0;
+    delegate->appObserver().updateWindows();  // a window comes up
+    settle();
+    const auto second = data.timeline();
     ASSERT_NE(second, first);
+    EXPECT_GT(notices, 0);
     EXPECT_EQ(second->events[0].startMinute, 120);
     EXPECT_EQ(first->events[0].startMinute, 0) << "a snapshot never changes";
 
     defaults.put(settings::timerIsEvent, false);
-    observer().data().reloadEvents();
-    queue.runAll();
-    EXPECT_TRUE(observer().data().timeline()->events.empty());
-    EXPECT_EQ(session.requests().size(), 3U) << "nothing is fetched anew";
-}
-
-TEST_F(AppObserverTest, TellsWhyThereIsNoTimeline) {
-    launch();
-    queue.runAll();
-    EXPECT_TRUE(session.requests().empty());
-    EXPECT_EQ(observer().data().state(), GameData::State::noKey);
-    defaults.put(settings::apiKey, std::string("key"));
-    EXPECT_EQ(observer().data().state(), GameData::State::keyIsNew);
-
-    launch();
-    answer(R"({"text":"Invalid access token"})");
-    EXPECT_EQ(observer().data().state(), GameData::State::failed);
-    EXPECT_EQ(printed.size(), 1U);
-    EXPECT_TRUE(stopped.empty());
+    data.reloadEvents();
+    EXPECT_EQ(asked(), Log{}) << "nothing is fetched anew";
+    EXPECT_TRUE(data.timeline()->events.empty());
+    EXPECT_EQ(printed, Log{});
+    EXPECT_EQ(stopped, Log{});
 }
 
 TEST_F(AppObserverTest, AnInconsistentScheduleStopsTheProgram) {
-    defaults.put(settings::apiKey, std::string("key"));
+    storeKey("key");
     launch();
+    settle();
     answer("[]");
     std::string broken = catalogue;
     broken.replace(broken.find("\"r\":7"), 5, "\"r\":8");
@@ -385,7 +286,7 @@ TEST_F(AppObserverTest, AnInconsistentScheduleStopsTheProgram) {
     ASSERT_EQ(stopped.size(), 1U);
     EXPECT_NE(stopped[0].find("World bosses"), std::string::npos);
     EXPECT_EQ(stopped[0].find('\n'), std::string::npos);
-    EXPECT_FALSE(observer().data().timeline());
+    EXPECT_FALSE(delegate->appObserver().data().timeline());
 }
 
 }  // namespace

@@ -1,82 +1,60 @@
-// The feedback forms: what is refused, what is sent byte for byte, and how answers set the lines.
+// The feedback forms: what is refused, what is sent byte for byte, and how answers set the lines. Script translators.
 
-#include <gtest/gtest.h>
-
-#include <QFile>
+#include <QtCore/QFile>
+#include <QtCore/QStringList>
 
 #include "data/Decoder.h"
-#include "fake/FakeMainThread.h"
-#include "fake/FakeTaskQueue.h"
-#include "fake/FakeUrlSession.h"
 #include "feedback/Appreciation.h"
-#include "feedback/FormEncoding.h"
 #include "feedback/Message.h"
+#include "translators/ScriptGrid.h"
+#include "unit/Services.h"
 
 namespace vantor {
 namespace {
 
 using Lines = std::pair<std::string, std::string>;  // error, success
 
-class FeedbackTest : public testing::Test {
+class FeedbackTest : public testing::Test, protected Services {
 protected:
-    Message::Needs needs() { return {session, mainThread, "https://feedback.example/api/message"}; }
-    static Lines lines(const Message& message) { return {message.error(), message.success()}; }
-    void answer(std::optional<int> status, std::size_t place = 0) {
-        ASSERT_TRUE(session.answerStatus(status, place));
-        queue.runAll();
-        mainThread.runAll();
-    }
-
-    FakeTaskQueue queue;
-    FakeUrlSession session{queue};
-    FakeMainThread mainThread;
-};
-
-constexpr auto enough = u"12345678901234567890";
-
-TEST_F(FeedbackTest, RefusesAFormWithoutOptionFirstAndThenAShortText) {
-    Message bug(bugReportForm(), needs());
-    bug.send();
-    EXPECT_EQ(lines(bug), Lines("An option must be selected.", ""));
-    bug.setMessage(QString::fromUtf16(enough));
-    bug.send();
-    EXPECT_EQ(lines(bug), Lines("An option must be selected.", ""));
-    bug.setSelected(1);
-    bug.setMessage(QStringLiteral("short"));
-    bug.send();
-    EXPECT_EQ(lines(bug), Lines("Please describe thoroughly, the description is too short.", ""));
-    EXPECT_TRUE(session.requests().empty());
-}
-
-TEST_F(FeedbackTest, CountsUserPerceivedCharacters) {
-    const QString family = QStringLiteral("👨‍👩‍👧‍👦");
-    const QString flag = QStringLiteral("🇮🇹");
-    const std::pair<QString, bool> rows[] = {
-        {QString(19, QLatin1Char('x')), false},
-        {QString(20, QLatin1Char('x')), true},
-        {QString(20, QLatin1Char(' ')), true},
-        {family.repeated(19), false},
-        {family.repeated(20), true},
-        {flag.repeated(19), false},
-        {QStringLiteral("é").repeated(19), false},
-    };
-    for (const auto& [text, sent] : rows) {
-        Message message(suggestionForm(), needs());
-        const auto before = session.requests().size();
+    Lines sent(const QString& text) {
         message.setMessage(text);
         message.send();
-        EXPECT_EQ(session.requests().size(), before + (sent ? 1 : 0)) << text.toStdString();
+        return lines();
+    }
+    [[nodiscard]] Lines lines() const { return {message.error(), message.success()}; }
+    Lines answered(std::optional<int> status, std::size_t place = 0) {
+        EXPECT_TRUE(session.answerStatus(status, place));
+        settle();
+        return lines();
+    }
+
+    Message::Needs needs{session, mainThread, "https://feedback.example/api/message"};
+    Message message{suggestionForm(), needs};
+};
+
+const Lines sending{"", "Sending feedback..."};
+const Lines received{"", "Feedback sent successfully!"};
+const Lines failed{"Task failed...retry later...", ""};
+const Lines tooShort{"Please describe thoroughly, the description is too short.", ""};
+const QString enough(20, QLatin1Char('x'));
+
+TEST_F(FeedbackTest, RefusesWhatHasFewerThanTwentyUserPerceivedCharacters) {
+    for (const QString& one : {QStringLiteral("x"), QStringLiteral(" "), QStringLiteral("👨‍👩‍👧‍👦"),
+                               QStringLiteral("🇮🇹"), QStringLiteral("é"), QStringLiteral("👍🏽")}) {
+        EXPECT_EQ(sent(one.repeated(19)), tooShort) << one.toStdString();
+        EXPECT_EQ(sent(one.repeated(20)), sending) << one.toStdString();
     }
 }
 
 TEST_F(FeedbackTest, PostsTheBodyByteForByte) {
-    Message bug(bugReportForm(), needs());
-    bug.setSelected(1);
+    Message bug(bugReportForm(), needs);
     bug.setMessage(QStringLiteral("a+b & c=d; é 😀 100% \"#?\""));
     bug.send();
-    Message suggestion(suggestionForm(), needs());
-    suggestion.setMessage(QStringLiteral("line one of it\nline two"));
-    suggestion.send();
+    EXPECT_EQ(bug.error(), "An option must be selected.");
+    EXPECT_TRUE(session.requests().empty());
+    bug.setSelected(1);
+    bug.send();
+    sent(QStringLiteral("line one of it\nline two"));
 
     UrlRequest expected;
     expected.method = "POST";
@@ -92,53 +70,38 @@ TEST_F(FeedbackTest, PostsTheBodyByteForByte) {
 }
 
 TEST_F(FeedbackTest, SetsTheLinesOnTheMainThreadByTheLastAnswer) {
-    Message message(suggestionForm(), needs());
     int changes = 0;
     message.onChanged([&] { ++changes; });
-    message.setMessage(QString::fromUtf16(enough));
-    message.send();
-    EXPECT_EQ(lines(message), Lines("", "Sending feedback..."));
+    EXPECT_EQ(sent(enough), sending);
     ASSERT_TRUE(session.answerStatus(200));
     queue.runAll();
-    EXPECT_EQ(lines(message), Lines("", "Sending feedback...")) << "set off the main thread";
-    mainThread.runAll();
-    EXPECT_EQ(lines(message), Lines("", "Feedback sent successfully!"));
+    EXPECT_EQ(lines(), sending) << "set off the main thread";
+    settle();
+    EXPECT_EQ(lines(), received);
     EXPECT_EQ(changes, 2);
-
-    const Lines failed("Task failed...retry later...", "");
     for (const std::optional<int> status : {std::optional(201), std::optional(500), std::optional<int>()}) {
         message.send();
-        answer(status);
-        EXPECT_EQ(lines(message), failed);
+        EXPECT_EQ(answered(status), failed);
     }
     // Two under way, answered in the other order.
     message.send();
     message.send();
-    answer(500, 1);
-    EXPECT_EQ(lines(message), failed);
-    answer(200);
-    EXPECT_EQ(lines(message), Lines("", "Feedback sent successfully!"));
-}
-
-TEST_F(FeedbackTest, AnAnswerAfterTheFormIsGoneMeetsNobody) {
+    EXPECT_EQ(answered(500, 1), failed);
+    EXPECT_EQ(answered(200), received);
+    // An answer after the form is gone meets nobody.
     {
-        Message message(suggestionForm(), needs());
-        message.onChanged([] { FAIL(); });
-        message.onChanged({});
-        message.setMessage(QString::fromUtf16(enough));
-        message.send();
+        Message gone(suggestionForm(), needs);
+        gone.setMessage(enough);
+        gone.send();
     }
-    answer(200);
+    EXPECT_EQ(answered(500), received);
 }
 
-TEST(AppreciationTest, TheShippedFileNamesNoAddressAndASampleDecodes) {
+TEST(AppreciationTest, TheShippedTextsDecodeAndWalletsMayCarryAMemo) {
     QFile file(QStringLiteral(VANTOR_SOURCE_DIR "/resources/texts/support.json"));
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     const auto shipped = decodeJson<SupportData>(file.readAll().toStdString());
-    ASSERT_TRUE(shipped.value) << shipped.error;
-    EXPECT_FALSE(shipped.value->accountName);
-    EXPECT_TRUE(shipped.value->cryptos.empty());
-
+    EXPECT_TRUE(shipped.value) << shipped.error;
     const auto sample = decodeJson<SupportData>(
         R"({"accountName": "Maker.1234", "licence": "https://licence.example",
             "cryptos": [{"id": "AAA", "name": "First", "wallet": "w1"},
@@ -146,6 +109,22 @@ TEST(AppreciationTest, TheShippedFileNamesNoAddressAndASampleDecodes) {
     const SupportData expected{
         "Maker.1234", {{"AAA", "First", "w1", std::nullopt}, {"BBB", "Second", "w2", "7"}}, "https://licence.example"};
     EXPECT_EQ(sample.value, expected) << sample.error;
+}
+
+TEST(ScriptGridTest, CutsTheTypedTextIntoRowsOfNineCells) {
+    const std::pair<QString, const char*> rows[] = {
+        {{}, "A|B|C|D|E|F|G|H|I/J|K|L|M|N|O|P|Q|R/S|T|U|V|W|X|Y|Z|0/1|2|3|4|5|6|7|8|9"},
+        {QStringLiteral("a b,Cdefgh"), "a| |b|,|C|d|e|f|g/h"},
+        {QStringLiteral("123456789"), "1|2|3|4|5|6|7|8|9"},
+        // Beside Thai or Indian script too.
+        {QStringLiteral("ก👍🏽स"), "ก|👍🏽|स"},
+        {QStringLiteral("x👨‍👩‍👧‍👦é"), "x|👨‍👩‍👧‍👦|é"},
+    };
+    for (const auto& [typed, expected] : rows) {
+        QStringList drawn;
+        for (const auto& row : scriptRows(typed)) drawn += QStringList(row.begin(), row.end()).join(QLatin1Char('|'));
+        EXPECT_EQ(drawn.join(QLatin1Char('/')).toStdString(), expected);
+    }
 }
 
 }  // namespace

@@ -5,13 +5,8 @@
 
 #include <gtest/gtest.h>
 
-#include <QByteArray>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QString>
-#include <string>
-#include <vector>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
 
 #include "fake/FakeKeyboardLayout.h"
 #include "platform/linux/keys/XkbKeyboardLayout.h"
@@ -28,30 +23,52 @@ constexpr MappedKey optionDown{61, 0};
 
 using Entries = std::map<std::string, MappedKeys>;
 
-Entries learned(const std::map<std::pair<KeyCode, ModifierFlags>, std::string>& keys) {
-    FakeKeyboardLayout layout;
-    layout.keys = keys;
-    auto entries = KeyMap::learn(layout).entries();
-    EXPECT_EQ(entries.at("\n"), (MappedKeys{{76, 0}}));
-    EXPECT_EQ(entries.at("\t"), (MappedKeys{{48, 0}}));
-    entries.erase("\n");
-    entries.erase("\t");
-    return entries;
-}
-
-TEST(KeyMap, HoldsOnlyTheSeedsWithoutALayout) { EXPECT_EQ(learned({}), Entries{}); }
-
 TEST(KeyMap, TakesTheCheapestKeyAndOnATieTheEarlierProbe) {
     const auto all = shift | control | option;
-    EXPECT_EQ(learned({{{5, shift}, "x"}, {{3, control}, "x"}}), (Entries{{"x", {{3, control | plain}, controlDown}}}));
-    EXPECT_EQ(learned({{{5, option}, "x"}, {{5, shift}, "x"}}), (Entries{{"x", {{5, shift | plain}, shiftDown}}}));
-    EXPECT_EQ(learned({{{3, 0}, "a"}, {{3, shift | option}, "x"}, {{5, 0}, "b"}, {{5, option}, "x"}, {{9, 0}, "x"}}),
-              (Entries{{"a", {{3, plain}}}, {"b", {{5, plain}}}, {"x", {{9, plain}}}}));
-    EXPECT_EQ(learned({{{3, 0}, "a"}, {{3, all}, "x"}}),
-              (Entries{{"a", {{3, plain}}}, {"x", {{3, all | plain}, shiftDown, controlDown, optionDown}}}));
-    // A key's first text is not taken again with modifiers, whatever came between.
-    EXPECT_EQ(learned({{{3, shift}, "a"}, {{3, control}, "b"}, {{3, option}, "a"}}),
-              (Entries{{"a", {{3, shift | plain}, shiftDown}}, {"b", {{3, control | plain}, controlDown}}}));
+    const struct {
+        FakeKeyboardLayout::Keys keys;
+        Entries learned;  // beside Return and Tab
+    } rows[] = {
+        {{}, {}},
+        {{{{5, shift}, "x"}, {{3, control}, "x"}}, {{"x", {{3, control | plain}, controlDown}}}},
+        {{{{5, option}, "x"}, {{5, shift}, "x"}}, {{"x", {{5, shift | plain}, shiftDown}}}},
+        {{{{3, 0}, "a"}, {{3, shift | option}, "x"}, {{5, 0}, "b"}, {{5, option}, "x"}, {{9, 0}, "x"}},
+         {{"a", {{3, plain}}}, {"b", {{5, plain}}}, {"x", {{9, plain}}}}},
+        {{{{3, 0}, "a"}, {{3, all}, "x"}},
+         {{"a", {{3, plain}}}, {"x", {{3, all | plain}, shiftDown, controlDown, optionDown}}}},
+        // A key's first text is not taken again with modifiers, whatever came between.
+        {{{{3, shift}, "a"}, {{3, control}, "b"}, {{3, option}, "a"}},
+         {{"a", {{3, shift | plain}, shiftDown}}, {"b", {{3, control | plain}, controlDown}}}},
+        // Of the equals sign the last probe wins.
+        {{{{24, 0}, "="}, {{29, 0}, "0"}, {{29, shift}, "="}, {{29, shift | control}, "="}},
+         {{"0", {{29, plain}}}, {"=", {{29, shift | control | plain}, shiftDown, controlDown}}}},
+        {{{{24, 0}, "="}, {{81, 0}, "="}, {{24, shift}, "="}}, {{"=", {{24, plain}}}, {"= [NUM]", {{81, plain}}}}},
+        // The keypad is kept apart.
+        {{{{23, 0}, "5"}, {{87, 0}, "5"}, {{87, shift}, "6"}, {{95, 0}, ","}},
+         {{",", {{95, plain}}},
+          {"5", {{23, plain}}},
+          {"5 [NUM]", {{87, plain}}},
+          {"6 [NUM]", {{87, shift | plain}, shiftDown}}}},
+        // Five keys and what is no virtual key are left out.
+        {{{{72, 0}, "a"},
+          {{73, 0}, "b"},
+          {{74, 0}, "c"},
+          {{114, 0}, "d"},
+          {{115, 0}, "e"},
+          {{116, 0}, "f"},
+          {{127, 0}, "g"},
+          {{128, 0}, "h"},
+          {{48, 0}, "\t"},
+          {{36, 0}, "\n"}},
+         {{"f", {{116, plain}}}, {"g", {{127, plain}}}}},
+    };
+    for (const auto& row : rows) {
+        FakeKeyboardLayout layout;
+        layout.keys = row.keys;
+        Entries expected = row.learned;
+        expected.insert({{"\n", {{76, 0}}}, {"\t", {{48, 0}}}});
+        EXPECT_EQ(KeyMap::learn(layout).entries(), expected);
+    }
 }
 
 TEST(KeyMap, PrefersAsShortAKeyWithoutASlowModifierAndTakesFromOtherLayoutsWhatIsLacking) {
@@ -68,32 +85,6 @@ TEST(KeyMap, PrefersAsShortAKeyWithoutASlowModifierAndTakesFromOtherLayoutsWhatI
     EXPECT_EQ(*map.find("[["), (MappedKeys{{7, plain, 2}}));
     EXPECT_EQ(map.find("e\u0301")->front().keyCode, 2) << "an equivalent text is not lacking";
     EXPECT_NE(keyMapJson(map).find("\"z\": [[4, 131328, 1], [56, 0, 1]]"), std::string::npos);
-}
-
-TEST(KeyMap, LetsTheLastProbeOfTheEqualsSignWin) {
-    EXPECT_EQ(learned({{{24, 0}, "="}, {{29, 0}, "0"}, {{29, shift}, "="}, {{29, shift | control}, "="}}),
-              (Entries{{"0", {{29, plain}}}, {"=", {{29, shift | control | plain}, shiftDown, controlDown}}}));
-    EXPECT_EQ(learned({{{24, 0}, "="}, {{81, 0}, "="}, {{24, shift}, "="}}),
-              (Entries{{"=", {{24, plain}}}, {"= [NUM]", {{81, plain}}}}));
-}
-
-TEST(KeyMap, KeepsTheKeypadApartAndLeavesFiveKeysOut) {
-    EXPECT_EQ(learned({{{23, 0}, "5"}, {{87, 0}, "5"}, {{87, shift}, "6"}, {{95, 0}, ","}}),
-              (Entries{{",", {{95, plain}}},
-                       {"5", {{23, plain}}},
-                       {"5 [NUM]", {{87, plain}}},
-                       {"6 [NUM]", {{87, shift | plain}, shiftDown}}}));
-    EXPECT_EQ(learned({{{72, 0}, "a"},
-                       {{73, 0}, "b"},
-                       {{74, 0}, "c"},
-                       {{114, 0}, "d"},
-                       {{115, 0}, "e"},
-                       {{116, 0}, "f"},
-                       {{127, 0}, "g"},
-                       {{128, 0}, "h"},
-                       {{48, 0}, "\t"},
-                       {{36, 0}, "\n"}}),
-              (Entries{{"f", {{116, plain}}}, {"g", {{127, plain}}}}));
 }
 
 TEST(KeyMap, FindsTheExactTextFirstAndElseAnEquivalentOne) {
@@ -119,15 +110,8 @@ TEST(KeyMap, WritesItselfAsJsonInOneOrder) {
               "\"\\\\\": [[1, 131328], [56, 0]], \"\\u007f\": [[51, 256]], \"é\": [[2, 256]]}");
 
     const auto real = KeyMap::learn(XkbKeyboardLayout("fr", ""));
-    QJsonParseError error{};
-    const auto read = QJsonDocument::fromJson(QByteArray::fromStdString(keyMapJson(real)), &error).object();
-    EXPECT_EQ(error.error, QJsonParseError::NoError) << error.errorString().toStdString();
+    const auto read = QJsonDocument::fromJson(QByteArray::fromStdString(keyMapJson(real))).object();
     EXPECT_EQ(static_cast<std::size_t>(read.size()), real.entries().size());
-    for (const auto& [text, keys] : real.entries()) {
-        const auto list = read.value(QString::fromStdString(text)).toArray();
-        ASSERT_EQ(static_cast<std::size_t>(list.size()), keys.size()) << text;
-        EXPECT_EQ(list.at(0).toArray().at(1).toInt(), static_cast<int>(keys.front().flags)) << text;
-    }
 }
 
 }  // namespace

@@ -24,12 +24,12 @@ std::string fileText(const std::string& path) {
     return text.str();
 }
 
-const std::string goodEvent = R"({"id": 1, "name": "Dawn", "chatlink": "[&BAAA=]", "lfg": 10, "bg": [1, 2],
-    "rewards": {"items": [], "items_for_achievements": [{"i": 7, "a": 8}]}, "unheard of": {"x": [null]}})";
-const std::string goodSequences = R"({"partial": [], "pattern": [{"r": 1, "d": 120}]})";
-
-std::string sectionWith(const std::string& segments, const std::string& sequences) {
-    return R"({"id": 3, "category": "Core", "name": "Skies", "active": true, "segments": [)" + segments +
+// A section of the catalogue with this event and this pattern, in place of ones that decode.
+std::string sectionWith(const std::string& event = R"({"id": 1, "name": "Dawn", "chatlink": "[&BAAA=]", "lfg": 10,
+    "bg": [1, 2], "rewards": {"items": [], "items_for_achievements": [{"i": 7, "a": 8}], "achievements": null},
+    "link": null, "unheard of": {"x": [null]}})",
+                        const std::string& sequences = R"({"partial": [], "pattern": [{"r": 1, "d": 120}]})") {
+    return R"({"id": 3, "category": "Core", "name": "Skies", "active": true, "segments": [)" + event +
            "], \"sequences\": " + sequences + "}";
 }
 
@@ -42,8 +42,8 @@ std::string errorOf(const std::string& body) {
 
 }  // namespace
 
-TEST(Records, DecodeUnderTheirKeys) {
-    const auto sections = decodeJson<std::vector<EventsSection>>("[" + sectionWith(goodEvent, goodSequences) + "]");
+TEST(Records, DecodeUnderTheirKeysAndTellEmptyFromAbsent) {
+    const auto sections = decodeJson<std::vector<EventsSection>>("[" + sectionWith() + "]");
     ASSERT_TRUE(sections.value) << sections.error;
     EventsSection expected{
         .id = 3, .category = "Core", .name = "Skies", .active = true, .link = {}, .segments = {}, .sequences = {}};
@@ -60,59 +60,41 @@ TEST(Records, DecodeUnderTheirKeys) {
                                  .lfg = 10});
     expected.sequences.pattern.push_back({.eventId = 1, .durationMinutes = 120});
     EXPECT_THAT(*sections.value, ElementsAre(expected));
+    EXPECT_EQ(decodeJson<Event>(R"({"id": 1, "name": ""})").value->rewards, std::nullopt);
 
     const auto progress = decodeJson<std::vector<AchievementCompletition>>(
-        R"([{"id": 5, "current": 1, "max": 2, "done": false}, {"id": 6, "bits": [0, 3], "current": 2, "max": 2, "done": true,
-             "unlocked": true, "repeated": 4}])");
+        R"([{"id": 6, "bits": [0, 3], "current": 1, "max": 2, "done": true, "unlocked": true, "repeated": 4}])");
     EXPECT_THAT(
         progress.value,
-        Optional(ElementsAre(
-            AchievementCompletition{
-                .id = 5, .bits = {}, .current = 1, .max = 2, .done = false, .unlocked = {}, .repeated = {}},
-            AchievementCompletition{
-                .id = 6, .bits = {{0, 3}}, .current = 2, .max = 2, .done = true, .unlocked = true, .repeated = 4})));
+        Optional(ElementsAre(AchievementCompletition{
+            .id = 6, .bits = {{0, 3}}, .current = 1, .max = 2, .done = true, .unlocked = true, .repeated = 4})));
 }
 
 TEST(Records, ErrorNamesThePlace) {
-    const std::string good = sectionWith(goodEvent, goodSequences);
-    const struct {
-        std::string body;
-        std::string error;
-    } catalogues[] = {
-        {"[" + good + "," + good + "]", ""},
-        {"[" + good + "," +
-             sectionWith(goodEvent, R"({"partial": [], "pattern": [{"eventId": 1, "durationMinutes": 2}]})") + "]",
+    const std::pair<std::string, const char*> rows[] = {
+        {"[" + sectionWith() + "," + sectionWith() + "]", ""},
+        {"[" + sectionWith() + "," + sectionWith("", R"({"partial": [], "pattern": [{"durationMinutes": 2}]})") + "]",
          "[1].sequences.pattern[0].r: missing"},
-        {"[" + sectionWith(goodEvent, R"({"partial": []})") + "]", "[0].sequences.pattern: missing"},
+        {"[" + sectionWith("", R"({"partial": []})") + "]", "[0].sequences.pattern: missing"},
         {R"([{"id": 3, "category": "c", "name": "n", "active": 1}])", "[0].active: no boolean"},
         {R"([{"id": 3.5}])", "[0].id: no integer"},
         {R"([{"id": 3, "category": 4}])", "[0].category: no text"},
-        {"[" + sectionWith(R"({"id": 1, "name": "n", "bg": [1, false]})", goodSequences) + "]",
-         "[0].segments[0].bg[1]: no integer"},
-        {"[" + sectionWith(R"({"id": 1, "name": "n", "rewards": []})", goodSequences) + "]",
-         "[0].segments[0].rewards: no object"},
-        {"[" +
-             sectionWith(R"({"id": 1, "name": "n", "rewards": {"items_for_achievements": [{"i": 1}]}})",
-                         goodSequences) +
-             "]",
+        {"[" + sectionWith(R"({"id": 1, "name": "n", "bg": [1, false]})") + "]", "[0].segments[0].bg[1]: no integer"},
+        {"[" + sectionWith(R"({"id": 1, "name": "n", "rewards": []})") + "]", "[0].segments[0].rewards: no object"},
+        {"[" + sectionWith(R"({"id": 1, "name": "n", "rewards": {"items_for_achievements": [{"i": 1}]}})") + "]",
          "[0].segments[0].rewards.items_for_achievements[0].a: missing"},
         {"[1]", "[0]: no object"},
         {"{}", "document: no array"},
     };
-    for (const auto& row : catalogues) EXPECT_EQ(errorOf<std::vector<EventsSection>>(row.body), row.error) << row.body;
-
+    for (const auto& [body, error] : rows) EXPECT_EQ(errorOf<std::vector<EventsSection>>(body), error) << body;
     EXPECT_EQ(errorOf<EventsSection>(R"({"id": 1})"), "category: missing");
     EXPECT_EQ(errorOf<std::vector<std::string>>(R"(["a", 2])"), "[1]: no text");
 }
 
 TEST(Records, IntegersAreSigned64BitAndExact) {
-    const struct {
-        const char* text;
-        std::optional<std::int64_t> value;
-    } rows[] = {
+    const std::pair<const char*, std::optional<std::int64_t>> rows[] = {
         {"0", 0},
         {"-0", 0},
-        {"1", 1},
         {"5.0", 5},
         {"1e3", 1000},
         {"9007199254740993", 9007199254740993},
@@ -125,35 +107,21 @@ TEST(Records, IntegersAreSigned64BitAndExact) {
         {"\"1\"", std::nullopt},
         {"null", std::nullopt},
     };
-    for (const auto& row : rows) {
-        const auto decoded = decodeJson<ItemForAchievement>(std::string(R"({"a": 1, "i": )") + row.text + "}");
-        EXPECT_EQ(decoded.value ? std::optional(decoded.value->i) : std::nullopt, row.value) << row.text;
+    for (const auto& [text, value] : rows) {
+        const auto decoded = decodeJson<ItemForAchievement>(std::string(R"({"a": 1, "i": )") + text + "}");
+        EXPECT_EQ(decoded.value ? std::optional(decoded.value->i) : std::nullopt, value) << text;
     }
-}
-
-TEST(Records, AnOptionalKeyMayBeNullAndTellsEmptyFromAbsent) {
-    const auto event = decodeJson<Event>(
-        R"({"id": 1, "name": "", "link": null, "lfg": null, "rewards": {"items": [], "achievements": null}})");
-    ASSERT_TRUE(event.value) << event.error;
-    EXPECT_EQ(event.value->link, std::nullopt);
-    EXPECT_EQ(event.value->lfg, std::nullopt);
-    ASSERT_TRUE(event.value->rewards);
-    EXPECT_THAT(event.value->rewards->items, Optional(testing::IsEmpty()));
-    EXPECT_EQ(event.value->rewards->achievements, std::nullopt);
-    EXPECT_EQ(decodeJson<Event>(R"({"id": 1, "name": ""})").value->rewards, std::nullopt);
 }
 
 // What is embedded decodes whole, and encoding it again loses nothing.
 TEST(Records, EmbeddedFilesDecodeAndEncode) {
-    const auto sections = decodeJson<std::vector<EventsSection>>(fileText("resources/catalogue/events.json"));
-    ASSERT_TRUE(sections.value) << sections.error;
-    EXPECT_GT(sections.value->size(), 20U);
-    EXPECT_EQ(decodeJson<std::vector<EventsSection>>(encodeJson(*sections.value)).value, sections.value);
-
-    const auto beasts = decodeJson<std::vector<BeastCategory>>(fileText("resources/catalogue/categories/beasts.json"));
-    ASSERT_TRUE(beasts.value) << beasts.error;
-    EXPECT_FALSE(beasts.value->empty());
-    EXPECT_EQ(decodeJson<std::vector<BeastCategory>>(encodeJson(*beasts.value)).value, beasts.value);
+    const auto expectWhole = [](auto decoded) {
+        ASSERT_TRUE(decoded.value) << decoded.error;
+        EXPECT_FALSE(decoded.value->empty());
+        EXPECT_EQ(decodeJson<std::decay_t<decltype(*decoded.value)>>(encodeJson(*decoded.value)).value, decoded.value);
+    };
+    expectWhole(decodeJson<std::vector<EventsSection>>(fileText("resources/catalogue/events.json")));
+    expectWhole(decodeJson<std::vector<BeastCategory>>(fileText("resources/catalogue/categories/beasts.json")));
 }
 
 TEST(Records, BodiesOfTheWebApiDecode) {
@@ -166,9 +134,9 @@ TEST(Records, BodiesOfTheWebApiDecode) {
     // The API's later form of a category is another type of element.
     EXPECT_THAT(errorOf<AchievementCategory>(fileText(folder + "achievements_categories_261_schema2022.json")),
                 HasSubstr("achievements[0]: no integer"));
-    const auto raids = decodeJson<std::vector<Raid>>(
-        R"([{"id": "r", "wings": [{"id": "w", "events": [{"id": "e", "type": "Boss"}]}]}])");
-    EXPECT_THAT(raids.value, Optional(ElementsAre(Raid{"r", {{"w", {{"e", "Boss"}}}}})));
+    EXPECT_EQ(
+        errorOf<std::vector<Raid>>(R"([{"id": "r", "wings": [{"id": "w", "events": [{"id": "e", "type": "Boss"}]}]}])"),
+        "");
 }
 
 }  // namespace vantor

@@ -1,6 +1,6 @@
 #include <gmock/gmock.h>
 
-#include <QCoreApplication>
+#include <QtCore/QCoreApplication>
 
 int main(int count, char** arguments) {
     const QCoreApplication application(count, arguments);

@@ -1,6 +1,6 @@
 #include "app/cli/RemoteCommand.h"
 
-#include <QByteArray>
+#include <QtCore/QByteArray>
 #include <ostream>
 
 namespace vantor {

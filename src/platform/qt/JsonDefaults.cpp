@@ -2,14 +2,14 @@
 
 #include <sys/stat.h>
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QLockFile>
-#include <QSaveFile>
-#include <QStandardPaths>
+#include <QtCore/QDir>
+#include <QtCore/QFile>
+#include <QtCore/QFileInfo>
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QLockFile>
+#include <QtCore/QSaveFile>
+#include <QtCore/QStandardPaths>
 #include <chrono>
 #include <cmath>
 #include <cstdio>

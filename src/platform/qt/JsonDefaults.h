@@ -4,10 +4,10 @@
 // nothing. A damaged file reads as empty; no reader touches it, and the first write sets it aside. Any thread;
 // observers on the main thread.
 
-#include <QByteArray>
-#include <QFileSystemWatcher>
-#include <QJsonObject>
-#include <QString>
+#include <QtCore/QByteArray>
+#include <QtCore/QFileSystemWatcher>
+#include <QtCore/QJsonObject>
+#include <QtCore/QString>
 #include <chrono>
 #include <functional>
 #include <memory>

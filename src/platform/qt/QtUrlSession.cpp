@@ -1,8 +1,8 @@
 #include "platform/qt/QtUrlSession.h"
 
-#include <QMetaObject>
-#include <QNetworkReply>
-#include <QNetworkRequest>
+#include <QtCore/QMetaObject>
+#include <QtNetwork/QNetworkReply>
+#include <QtNetwork/QNetworkRequest>
 #include <utility>
 
 namespace vantor {

@@ -2,9 +2,9 @@
 // Data tasks on the toolkit's network stack, embedded resources (qrc:) among them. The stack lives on the main thread
 // and is made at the first task; completions go to the session queue. Construct and destroy on the main thread.
 
-#include <QNetworkAccessManager>
-#include <QNetworkReply>
-#include <QObject>
+#include <QtCore/QObject>
+#include <QtNetwork/QNetworkAccessManager>
+#include <QtNetwork/QNetworkReply>
 #include <functional>
 #include <memory>
 

@@ -1,10 +1,10 @@
 #include "platform/qt/SingleInstance.h"
 
-#include <QDir>
-#include <QElapsedTimer>
-#include <QLockFile>
-#include <QPointer>
-#include <QStandardPaths>
+#include <QtCore/QDir>
+#include <QtCore/QElapsedTimer>
+#include <QtCore/QLockFile>
+#include <QtCore/QPointer>
+#include <QtCore/QStandardPaths>
 #include <algorithm>
 
 namespace vantor {

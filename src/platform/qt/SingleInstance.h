@@ -2,10 +2,10 @@
 // One running Vantor for each user and display: the second start asks the first to open its overlay, and a command asks
 // it for something else. A request and its answer are one line each. Main thread.
 
-#include <QByteArray>
-#include <QLocalServer>
-#include <QLocalSocket>
-#include <QString>
+#include <QtCore/QByteArray>
+#include <QtCore/QString>
+#include <QtNetwork/QLocalServer>
+#include <QtNetwork/QLocalSocket>
 
 #include <functional>
 #include <optional>

@@ -2,13 +2,13 @@
 
 #include <xcb/xcb.h>
 
-#include <QAbstractEventDispatcher>
-#include <QCoreApplication>
-#include <QGuiApplication>
-#include <QKeyEvent>
-#include <QMouseEvent>
-#include <QPointer>
-#include <QWindow>
+#include <QtCore/QAbstractEventDispatcher>
+#include <QtCore/QCoreApplication>
+#include <QtCore/QPointer>
+#include <QtGui/QGuiApplication>
+#include <QtGui/QKeyEvent>
+#include <QtGui/QMouseEvent>
+#include <QtGui/QWindow>
 #include <algorithm>
 #include <chrono>
 #include <cstdio>

@@ -2,9 +2,9 @@
 
 #include <unistd.h>
 
-#include <QDBusConnection>
-#include <QDBusConnectionInterface>
-#include <QProcess>
+#include <QtCore/QProcess>
+#include <QtDBus/QDBusConnection>
+#include <QtDBus/QDBusConnectionInterface>
 #include <algorithm>
 #include <cstdlib>
 #include <memory>
