@@ -1,7 +1,7 @@
 #include "platform/linux/desktop/X11Screens.h"
 
-#include <QGuiApplication>
-#include <QScreen>
+#include <QtGui/QGuiApplication>
+#include <QtGui/QScreen>
 #include <cmath>
 #include <utility>
 

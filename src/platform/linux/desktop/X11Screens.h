@@ -2,8 +2,8 @@
 // The screens as the toolkit knows them, and where the game's window stands on an X11 desktop: followed on a connection
 // of its own. Main thread.
 
-#include <QObject>
-#include <QSocketNotifier>
+#include <QtCore/QObject>
+#include <QtCore/QSocketNotifier>
 
 #include <memory>
 

@@ -2,9 +2,9 @@
 
 #include <xcb/xfixes.h>
 
-#include <QGuiApplication>
-#include <QVariant>
-#include <QWindow>
+#include <QtCore/QVariant>
+#include <QtGui/QGuiApplication>
+#include <QtGui/QWindow>
 #include <string>
 #include <utility>
 

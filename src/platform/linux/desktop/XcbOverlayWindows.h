@@ -3,9 +3,9 @@
 // bar, and transient for the game's window, since a focused full-screen window lies above even those that are "above".
 // On a connection of its own. Main thread.
 
-#include <QAbstractNativeEventFilter>
-#include <QSocketNotifier>
-#include <QWindow>
+#include <QtCore/QAbstractNativeEventFilter>
+#include <QtCore/QSocketNotifier>
+#include <QtGui/QWindow>
 
 #include <cstdint>
 #include <functional>

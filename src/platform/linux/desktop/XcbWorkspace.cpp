@@ -2,7 +2,7 @@
 
 #include <poll.h>
 
-#include <QMetaObject>
+#include <QtCore/QMetaObject>
 #include <algorithm>
 #include <cstdlib>
 

@@ -2,8 +2,8 @@
 // The frontmost application of an X11 desktop, by the root window's _NET_ACTIVE_WINDOW, on a connection of its own.
 // Main thread.
 
-#include <QSocketNotifier>
-#include <QTimer>
+#include <QtCore/QSocketNotifier>
+#include <QtCore/QTimer>
 
 #include <cstdint>
 #include <memory>
