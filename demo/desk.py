@@ -181,6 +181,13 @@ class Vantor(Program):
         return [line for line in self.lines if line and not any(re.search(pattern, line) for pattern in expected)]
 
 
+def every_event(minutes=10):
+    """Settings that watch all events: of these some are always about to happen."""
+    catalogue = json.loads((DEMO.parent / "resources/catalogue/events.json").read_text(encoding="utf-8"))
+    names = sorted({event["name"] for section in catalogue for event in section["segments"] if event["name"]})
+    return {"events.watching": json.dumps(names), "timer.watchedWindowDuration": str(minutes)}
+
+
 def store(binary, environment, settings, key):
     """Writes settings as a player would; the key goes by standard input, so that no argument shows it."""
     arguments = [str(binary)]

@@ -103,7 +103,7 @@ def main():
 
     report = desk.Report()
     with tempfile.TemporaryDirectory(prefix="vantor-tour.") as folder, desk.WebService() as service:
-        with desk.Vantor(arguments.vantor, service.host, folder) as vantor:
+        with desk.Vantor(arguments.vantor, service.host, folder, settings=desk.every_event()) as vantor:
             progress = service.line(r"^GET /v2/account/achievements 200 \(key: valid\)")
             report.check(progress, "Vantor fetches the player's progress", vantor.lines)
             visit_scene(report, arguments, folder, vantor, "dark")

@@ -158,10 +158,7 @@ class Stage:
         self.games.append(self.game)
 
     def new_vantor(self):
-        catalogue = json.loads((TOP / "resources/catalogue/events.json").read_text(encoding="utf-8"))
-        names = sorted({event["name"] for section in catalogue for event in section["segments"] if event["name"]})
-        self.vantor = desk.Vantor(VANTOR, self.service.host, self.folder,
-                                  settings={"events.watching": json.dumps(names), "timer.watchedWindowDuration": "10"})
+        self.vantor = desk.Vantor(VANTOR, self.service.host, self.folder, settings=desk.every_event())
         self.vantors.append(self.vantor)
         desk.wait_until(lambda: "icon" in self.windows(), PATIENCE)
 

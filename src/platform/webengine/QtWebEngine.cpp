@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <QtWebEngineCore/qtwebenginecoreglobal.h>
+#include <QtWebEngineQuick/qtwebenginequickglobal.h>
 #include <QtCore/QLoggingCategory>
 #include <QtQuick/QQuickWindow>
 #include <QtWebEngineCore/QWebEngineDownloadRequest>
@@ -190,14 +191,15 @@ extern "C" Q_DECL_EXPORT vantor::WidgetWebEngine* vantorMakeWebEngine(const vant
     const vantor::EngineFlags flags(geteuid() == 0);
     QLoggingCategory::setFilterRules(QStringLiteral("qt.webenginecontext*=false"));
     // Pages are drawn without the graphics card, which the game needs: a page that lends the window a texture makes the
-    // toolkit replace the native window, which flickers and loses clicks, and the driver would take 40 MB.
+    // toolkit replace the native window, which flickers and loses clicks, and costs 40 MB.
     QQuickWindow::setSceneGraphBackend(QStringLiteral("software"));
-    // The engine says that it has found none.
+    // All the same the engine asks for the card's driver when it starts. Here and not before the application object: a
+    // program that may never show a page does without it. The toolkit says that this is unusual, and does it.
     const QtMessageHandler handler =
         qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
-    auto* const engine = new vantor::QtWebEngine(folders);
+    QtWebEngineQuick::initialize();
     qInstallMessageHandler(handler);
-    return engine;
+    return new vantor::QtWebEngine(folders);
 }
 
 extern "C" Q_DECL_EXPORT const char* vantorWebEngineVersion() {
