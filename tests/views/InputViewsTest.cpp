@@ -1,30 +1,14 @@
-// Chat links, emotes and hotkey fields as the player presses them, with doubles on the far side of the seam.
+// Chat links, emotes and hotkey fields as the player presses them, in the real overlay.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <QtCore/QElapsedTimer>
-#include <QtGui/QMouseEvent>
-#include <QtWidgets/QApplication>
-#include <QtWidgets/QWidget>
 #include <algorithm>
-#include <functional>
-#include <memory>
 
+#include "Overlay.h"
 #include "data/SettingKeys.h"
-#include "fake/FakeClock.h"
-#include "fake/FakeDefaults.h"
-#include "fake/FakeKeyMonitors.h"
-#include "fake/FakeKeyPoster.h"
-#include "fake/FakeKeyboardLayout.h"
-#include "fake/FakePasteboard.h"
-#include "fake/FakePause.h"
-#include "fake/FakeScheduler.h"
-#include "fake/FakeWorkspace.h"
 #include "input/view/EmojiCommandsView.h"
-#include "input/view/HotkeyButton.h"
+#include "input/view/HotkeyPopup.h"
 #include "input/view/MsgButton.h"
 #include "input/view/WaypointButton.h"
+#include "ui/TextBlock.h"
 
 namespace vantor {
 namespace {
@@ -32,53 +16,17 @@ namespace {
 using namespace std::chrono_literals;
 using testing::ElementsAre;
 
-void click(QWidget& target, Qt::KeyboardModifiers modifiers = {}) {
-    const QPointF place = QRectF(target.rect()).center();
-    for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
-        const Qt::MouseButtons held = type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton;
-        QMouseEvent event(type, place, target.mapToGlobal(place), Qt::LeftButton, held, modifiers);
-        QApplication::sendEvent(&target, &event);
-    }
-}
-
-bool comesTrue(const std::function<bool()>& condition) {
-    QElapsedTimer timer;
-    timer.start();
-    while (!condition()) {
-        if (timer.elapsed() > 10'000) return false;
-        QApplication::processEvents(QEventLoop::WaitForMoreEvents, 5);
-    }
-    return true;
-}
-
-class InputViewsTest : public testing::Test {
+class InputViewsTest : public Overlay {
 protected:
-    InputViewsTest() {
+    void SetUp() override {
         layout.keys = {{{0, 0}, "a"}, {{44, 0}, "/"}, {{1, 0}, "s"}, {{34, 0}, "i"}, {{17, 0}, "t"}};
-        clipboardManager = std::make_unique<ClipboardManager>(layout, poster, monitors, workspace, pause);
+        launch();
     }
-    // The keys that went down, in order.
-    std::vector<KeyCode> typed() {
-        std::vector<KeyCode> codes;
-        for (const PostedKey& key : std::exchange(poster.posted, {}))
-            if (key.down) codes.push_back(key.keyCode);
-        return codes;
-    }
-
-    FakeKeyboardLayout layout;
-    FakeKeyPoster poster;
-    FakeKeyMonitors monitors;
-    FakeWorkspace workspace;
-    FakePause pause;
-    FakePasteboard pasteboard;
-    FakeDefaults defaults;
-    FakeScheduler scheduler;
-    FakeClock clock{1'000};
-    std::unique_ptr<ClipboardManager> clipboardManager;
 };
 
 TEST_F(InputViewsTest, AWaypointCopiesOnAClickAndTypesOnAShiftClickThoughShiftWentDownInTheGame) {
-    WaypointButton button(QStringLiteral("a"), {*clipboardManager, pasteboard, defaults}, scheduler, nullptr);
+    WaypointButton button(QStringLiteral("a"), {observer().clipboardManager(), pasteboard, defaults}, scheduler,
+                          nullptr);
     EXPECT_EQ(button.toolTip(), QStringLiteral("Copy to clipboard"));
     button.show();
     const int atRest = button.sizeHint().width();
@@ -87,7 +35,7 @@ TEST_F(InputViewsTest, AWaypointCopiesOnAClickAndTypesOnAShiftClickThoughShiftWe
     EXPECT_THAT(typed(), ElementsAre());
     scheduler.advance(1s);
     EXPECT_EQ(button.btnText(), QStringLiteral("copied to clipboard    "));
-    EXPECT_EQ(button.accessibleDescription(), QStringLiteral("copied to clipboard"));
+    EXPECT_EQ(heardOf(button, QAccessible::Description), "copied to clipboard");
 
     pasteboard.held = "the player's";
     click(button, Qt::ShiftModifier);
@@ -95,176 +43,139 @@ TEST_F(InputViewsTest, AWaypointCopiesOnAClickAndTypesOnAShiftClickThoughShiftWe
     EXPECT_EQ(pasteboard.held, "the player's");
     EXPECT_EQ(button.btnText(), QStringLiteral("copied to clipboard    ")) << "a shown message is not begun again";
     scheduler.advance(5s);
-    EXPECT_EQ(button.btnText(), QString());
     EXPECT_EQ(button.accessibleDescription(), QString());
     EXPECT_TRUE(comesTrue([&] { return button.sizeHint().width() == atRest; }));
 
     (void)monitors.pressInVantor({KeyEventType::flagsChanged, 56, modifier::shift, ""});
-    QKeyEvent returnKey(QEvent::KeyPress, Qt::Key_Return, Qt::ShiftModifier);
-    QApplication::sendEvent(&button, &returnKey);
+    sendKey(button, Qt::Key_Return, {}, Qt::ShiftModifier);
     EXPECT_THAT(typed(), ElementsAre(0));
     scheduler.advance(1s);
     EXPECT_EQ(button.btnText(), QStringLiteral("typed in app    "));
     EXPECT_TRUE(comesTrue([&] { return button.sizeHint().width() > atRest + 40; }));
 }
 
-TEST_F(InputViewsTest, AMessageButtonActsEachTimeAndTellsItsMessageWhole) {
+TEST_F(InputViewsTest, AMessageButtonActsEachTimeAndTellsItsMessage) {
     int actions = 0;
-    const QString message = QStringLiteral("thanks 🧑‍🚀");
-    MsgButton button([&] { ++actions; }, message, QStringLiteral("Send"), scheduler, nullptr);
-    click(button);
-    click(button);
+    MsgButton button([&] { ++actions; }, QStringLiteral("thanks"), QStringLiteral("Send"), scheduler, nullptr);
+    for (int clicks = 0; clicks < 2; ++clicks) click(button);
+    scheduler.advance(1s);
     EXPECT_EQ(actions, 2);
-    scheduler.advance(139ms);
-    EXPECT_EQ(button.btnText(), QStringLiteral("thanks "));
-    scheduler.advance(1ms);
-    EXPECT_EQ(button.btnText(), message) << "an emoji of several parts is one character";
-    // Twelve characters: the eighth of them goes 1.24 s + 4 * 0.02 s after the press.
-    scheduler.advance(1'179ms);
-    EXPECT_EQ(button.btnText(), message);
-    scheduler.advance(1ms);
-    EXPECT_EQ(button.btnText(), QStringLiteral("thanks "));
+    EXPECT_EQ(heardOf(button, QAccessible::Description), "thanks");
 }
 
 class EmojiCommandsViewTest : public InputViewsTest {
 protected:
-    void make() {
-        view = std::make_unique<EmojiCommandsView>(
-            EmojiCommands(*clipboardManager, defaults, clock), defaults, [this](QSize size) { sizes.push_back(size); },
-            nullptr);
-        view->show();
+    // The window, and its buttons from left to right.
+    static QWidget& window() {
+        for (QWidget* const each : QApplication::topLevelWidgets())
+            if (each->windowTitle() == QLatin1String("Vantor emotes")) return *each;
+        throw std::runtime_error("there are no emotes");
     }
-    // Those shown, from left to right.
-    std::vector<QAbstractButton*> buttons() {
-        QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        view->resize(view->sizeHint());
-        view->layout()->activate();
-        std::vector<QAbstractButton*> shown;
-        for (auto* const each : view->findChildren<QAbstractButton*>())
-            if (each->isVisible()) shown.push_back(each);
-        std::sort(shown.begin(), shown.end(), [](auto* one, auto* other) { return one->x() < other->x(); });
-        return shown;
+    static std::vector<QAbstractButton*> buttons() {
+        settle();
+        std::vector<QAbstractButton*> all = below<QAbstractButton>(window());
+        std::erase_if(all, [](const auto* each) { return !each->isVisible(); });
+        std::ranges::sort(all, {}, [](const auto* each) { return each->x(); });
+        return all;
     }
-    void press(std::size_t place) { click(*buttons().at(place)); }
-
-    std::unique_ptr<EmojiCommandsView> view;
-    std::vector<QSize> sizes;
 };
 
-TEST_F(EmojiCommandsViewTest, IsThereOnlyWhileItIsEnabledAndAsksForTheRoomThatItFills) {
-    make();
-    EXPECT_TRUE(view->sizeHint().isEmpty());
-    EXPECT_THAT(buttons(), ElementsAre());
+TEST_F(EmojiCommandsViewTest, AreThereOnlyWhileEnabledInAWindowThatTheyFillAtItsFixedPlace) {
+    const QPoint corner(36, 0);  // beside the icon
+    EXPECT_FALSE(window().isVisible());
     (void)defaults.setValue(settings::enableEmojiCommands, true);
     ASSERT_EQ(buttons().size(), 1U);
-    EXPECT_EQ(sizes.back(), QSize(32, 32));
+    EXPECT_EQ(window().geometry(), QRect(corner, QSize(32, 32)));
     EXPECT_EQ(buttons()[0]->text(), QStringLiteral("☺︎"));
-    press(0);
-    EXPECT_EQ(buttons().size(), 29U);
+    press(window(), "Open the emotes");
+    ASSERT_EQ(buttons().size(), 29U);
     EXPECT_EQ(buttons()[0]->text(), QStringLiteral("✕"));
-    EXPECT_EQ(buttons()[7]->toolTip(), QStringLiteral("start dancing at next sync time (max 5s)"));
-    EXPECT_EQ(buttons()[7]->accessibleName(), buttons()[7]->toolTip());
+    EXPECT_EQ(heardOf(*buttons()[7]), "start dancing at next sync time (max 5s)");
     for (const auto* const each : buttons()) {
         EXPECT_EQ(each->size(), QSize(30, 30));
         EXPECT_EQ(each->focusPolicy(), Qt::NoFocus);
     }
     const int right = buttons().back()->geometry().right();
-    EXPECT_TRUE(right < sizes.back().width() && right > sizes.back().width() - 4) << right;
+    EXPECT_TRUE(right < window().width() && right > window().width() - 4) << right;
+    EXPECT_EQ(window().pos(), corner) << "the pointer is on what has just opened it";
     (void)defaults.setValue(settings::enableEmojiCommands, false);
-    EXPECT_TRUE(sizes.back().isEmpty());
-    EXPECT_THAT(buttons(), ElementsAre());
+    EXPECT_FALSE(window().isVisible());
 }
 
 TEST_F(EmojiCommandsViewTest, AnEmoteClosesTheRowIsTypedBetweenEntersAndIsTheFirstNextTime) {
-    defaults.put(settings::enableEmojiCommands, true);
-    make();
-    press(0);
-    press(20);  // sit
-    EXPECT_FALSE(view->isOpen());
-    EXPECT_EQ(sizes.back(), QSize(32, 32));
+    (void)defaults.setValue(settings::enableEmojiCommands, true);
+    press(window(), "Open the emotes");
+    press(window(), "sit");
+    EXPECT_EQ(window().width(), 32);
     EXPECT_THAT(typed(), ElementsAre(76, 44, 1, 34, 17, 76));
-    make();
-    EXPECT_FALSE(view->isOpen());
-    press(0);
-    EXPECT_EQ(buttons()[1]->toolTip(), QStringLiteral("sit"));
-    EXPECT_EQ(buttons()[2]->toolTip(), QStringLiteral("bow"));
+    launch();
+    EXPECT_EQ(buttons().size(), 1U);
+    press(window(), "Open the emotes");
+    EXPECT_EQ(heardOf(*buttons()[1]), "sit");
+    EXPECT_EQ(heardOf(*buttons()[2]), "bow");
 }
 
 class HotkeyButtonTest : public InputViewsTest {
 protected:
-    HotkeyNeeds needs() {
-        return {defaults, monitors, [this](WId, WindowNature nature) { natures.push_back(nature); },
-                [] { return QRect(100, 100, 1000, 600); }};
+    void SetUp() override {
+        defaults.put(settings::windowToggleEvent, std::string("F5"));
+        InputViewsTest::SetUp();
+        open(tab_position::settings);
     }
-    static QAbstractButton* named(QWidget& parent, const QString& text) {
-        const auto all = parent.findChildren<QAbstractButton*>();
-        const auto found = std::find_if(all.begin(), all.end(), [&](auto* each) { return each->text() == text; });
-        return found == all.end() ? nullptr : *found;
-    }
+    static HotkeyPopup& popup() { return shownWindow<HotkeyPopup>(); }
     void pressKey(KeyCode code, const std::string& characters) {
         QApplication::processEvents();  // the popup gets the keyboard
         EXPECT_EQ(monitors.pressInVantor({KeyEventType::keyDown, code, 0, characters}), KeyMonitors::Passing::swallow);
     }
-    std::optional<std::string> stored(std::string_view key) { return defaults.get<std::string>(key); }
-
-    std::vector<WindowNature> natures;
 };
 
 TEST_F(HotkeyButtonTest, EachFieldRecordsItsOwnHotkeyAndOnlyAcceptStoresIt) {
-    defaults.put(settings::windowToggleEvent, std::string("F5"));
-    HotkeyButton button(QStringLiteral("Show or hide"), settings::windowToggleEvent,
-                        settings::windowToggleSecondaryEvent, needs(), nullptr);
-    button.show();
-    const auto fields = button.findChildren<QAbstractButton*>();
-    ASSERT_EQ(fields.size(), 2);
-    EXPECT_EQ(fields[0]->text(), QStringLiteral("F5"));
-    EXPECT_EQ(fields[1]->accessibleName(), QStringLiteral("Show or hide, second: not set"));
-
-    fields[1]->click();
-    ASSERT_TRUE(button.window());
-    EXPECT_EQ(button.window()->geometry().center(), QRect(100, 100, 1000, 600).center());
+    MainWindow& window = mainWindow();
+    natures.natures.clear();
+    const int before = defaults.writes();
+    press(window, "Window toggle, second: not set");
+    EXPECT_EQ(popup().geometry().center(), QRect(0, 0, 1360, 820).center()) << "of the game's screen";
+    const QImage empty = picture(popup());
     pressKey(4, "h");
-    EXPECT_EQ(button.window()->shownText(), QStringLiteral("H"));
-    named(*button.window(), QStringLiteral("Cancel"))->click();
-    EXPECT_FALSE(button.window());
-    EXPECT_EQ(defaults.writes(), 0);
+    EXPECT_EQ(popup().shownText(), QStringLiteral("H"));
+    EXPECT_NE(picture(popup()), empty);
+    press(popup(), "Cancel");
+    EXPECT_EQ(defaults.writes(), before);
 
-    fields[1]->click();
+    press(window, "Window toggle, second: not set");
     pressKey(5, "g");
-    named(*button.window(), QStringLiteral("Accept"))->click();
-    EXPECT_EQ(stored(settings::windowToggleSecondaryEvent), "G");
-    EXPECT_EQ(fields[1]->text(), QStringLiteral("G")) << "the field follows the setting";
+    press(popup(), "Accept");
+    EXPECT_EQ(defaults.get<std::string>(settings::windowToggleSecondaryEvent), "G");
+    press(window, "Window toggle, second: G");
+    press(popup(), "Cancel");
 
-    fields[0]->click();
-    EXPECT_EQ(button.window()->shownText(), QStringLiteral("F5"));
-    named(*button.window(), QStringLiteral("Unbind"))->click();
-    EXPECT_EQ(button.window()->shownText(), QString());
-    named(*button.window(), QStringLiteral("Default"))->click();
-    EXPECT_EQ(button.window()->shownText(), QStringLiteral("F5"));
-    named(*button.window(), QStringLiteral("Unbind"))->click();
-    named(*button.window(), QStringLiteral("Accept"))->click();
-    EXPECT_EQ(stored(settings::windowToggleEvent), " ");
-    EXPECT_THAT(natures, ElementsAre(WindowNature::popup, WindowNature::popup, WindowNature::raisedPopup));
+    press(window, "Window toggle: F5");
+    EXPECT_EQ(popup().shownText(), QStringLiteral("F5"));
+    press(popup(), "Unbind");
+    EXPECT_EQ(popup().shownText(), QString());
+    press(popup(), "Default");
+    EXPECT_EQ(popup().shownText(), QStringLiteral("F5"));
+    press(popup(), "Unbind");
+    press(popup(), "Accept");
+    EXPECT_EQ(defaults.get<std::string>(settings::windowToggleEvent), " ");
+    const auto usual = WindowNature::popup;
+    EXPECT_THAT(natures.natures, ElementsAre(usual, usual, usual, WindowNature::raisedPopup));
     EXPECT_EQ(monitors.pressInVantor({KeyEventType::keyDown, 4, 0, "h"}), KeyMonitors::Passing::passOn);
 }
 
 TEST_F(HotkeyButtonTest, TheNewerOfTwoPopupsReplacesTheOlder) {
-    HotkeyButton toggle(QStringLiteral("Toggle"), settings::windowToggleEvent, settings::windowToggleSecondaryEvent,
-                        needs(), nullptr);
-    HotkeyButton camera(QStringLiteral("Camera"), settings::actionCamToggleEvent, "", needs(), nullptr);
-    const auto fields = toggle.findChildren<QAbstractButton*>();
-    fields[0]->click();
-    fields[1]->click();
-    ASSERT_TRUE(toggle.window());
-    camera.findChildren<QAbstractButton*>().at(0)->click();
-    EXPECT_FALSE(toggle.window());
-    ASSERT_TRUE(camera.window());
+    const int before = defaults.writes();
+    for (const char* const field :
+         {"Window toggle: F5", "Window toggle, second: not set", "Toggle action cam: not set"})
+        press(mainWindow(), field);
+    EXPECT_EQ(std::ranges::count_if(shown(), [](auto* each) { return dynamic_cast<HotkeyPopup*>(each) != nullptr; }),
+              1);
     pressKey(4, "h");
-    EXPECT_EQ(camera.window()->shownText(), QStringLiteral("H"));
+    EXPECT_EQ(popup().shownText(), QStringLiteral("H"));
+    EXPECT_EQ(heardOf(*below<TextBlock>(popup()).at(0)), "Assign inputs to: Toggle action cam");
     // A window manager's way of closing is Cancel.
-    camera.window()->close();
-    EXPECT_FALSE(camera.window());
-    EXPECT_EQ(defaults.writes(), 0);
+    popup().close();
+    EXPECT_EQ(defaults.writes(), before);
 }
 
 }  // namespace

@@ -1,20 +1,26 @@
-// Colours that can be read, and motions that follow the spring or do not move at all.
+// Colours that can be read, motions that follow the spring or do not move at all, and drawings that keep to their
+// place.
 
 #include <gtest/gtest.h>
 
+#include <QtGui/QBitmap>
 #include <QtGui/QFontInfo>
 #include <QtGui/QFontMetricsF>
-#include <QtWidgets/QApplication>
+#include <QtGui/QPainter>
+#include <QtWidgets/QScrollBar>
+#include <QtWidgets/QStyle>
+#include <QtWidgets/QStyleOptionFocusRect>
 #include <algorithm>
 #include <cmath>
 #include <numbers>
 #include <tuple>
 
+#include "KitPlayer.h"
 #include "ui/Fonts.h"
-#include "ui/Motion.h"
+#include "ui/InkPanel.h"
+#include "ui/NineParts.h"
 #include "ui/Palette.h"
-#include "ui/TabElement.h"
-#include "ui/TabMark.h"
+#include "ui/VerticalScroller.h"
 
 namespace vantor {
 namespace {
@@ -61,42 +67,31 @@ double contrast(const QColor& a, const QColor& b) {
     return (light + 0.05) / (dark + 0.05);
 }
 
-struct Named {
-    const char* name;
-    QColor colour;
-};
-
 TEST(KitContrast, EveryTextReadsOverEveryScene) {
-    const std::vector<Named> texts{
-        {"gold", palette::gold}, {"warm white", palette::warmWhite}, {"sand", palette::sand},
-        {"dim", palette::dim},   {"amber", palette::amber},          {"bright amber", palette::brightAmber},
-        {"blue", palette::blue}, {"green", palette::green},          {"error", palette::error}};
     for (const QColor scene : {QColor(Qt::white), QColor(Qt::black)})
         for (const double opacity : {0.96, 0.88})
             for (const QColor& ink : {palette::inkTop, palette::inkBottom})
-                for (const Named& text : texts)
-                    EXPECT_GE(contrast(text.colour, over(ink, opacity, scene)), 4.5)
-                        << text.name << " at " << opacity << " over " << scene.name().toStdString();
+                for (const QColor& text :
+                     {palette::gold, palette::warmWhite, palette::sand, palette::dim, palette::amber,
+                      palette::brightAmber, palette::blue, palette::green, palette::error})
+                    EXPECT_GE(contrast(text, over(ink, opacity, scene)), 4.5)
+                        << text.name().toStdString() << " at " << opacity << " over " << scene.name().toStdString();
 }
 
 TEST(KitContrast, TextReadsOnTheGroundsOfControls) {
     const QColor panel = over(palette::inkTop, 0.96, Qt::white);
     const QColor hovered = over(palette::gold, 0.07, panel);
-    const QColor litRed = over(palette::gold, 0.12, palette::strokeLight);
-    struct Pair {
-        const char* name;
-        QColor text;
-        QColor background;
-    };
-    for (const Pair& pair :
-         {Pair{"hint in a field", palette::dim, palette::fieldInk},
-          Pair{"text in a field", palette::warmWhite, palette::fieldInk},
-          Pair{"a selection", palette::onRed, palette::strokeLight}, Pair{"a primary button", palette::onRed, litRed},
-          Pair{"a hovered row", palette::gold, hovered}, Pair{"second text of a hovered row", palette::sand, hovered},
-          Pair{"the chosen tab of a column", palette::gold, over(palette::red, 0.4, panel)},
-          Pair{"the name on the stroke", palette::gold, palette::strokeLight},
-          Pair{"the hotkey on the stroke", over(palette::warmWhite, 0.85, palette::strokeLight), palette::strokeLight}})
-        EXPECT_GE(contrast(pair.text, pair.background), 4.5) << pair.name;
+    for (const auto& [name, text, background] :
+         {std::tuple("hint in a field", palette::dim, palette::fieldInk),
+          {"text in a field", palette::warmWhite, palette::fieldInk},
+          {"a selection", palette::onRed, palette::strokeLight},
+          {"a primary button", palette::onRed, over(palette::gold, 0.12, palette::strokeLight)},
+          {"a hovered row", palette::gold, hovered},
+          {"second text of a hovered row", palette::sand, hovered},
+          {"the chosen tab of a column", palette::gold, over(palette::red, 0.4, panel)},
+          {"the name on the stroke", palette::gold, palette::strokeLight},
+          {"the hotkey on the stroke", over(palette::warmWhite, 0.85, palette::strokeLight), palette::strokeLight}})
+        EXPECT_GE(contrast(text, background), 4.5) << name;
 }
 
 // The differential equation itself, in small steps.
@@ -119,7 +114,7 @@ TEST(KitMotion, ASpringFollowsItsEquation) {
             EXPECT_NEAR(spring.at(seconds), integrated(spring, seconds), 2e-3) << spring.response << " " << seconds;
         for (double at = spring.settled(); at < spring.settled() + 1; at += 0.01)
             EXPECT_NEAR(spring.at(at), 1, 0.0101) << spring.dampingFraction;
-        EXPECT_EQ(spring.at(0), 0);
+        EXPECT_EQ(spring.at(-0.1), 0) << "before it begins";
     }
     EXPECT_GT(Spring({0.55, 0.825}).at(0.5), 1) << "it swings over its end a little";
 }
@@ -162,25 +157,59 @@ TEST(KitMotion, TheEnvironmentsWishIsAboveTheDesktops) {
     EXPECT_FALSE(reducedMotion());
 }
 
-TEST(KitMotion, TheRedLineLiesBelowTheChosenTabAlsoWhenTheRowMoves) {
-    const ReducedMotion reduced(true);
-    QWidget row;
-    TabElement first(QStringLiteral("First"), QString(), &row);
-    TabElement second(QStringLiteral("The second"), QString(), &row);
-    TabMark mark(&row);
-    row.resize(400, 50);
-    row.show();
-    first.setGeometry(0, 0, 80, 42);
-    second.setGeometry(90, 0, 120, 42);
-    mark.moveBelow(&first);
-    EXPECT_EQ(mark.geometry(), QRect(0, 39, 80, 3));
-    mark.moveBelow(&second);
-    EXPECT_EQ(mark.geometry(), QRect(90, 39, 120, 3));
-    second.setGeometry(100, 0, 140, 42);
-    EXPECT_EQ(mark.geometry(), QRect(100, 39, 140, 3));
-    setReducedMotion(false);
-    mark.moveBelow(&first);
-    EXPECT_EQ(mark.geometry(), QRect(100, 39, 140, 3)) << "it starts where it lay";
+QRegion drawn(const std::function<void(QPainter&)>& draw) {
+    QImage image(320, 280, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    draw(painter);
+    painter.end();
+    return {QBitmap::fromImage(image.createAlphaMask(Qt::ThresholdDither))};
+}
+
+TEST(KitDrawing, StaysWhereItBelongs) {
+    const int right =
+        drawn([](QPainter& painter) { drawFigures(painter, serifFont(20), {100, 30}, QStringLiteral("10:55")); })
+            .boundingRect()
+            .right();
+    EXPECT_TRUE(right >= 96 && right <= 101) << "its last figure ends there: " << right;
+
+    const QRect frame(10, 10, 300, 260);
+    const QRegion field =
+        drawn([&](QPainter& painter) { paintNineParts(painter, QStringLiteral("keybind.field"), frame); });
+    EXPECT_TRUE((field - frame).isEmpty());
+    EXPECT_TRUE((QRegion(frame.adjusted(4, 4, -4, -4)) - field).isEmpty()) << "it is filled";
+
+    // The toolkit's own ring; the controls draw theirs for the keyboard only.
+    QStyleOptionFocusRect ring;
+    ring.rect = frame;
+    ring.state = QStyle::State_KeyboardFocusChange | QStyle::State_HasFocus;
+    EXPECT_TRUE(drawn([&](QPainter& painter) {
+                    QApplication::style()->drawPrimitive(QStyle::PE_FrameFocusRect, &ring, &painter);
+                }).isEmpty());
+
+    // The grain of the panel is not seen in its shadow.
+    const QImage panel = drawInkPanel({400, 300}, 1, {.margin = 30}).toImage();
+    for (int x = 374; x < 400; ++x)
+        for (int y = 0; y < 300; ++y) ASSERT_EQ(panel.pixel(x, y) & 0xFFFFFF, 0U) << x << " " << y;
+}
+
+TEST(KitDrawing, WhatIsScrolledAwayFadesAtItsEdge) {
+    VerticalScroller scroller(nullptr);
+    auto* const content = new QWidget;
+    content->setMinimumHeight(600);
+    content->setStyleSheet(QStringLiteral("background: white"));
+    scroller.setContent(content);
+    scroller.resize(200, 200);
+    scroller.show();
+    const auto ends = [&] {
+        const QImage image = picture(scroller);
+        return std::pair(qGray(image.pixel(60, 1)) < 128, qGray(image.pixel(60, 198)) < 128);
+    };
+    EXPECT_EQ(ends(), std::pair(false, true));
+    scroller.verticalScrollBar()->setValue(100);
+    EXPECT_EQ(ends(), std::pair(true, true));
+    scroller.verticalScrollBar()->setValue(400);
+    EXPECT_EQ(ends(), std::pair(true, false));
 }
 
 }  // namespace

@@ -1,341 +1,219 @@
 // The settings panel as a player uses it: what it says, what each control stores, the key's field and the accounts.
 
-#include <gmock/gmock.h>
-
-#include <QtCore/QEvent>
-#include <QtCore/QRegularExpression>
-#include <QtGui/QKeyEvent>
-#include <QtGui/QWheelEvent>
-#include <QtWidgets/QAbstractButton>
-#include <QtWidgets/QApplication>
-#include <QtWidgets/QLabel>
-#include <QtWidgets/QLineEdit>
 #include <QtWidgets/QScrollArea>
 #include <QtWidgets/QScrollBar>
 #include <algorithm>
+#include <tuple>
 
-#include "accounts/view/AccountsView.h"
+#include "Overlay.h"
 #include "app/view/SettingsView.h"
 #include "data/SettingKeys.h"
-#include "fake/FakeDefaults.h"
-#include "fake/FakeKeychain.h"
-#include "fake/FakeMainThread.h"
-#include "fake/FakeTaskQueue.h"
-#include "fake/FakeUrlSession.h"
 #include "timers/view/TimerSettingsView.h"
+#include "ui/Collapse.h"
 #include "ui/GW2Slider.h"
 #include "ui/SectionTitle.h"
+#include "ui/TextBlock.h"
 
 namespace vantor {
 namespace {
 
 using testing::Contains;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
-using Words = std::vector<std::string>;
 
 const std::string account =
     R"({"id":"1","name":"n.1","age":1,"world":1,"created":"c","access":[],"guilds":[],"commander":false,
         "fractal_level":1,"daily_ap":1,"monthly_ap":1,"wvw_rank":1})";
+const std::string noAnswer = "The game's web API does not answer. The stored key is unchanged.";
 
-class SettingsViewTest : public testing::Test {
+class SettingsViewTest : public Overlay {
 protected:
-    SettingsView& open() {
-        credentials.emplace(keychain, [this](const std::string& line) { printed.push_back(line); });
-        key.emplace(defaults, ApiKeyCheck::Needs{session, mainThread, "https://api.example", [](const auto&) {}},
-                    [this] { ++accepted; });
-        const auto makePage = [this](const char* name) {
-            return [this, name](QWidget* parent) {
-                made.emplace_back(name);
-                return new QWidget(parent);
-            };
-        };
-        panel = std::make_unique<SettingsView>(
-            SettingsView::Needs{
-                defaults,
-                *key,
-                [this](const HotkeySetting& setting, QWidget* parent) {
-                    hotkeys.push_back(setting.message.toStdString() + " " + std::string(setting.primaryKey) + " " +
-                                      std::string(setting.secondaryKey));
-                    return new QWidget(parent);
-                },
-                makePage("timers"),
-                [this](QWidget* parent) {
-                    return new AccountsView(
-                        *credentials, [this](const std::string& name) { filled.push_back(name); }, parent);
-                },
-                [this] { return capabilities; },
-                [this](const QString& link) { opened.push_back(link.toStdString()); },
-                {QStringLiteral("https://wiki.example"), QStringLiteral("https://account.example")}},
-            nullptr);
-        panel->resize(880, 500);
-        panel->show();
-        settle();
-        return *panel;
+    void openPage(const char* page) {
+        launch();
+        panel = below<SettingsView>(Overlay::open(tab_position::settings)).at(0);
+        press(*panel, page);
     }
-    // Also what the events post.
-    static void settle() {
-        for (int turn = 0; turn < 4; ++turn) QApplication::processEvents();
+    QLineEdit& keyField() { return named<QLineEdit>(*panel, "Insert API Key"); }
+    // Types it, confirms it, and answers what the web API is asked.
+    void confirm(const char* key, const std::optional<std::string>& body) {
+        fillIn(keyField(), QString::fromLatin1(key));
+        press(*panel, "Confirm");
+        EXPECT_FALSE(named(*panel, "Confirm").isEnabled());
+        answer([&](const std::string& url) { return url.ends_with(key) ? body : std::nullopt; });
     }
-    // Of the widgets that are shown, also those that are scrolled away, from top to bottom.
-    template <typename Widget, typename Text>
-    [[nodiscard]] Words shown(const Text& textOf) const {
-        Words words;
-        for (QWidget* const each : panel->findChildren<QWidget*>())
-            if (auto* const widget = dynamic_cast<Widget*>(each); widget && widget->isVisible())
-                if (const QString text = textOf(*widget); !text.isEmpty()) words.push_back(text.toStdString());
-        return words;
-    }
-    [[nodiscard]] Words sections() const {
-        return shown<SectionTitle>([](const SectionTitle& title) { return title.text(); });
-    }
-    [[nodiscard]] Words texts() const {
-        return shown<QLabel>([](const QLabel& label) { return label.text(); });
-    }
-    [[nodiscard]] Words buttons() const {
-        return shown<QAbstractButton>([](const QAbstractButton& button) { return button.text(); });
-    }
-    [[nodiscard]] QAbstractButton& button(const QString& name, int number = 0) const {
-        for (QWidget* const each : panel->findChildren<QWidget*>()) {
-            auto* const found = dynamic_cast<QAbstractButton*>(each);
-            if (found && found->isVisible() && (found->text() == name || found->accessibleName() == name) &&
-                number-- == 0)
-                return *found;
-        }
-        throw std::runtime_error("no button " + name.toStdString());
-    }
-    [[nodiscard]] QLineEdit& field(const QString& placeholder) const {
-        for (QLineEdit* const each : panel->findChildren<QLineEdit*>())
-            if (each->isVisible() && each->placeholderText() == placeholder) return *each;
-        throw std::runtime_error("no field " + placeholder.toStdString());
-    }
-    void click(const QString& name, int number = 0) const {
-        button(name, number).click();
-        settle();
-    }
-    static void type(QLineEdit& field, const QString& text) {
-        field.setFocus();
-        field.selectAll();
-        for (const QChar each : text) {
-            QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, QString(each));
-            QApplication::sendEvent(&field, &press);
-        }
-    }
-    void answer(std::optional<std::string> body) {
-        ASSERT_TRUE(session.answer(std::move(body)));
-        queue.runAll();
-        mainThread.runAll();
-        settle();
-    }
-    [[nodiscard]] std::string storedKey() const {
-        return defaults.get<std::string>(settings::apiKey).value_or("unset");
-    }
+    [[nodiscard]] auto accounts() { return observer().credentials().accounts(); }
 
-    FakeDefaults defaults;
-    FakeTaskQueue queue;
-    FakeUrlSession session{queue};
-    FakeMainThread mainThread;
-    FakeKeychain keychain;
-    std::optional<AccountsCredentials> credentials;
-    std::optional<ApiKeyField> key;
-    std::vector<SystemCapability> capabilities{{"Status bar", true, "is there"}, {"Web pages", false, "install it"}};
-    Words made, hotkeys, opened, filled, printed;
-    int accepted = 0;
-    std::unique_ptr<SettingsView> panel;
+    SettingsView* panel = nullptr;
 };
 
-const QString pasting = QStringLiteral("Enable pasting (⌘ + V) if GW2 is missing system clipboard support");
-const QString emotes = QStringLiteral("Enable chat command selection through emoji quick menu");
-const QString enter = QStringLiteral("Press ENTER (⏎) automatically before and after automatic chat link typing");
-
 TEST_F(SettingsViewTest, ShowsItsSectionsInOrderAndStoresEachSwitchAtOnce) {
-    open();
-    EXPECT_THAT(sections(), ElementsAre("Application", "Chat commands", "Chat links", "API Key",
-                                        "What Vantor needs on this machine"));
-    EXPECT_THAT(hotkeys, ElementsAre("Window toggle general.windowToggleEvent general.windowToggleSecondaryEvent",
-                                     "Toggle action cam general.actionCamToggleEvent "));
-    EXPECT_THAT(texts(), testing::IsSupersetOf({"Window toggle", "Toggle action cam",
-                                                "to type chat link automatically press SHIFT (⇧) + CLICK"}));
-    const std::vector<std::tuple<QString, std::string_view, bool>> switches{
-        {pasting, settings::pasteClipboard, false},
-        {emotes, settings::enableEmojiCommands, false},
-        {enter, settings::enableChatLinkReturnKey, true}};
-    for (const auto& [text, setting, byDefault] : switches) {
-        SCOPED_TRACE(text.toStdString());
-        EXPECT_EQ(button(text).isChecked(), byDefault);
+    openPage("General");
+    EXPECT_THAT(heard<SectionTitle>(*panel), ElementsAre("Application", "Chat commands", "Chat links", "API Key",
+                                                         "What Vantor needs on this machine"));
+    EXPECT_THAT(heard(*panel), testing::IsSupersetOf({"Window toggle", "Toggle action cam",
+                                                      "to type chat link automatically press SHIFT (⇧) + CLICK"}));
+    for (const auto& [text, setting, byDefault] :
+         {std::tuple("Enable pasting (⌘ + V) if GW2 is missing system clipboard support", settings::pasteClipboard,
+                     false),
+          {"Enable chat command selection through emoji quick menu", settings::enableEmojiCommands, false},
+          {"Press ENTER (⏎) automatically before and after automatic chat link typing",
+           settings::enableChatLinkReturnKey, true}}) {
+        SCOPED_TRACE(text);
+        EXPECT_EQ(named(*panel, text).isChecked(), byDefault);
         EXPECT_EQ(defaults.get<bool>(setting), std::nullopt);
-        click(text);
+        press(*panel, text);
         EXPECT_EQ(defaults.get<bool>(setting), !byDefault);
     }
-    EXPECT_THAT(made, IsEmpty());
-    panel->select(SettingsView::Page::timers);
-    EXPECT_THAT(made, ElementsAre("timers"));
 }
 
 TEST_F(SettingsViewTest, ExplainsTheKeyAndOpensItsLinks) {
-    open();
-    for (const char* title : {"What is an API key?", "Why should I use it?", "How do I get my API key?"})
-        click(QString::fromUtf8(title));
-    for (QLabel* const label : panel->findChildren<QLabel*>()) {
-        if (!label->isVisible() || label->textFormat() != Qt::RichText) continue;
-        const auto link = QRegularExpression(QStringLiteral("href=\"([^\"]*)\"")).match(label->text());
-        if (link.hasMatch()) label->linkActivated(link.captured(1));
+    openPage("General");
+    for (Collapse* const collapse : below<Collapse>(*panel)) collapse->setExpanded(true);
+    (void)picture(*panel);
+    for (TextBlock* const text : below<TextBlock>(*panel)) {
+        if (!text->text().contains(QLatin1String("<a "))) continue;
+        click(*text, {}, QPoint(2, 2));
+        EXPECT_FALSE(text->hasFocus()) << "the keyboard alone brings it there";
+        text->setFocus(Qt::TabFocusReason);
+        sendKey(*text, Qt::Key_Tab);
+        sendKey(*text, Qt::Key_Return);
     }
-    EXPECT_THAT(opened, ElementsAre("https://wiki.example/wiki/API:API_key", "https://account.example/applications"));
+    EXPECT_THAT(opened, ElementsAre("https://wiki/wiki/API:API_key", "https://account/applications"));
 }
 
 TEST_F(SettingsViewTest, TakesAKeyOverOnceTheWebApiTakesIt) {
     defaults.put(settings::apiKey, std::string("OLD"));
-    open();
-    EXPECT_THAT(texts(), Contains("OLD"));
-    click(QStringLiteral("Edit"));
-    EXPECT_EQ(field(QStringLiteral("Insert API Key")).text(), QStringLiteral("OLD"));
-    EXPECT_THAT(texts(), Not(Contains("OLD")));
-    type(field(QStringLiteral("Insert API Key")), QStringLiteral("NEW"));
-    click(QStringLiteral("Confirm"));
-    EXPECT_FALSE(button(QStringLiteral("Confirm")).isEnabled());
-    answer("{}");
-    auto& editor = field(QStringLiteral("Insert API Key"));
-    EXPECT_EQ(editor.text(), QStringLiteral("Invalid API key"));
-    EXPECT_EQ(editor.selectedText(), editor.text());  // what is pasted next replaces it
-    EXPECT_EQ(storedKey(), "OLD");
+    openPage("General");
+    answer([](const auto&) { return std::nullopt; });
+    const auto stored = [this] { return defaults.get<std::string>(settings::apiKey); };
+    EXPECT_THAT(heard(*panel), Contains("OLD"));
+    press(*panel, "Edit");
+    EXPECT_EQ(keyField().text(), QStringLiteral("OLD"));
+    confirm("NEW", "{}");
+    EXPECT_EQ(keyField().text(), QStringLiteral("Invalid API key"));
+    EXPECT_EQ(keyField().selectedText(), keyField().text()) << "what is pasted next replaces it";
+    EXPECT_EQ(stored(), "OLD");
 
-    type(editor, QStringLiteral("NEWER"));
-    click(QStringLiteral("Confirm"));
-    answer(std::nullopt);
-    EXPECT_EQ(editor.text(), QStringLiteral("NEWER"));
-    EXPECT_THAT(texts(), Contains("The game's web API does not answer. The stored key is unchanged."));
-    click(QStringLiteral("Confirm"));
-    answer(account);
-    EXPECT_THAT(texts(), Contains("NEWER"));
-    EXPECT_THAT(buttons(), Contains("Edit"));
-    EXPECT_THAT(buttons(), Not(Contains("Confirm")));
-    EXPECT_EQ(storedKey(), "NEWER");
-    EXPECT_EQ(accepted, 1);
+    // What is said then is in sight, though the key's field was the last thing that was.
+    const QWidget& button = named(*panel, "Confirm");
+    auto& page = *below<QScrollArea>(*panel).at(0);
+    MainWindow& window = mainWindow();
+    window.resize(window.width(), window.minimumHeight());
+    settle();
+    page.verticalScrollBar()->setValue(button.mapTo(page.widget(), QPoint(0, button.height())).y() - page.height());
+    confirm("NEWER", std::nullopt);
+    EXPECT_EQ(keyField().text(), QStringLiteral("NEWER"));
+    const QWidget& line = named<TextBlock>(*panel, noAnswer);
+    EXPECT_LE(line.mapTo(&page, QPoint(0, line.height())).y(), page.height());
 
-    click(QStringLiteral("Edit"));
-    type(field(QStringLiteral("Insert API Key")), QStringLiteral("X"));
-    click(QStringLiteral("Cancel"));
-    EXPECT_THAT(texts(), Contains("NEWER"));
+    const std::size_t before = session.requests().size();
+    confirm("NEWER", account);
+    EXPECT_THAT(heard(*panel), testing::AllOf(Contains("NEWER"), Contains("Edit"), Not(Contains("Confirm"))));
+    EXPECT_EQ(stored(), "NEWER");
+    EXPECT_GT(session.requests().size(), before + 1) << "all is loaded with it";
+
+    press(*panel, "Edit");
+    fillIn(keyField(), QStringLiteral("X"));
+    press(*panel, "Cancel");
+    EXPECT_THAT(heard(*panel), Contains("NEWER"));
     EXPECT_EQ(session.waiting(), 0U);
 }
 
-TEST_F(SettingsViewTest, SaysWithinSightThatNoAnswerCame) {
-    open();
-    // The key's field is the last thing that shows.
-    const QWidget& edit = button(QStringLiteral("Edit"));
-    panel->resize(880, edit.mapTo(panel.get(), QPoint(0, edit.height())).y() + 4);
-    settle();
-    click(QStringLiteral("Edit"));
-    type(field(QStringLiteral("Insert API Key")), QStringLiteral("k"));
-    click(QStringLiteral("Confirm"));
-    answer(std::nullopt);
-    for (QLabel* const label : panel->findChildren<QLabel*>())
-        if (label->text().contains(QLatin1String("does not answer"))) {
-            const int bottom = label->mapTo(panel.get(), QPoint(0, label->height())).y();
-            EXPECT_TRUE(label->isVisible());
-            EXPECT_LE(bottom, panel->height());
-            return;
-        }
-    FAIL() << "no such line";
-}
-
-TEST_F(SettingsViewTest, NamesWhatTheMachineLacksFirst) {
-    open();
-    const auto all = texts();
-    const auto place = [&](const std::string& text) { return std::ranges::find(all, text) - all.begin(); };
+TEST_F(SettingsViewTest, NamesWhatTheMachineLacksFirstAndFollowsWhatThePlayerAllows) {
+    openPage("General");
+    const auto all = heard(*panel);
     EXPECT_THAT(all, Contains("One thing is missing; the rest goes on working without it."));
-    EXPECT_LT(place("Web pages"), place("Status bar"));
-    capabilities[1].have = true;
-    panel->select(SettingsView::Page::timers);
-    panel->select(SettingsView::Page::general);
-    settle();
-    EXPECT_THAT(texts(), Contains("Everything is here."));
+    EXPECT_LT(std::ranges::find(all, "Web pages"), std::ranges::find(all, "Status bar"));
+    capabilities[1].ask = [this] { capabilities[1].have = true; };
+    press(*panel, "Timers");
+    press(*panel, "General");
+    press(*panel, "Allow: Web pages");
+    EXPECT_TRUE(comesTrue([&] { return std::ranges::count(heard(*panel), "Everything is here.") == 1; }));
+    EXPECT_EQ(plainCapability({CapabilityKind::posting, true, "XTEST"}).sentence, "works");
 
     keychain.isLocked = true;
-    open();
-    EXPECT_FALSE(keyringCapability(*credentials).have);
+    launch();
+    EXPECT_FALSE(keyringCapability(observer().credentials()).have);
     keychain.isLocked = false;
-    open();
+    launch();
     keychain.failing = KeychainStatus::unavailable;
-    EXPECT_TRUE(credentials->save());
-    EXPECT_FALSE(keyringCapability(*credentials).have) << "the last change is lost with the program";
-    EXPECT_EQ(plainCapability({CapabilityKind::posting, true, "XTEST"}).sentence, "works");
+    EXPECT_TRUE(observer().credentials().save());
+    EXPECT_FALSE(keyringCapability(observer().credentials()).have) << "the last change is lost with the program";
 }
 
-TEST(TimerSettingsPage, KeepsItsControlsWholeAndItsValuesFromTheWheel) {
-    FakeDefaults defaults;
-    TimerSettingsView view(defaults, [] {}, nullptr);
-    view.resize(760, 430);
-    view.show();
-    for (int turn = 0; turn < 4; ++turn) QApplication::processEvents();
-    int controls = 0;
-    QWidget* slider = nullptr;
-    for (QWidget* const each : view.findChildren<QWidget*>()) {
-        if (dynamic_cast<GW2Slider*>(each)) slider = each;
-        if (each != slider && !dynamic_cast<QAbstractButton*>(each)) continue;
-        ++controls;
-        EXPECT_GE(each->height(), each->sizeHint().height()) << each->accessibleName().toStdString();
+TEST_F(SettingsViewTest, TheTimersPageStoresItsFiltersReloadsAndKeepsItsValuesFromTheWheel) {
+    openPage("Timers");
+    const auto& page = *below<TimerSettingsView>(*panel).at(0);
+    std::vector<std::string> controls;
+    for (auto* const each : below<QAbstractButton>(page)) {
+        controls.push_back(heardOf(*each) + (each->isChecked() ? " on" : ""));
+        EXPECT_GE(each->height(), each->sizeHint().height()) << heardOf(*each);
     }
-    EXPECT_EQ(controls, 10);
-    ASSERT_TRUE(slider);
-    QWheelEvent wheel(QPointF(5, 5), slider->mapToGlobal(QPointF(5, 5)), {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
-                      Qt::NoScrollPhase, false);
-    QApplication::sendEvent(slider, &wheel);
-    EXPECT_EQ(defaults.writes(), 0);
+    EXPECT_THAT(controls, ElementsAre("is timer (Day/Night cycle, etc)", "is event on", "has guaranteed rewards",
+                                      "can drop valuable items", "has associated achievements",
+                                      "drops collections items", "is temporary special event", "Reload events"));
+    press(page, "has associated achievements");
+    EXPECT_EQ(defaults.get<bool>(settings::timerHasAchievements), true);
+    for (GW2Slider* const slider : below<GW2Slider>(page)) {
+        turnWheel(*slider, *slider);
+        EXPECT_EQ(slider->shownValue(), 3);
+    }
+    const auto updated = [&] { return std::ranges::count(heard(page), "Timers updated!"); };
+    EXPECT_EQ(updated(), 0);
+    press(page, "Reload events");
+    EXPECT_EQ(updated(), 1);
+    EXPECT_TRUE(comesTrue([&] { return updated() == 0; })) << "for a few seconds";
 }
 
 TEST_F(SettingsViewTest, AddsFillsAndDeletesAccounts) {
-    open();
-    panel->select(SettingsView::Page::accounts);
-    settle();
-    EXPECT_THAT(sections(), ElementsAre("My accounts credentials", "Add new account"));
+    layout.keys = {{{11, 0}, "b"}, {{20, 0}, "2"}};
+    openPage("Accounts");
+    EXPECT_THAT(heard<SectionTitle>(*panel), ElementsAre("My accounts credentials", "Add new account"));
     const std::string hint =
         "Add your account credentials to autofill login data from here or from system top status bar!";
-    EXPECT_THAT(texts(), Contains(hint));
-    EXPECT_EQ(field(QStringLiteral("Password")).echoMode(), QLineEdit::Password);
-
-    const auto add = [&](const char* name, const char* password) {
-        type(field(QStringLiteral("Username")), QString::fromUtf8(name));
-        type(field(QStringLiteral("Password")), QString::fromUtf8(password));
-        click(QStringLiteral("Add account"));
-        EXPECT_EQ(field(QStringLiteral("Username")).text(), QString());
-        EXPECT_EQ(field(QStringLiteral("Password")).text(), QString());
+    EXPECT_THAT(heard(*panel), Contains(hint));
+    auto& username = named<QLineEdit>(*panel, "Username");
+    auto& password = named<QLineEdit>(*panel, "Password");
+    const auto add = [&](const std::string& name, const char* secret) {
+        fillIn(username, QString::fromStdString(name));
+        fillIn(password, QString::fromUtf8(secret));
+        EXPECT_NE(password.displayText(), QString::fromUtf8(secret)) << "over a shoulder";
+        press(*panel, "Add account");
+        EXPECT_EQ(username.text() + password.text(), QString());
     };
     add("a", "1");
     add("b", "2");
-    add("<i>c</i>", "");
+    add("<i>c</i>", "0");
     add("a", "3");
-    EXPECT_EQ(credentials->accounts(), (AccountsCredentials::Accounts{{"<i>c</i>", ""}, {"a", "3"}, {"b", "2"}}));
-    EXPECT_THAT(texts(), Not(Contains(hint)));
-    for (int row = 0; row < 3; ++row) click(QStringLiteral("Fill credentials"), row);
-    EXPECT_THAT(filled, ElementsAre("b", "a", "<i>c</i>"));
-    click(QStringLiteral("Delete b"));
-    EXPECT_THAT(texts(), Not(Contains("b")));
-    EXPECT_THAT(keychain.calls.back(), R"(add {"<i>c</i>":"","a":"3"})");
+    EXPECT_EQ(accounts(), (AccountsCredentials::Accounts{{"<i>c</i>", "0"}, {"a", "3"}, {"b", "2"}}));
+    EXPECT_THAT(heard(*panel), Not(Contains(hint)));
+    press(*panel, "Fill credentials of b");
+    EXPECT_THAT(typed(), testing::IsSupersetOf({11, 20}));
+    press(*panel, "Delete b");
+    EXPECT_THAT(heard(*panel), Not(Contains("b")));
+    EXPECT_THAT(keychain.calls.back(), R"(add {"<i>c</i>":"0","a":"3"})");
 
-    add(std::string(200, 'w').c_str(), "4");
-    settle();
-    for (const auto* button : panel->findChildren<QAbstractButton*>()) {
-        if (!button->isVisible()) continue;
-        EXPECT_LE(button->mapTo(panel.get(), QPoint(button->width(), 0)).x(), panel->width());
-    }
-    credentials->remove(std::string(200, 'w'));
+    const std::string longName(200, 'w');
+    add(longName, "4");
+    for (const auto* const button : below<QAbstractButton>(*panel))
+        EXPECT_TRUE(!button->isVisible() || button->mapTo(panel, QPoint(button->width(), 0)).x() <= panel->width());
+    EXPECT_THAT(heard<TextBlock>(*panel), Contains(HasSubstr(">" + longName))) << "where it is pointed at";
+    // Where nothing can be stored, nothing is shown as if it were.
+    observer().credentials().set("\xff", "");
+    add("lost", "5");
+    EXPECT_THAT(accounts(), Not(Contains(testing::Key("lost"))));
+    EXPECT_THAT(printed, ElementsAre(HasSubstr("UTF-8")));
 
     // What the keyring tells late is shown too.
-    credentials->remove("a");
-    credentials->remove("<i>c</i>");
-    EXPECT_TRUE(credentials->save());
     keychain.items.begin()->second = R"({"late":"x"})";
     keychain.holdBack = true;
-    open();
-    panel->select(SettingsView::Page::accounts);
-    EXPECT_THAT(texts(), Contains(hint));
+    openPage("Accounts");
+    EXPECT_THAT(heard(*panel), Contains(hint));
     keychain.answerAll();
     settle();
-    EXPECT_THAT(texts(), Contains("late"));
-    EXPECT_THAT(printed, IsEmpty());
+    EXPECT_THAT(heard(*panel), Contains("late"));
 }
 
 }  // namespace

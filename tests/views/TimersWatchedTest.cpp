@@ -1,299 +1,207 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+// What is watched, in its own window and on the badge; and the bestiary.
 
 #include <QtGui/QScreen>
 #include <QtGui/QWindow>
-#include <QtWidgets/QApplication>
 
+#include "Overlay.h"
 #include "app/view/FloatWindow.h"
+#include "app/view/TabPages.h"
 #include "data/SettingKeys.h"
-#include "fake/FakeClock.h"
-#include "fake/FakeDefaults.h"
 #include "timers/WatchedEvents.h"
 #include "timers/view/BestiaryFamilyView.h"
-#include "timers/view/BestiaryView.h"
-#include "timers/view/TimerSettingsView.h"
 #include "timers/view/WatchedEventsView.h"
+#include "timers/view/WatchedFeed.h"
 
 namespace vantor {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
 using namespace std::chrono_literals;
 
 constexpr Clock::Seconds minute = 60;
+const auto gathers = QStringLiteral(R"(,"lfg":10)");
 
-std::shared_ptr<const Timeline> timelineAt(int offsetSeconds) {
-    EventsSection section;
-    section.id = 3;
-    section.name = "World bosses";
-    section.active = true;
-    Event boss;
-    boss.id = 7;
-    boss.name = "Boss";
-    boss.lfg = 10;
-    boss.chatlink = "[&x]";
-    section.segments = {boss};
-    section.sequences.pattern = {{7, 120}};
-    return std::make_shared<const Timeline>(std::get<Timeline>(computeTimeline({&section, 1}, {}, {}, offsetSeconds)));
-}
-
-class WatchedFeedTest : public testing::Test {
+// All of them happen at noon and each two hours before and after.
+class WatchedTest : public Overlay {
 protected:
-    TimelineSource source() {
-        return {clock, defaults, [this] { return timeline; },
-                [this] {
-                    ++looks;
-                    const int offset = clock.utcOffsetSeconds(clock.now());
-                    if (offset == std::exchange(offset_, offset)) return;
-                    timeline = timelineAt(offset);
-                },
-                [this](std::function<void()> handler) {
-                    loaded = std::move(handler);
-                    return Subscription();
-                }};
+    void serve(const std::vector<QString>& names, const QString& more = gathers) {
+        std::string sections;
+        for (int id = 0; const QString& name : names)
+            sections += (sections.empty() ? "" : ",") + sectionOf(++id, {{name, more}}, 120);
+        served["events.json"] = "[" + sections + "]";
+        defaults.put(settings::apiKey, std::string("key"));
+        launch();
+        load();
     }
-    // What the feed's own timer does when its time has come.
     void at(int hour, int minutes, int second = 0) {
-        clock.set(day * 24 * 60 * minute + (Clock::Seconds{hour} * 60 + minutes) * minute + second -
-                  clock.utcOffsetSeconds(0));
-        feed.refresh();
+        clock.set((Clock::Seconds{hour} * 60 + minutes) * minute + second);
     }
-    std::vector<std::string> shown() {
-        std::vector<std::string> texts;
-        for (const OccurrenceRow& row : feed.rows()) texts.push_back(row.time + " " + row.remaining);
-        return texts;
+    void toggle(const std::string& name = "Boss") {
+        ASSERT_EQ(toggleWatched(defaults, name), Defaults::Verdict::stored);
+        settle();
     }
-
-    FakeClock clock;
-    FakeDefaults defaults;
-    Clock::Seconds day = 20000;
-    int offset_ = 0;
-    int looks = 0;
-    std::shared_ptr<const Timeline> timeline = timelineAt(0);
-    std::function<void()> loaded;
-    WatchedFeed feed{source()};
 };
 
-TEST_F(WatchedFeedTest, RestsWithoutAWatchedEventAndWithoutAListener) {
-    ASSERT_EQ(toggleWatched(defaults, "Boss"), Defaults::Verdict::stored);
-    at(11, 55);
-    EXPECT_EQ(looks, 0);
-    EXPECT_EQ(feed.rest(), std::nullopt);
-
+TEST_F(WatchedTest, TheFeedRestsUntilTheNextMomentThatCouldChangeTheList) {
+    serve({QStringLiteral("Boss")});
+    WatchedFeed feed(timelineOf(observer(), observer()));
+    using Rest = std::optional<std::chrono::milliseconds>;
+    // What the feed's own timer does when its time has come.
+    const auto look = [&](int hour, int minutes, int second = 0) {
+        at(hour, minutes, second);
+        feed.refresh();
+        return feed.rows().empty() ? std::string() : feed.rows()[0].time + " " + feed.rows()[0].remaining;
+    };
+    toggle();
+    EXPECT_EQ(look(11, 55), "");
+    EXPECT_EQ(feed.rest(), Rest()) << "nobody listens";
     int changes = 0;
     Subscription listener = feed.observe([&] { ++changes; });
-    EXPECT_THAT(shown(), ElementsAre("12:00 gathering"));
+    EXPECT_EQ(look(11, 55), "12:00 gathering");
     EXPECT_EQ(feed.badgeText().toStdString(), "1");
-    EXPECT_EQ(feed.rest(), 1s);
-    ASSERT_EQ(toggleWatched(defaults, "Boss"), Defaults::Verdict::stored);
+    EXPECT_EQ(feed.rest(), Rest(1s));
+    toggle();
     EXPECT_EQ(changes, 1);
-    EXPECT_THAT(shown(), IsEmpty());
+    EXPECT_EQ(look(11, 55), "");
     EXPECT_EQ(feed.badgeText(), QString());
-    EXPECT_EQ(feed.rest(), std::nullopt);
-    ASSERT_EQ(toggleWatched(defaults, "Boss"), Defaults::Verdict::stored);
-    EXPECT_EQ(feed.rest(), 1s);
-    listener.reset();
-    EXPECT_EQ(feed.rest(), std::nullopt);
-}
-
-TEST_F(WatchedFeedTest, RestsUntilTheNextMomentThatCouldChangeTheList) {
-    ASSERT_EQ(toggleWatched(defaults, "Boss"), Defaults::Verdict::stored);
-    int changes = 0;
-    const Subscription listener = feed.observe([&] { ++changes; });
-    at(11, 30);
+    EXPECT_EQ(feed.rest(), Rest()) << "nothing is watched";
+    toggle();
     changes = 0;
-    EXPECT_EQ(feed.rest(), 60s);  // the longest
-    at(11, 46, 40);
-    EXPECT_THAT(shown(), IsEmpty());
-    EXPECT_EQ(feed.rest(), 20s);  // it enters at 11:47
-    at(11, 47);
-    EXPECT_THAT(shown(), ElementsAre("12:00 in 13 min"));
-    at(11, 47, 59);
-    EXPECT_EQ(changes, 1);
-    at(11, 50);
-    EXPECT_THAT(shown(), ElementsAre("12:00 gathering"));
-    at(12, 0, 59);
-    EXPECT_THAT(shown(), ElementsAre("12:00 now"));
-    at(12, 1);
-    EXPECT_THAT(shown(), IsEmpty());
+    for (const auto& [minutes, second, text, rest] : {std::tuple(30, 0, "", Rest(60s)),
+                                                      {46, 40, "", Rest(20s)},
+                                                      {47, 0, "12:00 in 13 min", Rest(1s)},
+                                                      {47, 59, "12:00 in 13 min", Rest(1s)}}) {
+        EXPECT_EQ(look(11, minutes, second), text);
+        EXPECT_EQ(feed.rest(), rest) << minutes << ":" << second;
+    }
+    EXPECT_EQ(changes, 2) << "it went and came";
+    EXPECT_EQ(look(12, 0, 59), "12:00 now");
+    EXPECT_EQ(look(12, 1), "");
     // The slider's change counts at once.
-    at(13, 41);
-    defaults.put(settings::timerWatchedWindowDuration, 3.0);
+    look(13, 41);
     ASSERT_EQ(defaults.setValue(settings::timerWatchedWindowDuration, 10.0), Defaults::Verdict::stored);
-    EXPECT_THAT(shown(), ElementsAre("14:00 in 19 min"));
+    EXPECT_EQ(look(13, 41), "14:00 in 19 min");
+    listener.reset();
+    EXPECT_EQ(feed.rest(), Rest());
 }
 
-TEST_F(WatchedFeedTest, TheWindowIsThereWhileItHoldsSomethingAndGrowsFromItsCorner) {
-    FloatWindow window(QStringLiteral("Watched"), {250, 60}, true, {});
-    WatchedEventsView view(feed, [&](QSize size) { window.fit(size); }, nullptr);
-    window.setContent(&view);
-    window.onWanted([&](bool wanted) { view.setFollowing(wanted); });
-    window.setGeometry(300, 200, 250, 60);
-    at(11, 0);
-    window.orderFront();
-    QApplication::processEvents();
+class WatchedWindowTest : public WatchedTest {
+protected:
+    // While the overlay is closed.
+    void serveAndClose(const std::vector<QString>& names, const QString& more = gathers) {
+        serve(names, more);
+        observer().closePressed();
+        settle();
+    }
+    static FloatWindow& window() {
+        for (QWidget* const each : QApplication::topLevelWidgets())
+            if (each->windowTitle() == QLatin1String("Vantor watched events")) return static_cast<FloatWindow&>(*each);
+        throw std::runtime_error("there is no list");
+    }
+    // Every change of the settings that it goes by makes the list look at the clock.
+    void lookAt(int hour, int minutes) {
+        at(hour, minutes);
+        ASSERT_EQ(defaults.setValue(settings::timerWatchedWindowDuration, 3.0), Defaults::Verdict::stored);
+        settle();
+    }
+    static std::string spoken() { return heardOf(*below<WatchedEventsView>(window()).at(0), QAccessible::Description); }
+};
+
+TEST_F(WatchedWindowTest, IsThereWhileItHoldsSomethingAndGrowsFromItsCorner) {
+    serveAndClose({QStringLiteral("Boss"), QStringLiteral("One whose name is too long for a single line")});
+    defaults.put("frame.WatchedEvents", std::string());
+    window().move(300, 200);
     const auto picture = [&] {
-        QImage image(window.size(), QImage::Format_ARGB32);
+        QImage image(window().size(), QImage::Format_ARGB32);
         image.fill(Qt::transparent);
-        window.render(&image, {}, {}, QWidget::DrawChildren);
+        window().render(&image, {}, {}, QWidget::DrawChildren);
         return image;
     };
-    EXPECT_FALSE(window.isVisible());
-
-    ASSERT_EQ(toggleWatched(defaults, "Boss"), Defaults::Verdict::stored);
-    at(11, 50);
-    QApplication::processEvents();
-    EXPECT_TRUE(window.isVisible());
-    EXPECT_EQ(window.pos(), QPoint(300, 200));
-    EXPECT_EQ(window.size(), view.sizeHint());
-    EXPECT_GT(qAlpha(picture().pixel(30, 30)), 200);
-    EXPECT_TRUE(window.windowFlags().testFlag(Qt::WindowDoesNotAcceptFocus));
-    EXPECT_EQ(view.accessibleDescription(), QStringLiteral("12:00 Boss gathering"));
-
-    at(12, 1);
-    QApplication::processEvents();
-    EXPECT_FALSE(window.isVisible());
-
-    window.orderOut();
-    at(11, 50);
-    QApplication::processEvents();
-    EXPECT_FALSE(window.isVisible());
-    window.orderFront();
-    EXPECT_EQ(window.geometry(), QRect(QPoint(300, 200), view.sizeHint()));
-    view.setParent(nullptr);
+    lookAt(11, 50);
+    for (int times = 0; times < 2; ++times) {
+        EXPECT_FALSE(window().isVisible()) << "it would keep clicks from the game";
+        toggle();
+        EXPECT_TRUE(window().isVisible());
+        EXPECT_EQ(window().pos(), QPoint(300, 200));
+        EXPECT_GT(qAlpha(picture().pixel(30, 30)), 200);
+        EXPECT_TRUE(window().windowFlags().testFlag(Qt::WindowDoesNotAcceptFocus));
+        EXPECT_EQ(spoken(), "12:00 Boss gathering");
+        toggle();
+    }
+    toggle();
+    const int oneLine = window().height();
+    toggle();
+    toggle("One whose name is too long for a single line");
+    EXPECT_GT(window().height(), oneLine + 10);
 }
 
-TEST_F(WatchedFeedTest, TheWindowStaysOnTheScreenAndGoesBackToItsCorner) {
-    // All of them at noon, each in a section of its own.
-    std::vector<EventsSection> sections;
-    for (int id = 1; id <= 60; ++id) {
-        Event event;
-        event.id = id;
-        event.name = "Boss " + std::to_string(id);
-        event.chatlink = "[&x]";
-        EventsSection section;
-        section.id = id;
-        section.active = true;
-        section.segments = {event};
-        section.sequences.pattern = {{id, 120}};
-        sections.push_back(section);
-    }
-    timeline = std::make_shared<const Timeline>(std::get<Timeline>(computeTimeline(sections, {}, {}, 0)));
-
-    FloatWindow window(QStringLiteral("Watched"), {250, 60}, true, {});
-    std::vector<QRect> told;
-    window.onPlaced([&](const QRect& frame) { told.push_back(frame); });
-    WatchedEventsView view(feed, [&](QSize size) { window.fit(size); }, nullptr);
-    window.setContent(&view);
-    window.onWanted([&](bool wanted) { view.setFollowing(wanted); });
-    const QRect screen = window.screen()->availableGeometry();
+TEST_F(WatchedWindowTest, StaysOnTheScreenAndGoesBackToItsCorner) {
+    std::vector<QString> names;
+    for (int id = 1; id <= 60; ++id) names.push_back(QStringLiteral("Boss %1").arg(id));
+    serveAndClose(names, {});
+    const QRect screen = window().screen()->availableGeometry();
     const QPoint corner(screen.right() - 100, screen.bottom() - 100);
-    window.setGeometry(QRect(corner, QSize(250, 60)));
+    window().place(QRect(corner, QSize(250, 60)));
     const auto watch = [&](int count) {
-        for (int id = 1; id <= count; ++id)
-            ASSERT_EQ(toggleWatched(defaults, "Boss " + std::to_string(id)), Defaults::Verdict::stored);
+        for (int id = 1; id <= count; ++id) toggle("Boss " + std::to_string(id));
     };
-    watch(60);
     at(11, 58);
-    window.orderFront();
-    QApplication::processEvents();
-    EXPECT_TRUE(screen.contains(window.geometry()));
-    EXPECT_GT(window.height(), screen.height() - 60);
-    EXPECT_EQ(view.accessibleDescription().count(QStringLiteral("Boss")), 60);
+    watch(60);
+    EXPECT_TRUE(screen.contains(window().geometry()));
+    EXPECT_GT(window().height(), screen.height() - 60);
+    EXPECT_EQ(QString::fromStdString(spoken()).count(QStringLiteral("Boss")), 60);
 
     watch(57);
-    QApplication::processEvents();
-    EXPECT_LT(window.height(), 200);
-    EXPECT_TRUE(screen.contains(window.geometry()));
-    EXPECT_EQ(window.geometry().bottom(), screen.bottom());
-    window.orderOut();
-    ASSERT_FALSE(told.empty());
-    EXPECT_EQ(told.back().topLeft(), corner);
-    view.setParent(nullptr);
+    EXPECT_LT(window().height(), 200);
+    EXPECT_TRUE(screen.contains(window().geometry()));
+    EXPECT_EQ(window().geometry().bottom(), screen.bottom());
+    FloatWindow& list = window();
+    list.orderOut();
+    EXPECT_EQ(list.pos(), corner);
 }
 
-TEST(TimerSettingsViewTest, HasItsTextsAndReloads) {
-    FakeDefaults defaults;
-    int reloads = 0;
-    TimerSettingsView view(defaults, [&] { ++reloads; }, nullptr);
-    view.resize(600, 640);
-    view.show();
-    std::vector<std::string> toggles;
-    QAbstractButton* reload = nullptr;
-    for (auto* const button : view.findChildren<QAbstractButton*>()) {
-        if (button->text() == QStringLiteral("Reload events"))
-            reload = button;
-        else
-            toggles.push_back(button->text().toStdString() + (button->isChecked() ? " on" : ""));
-    }
-    EXPECT_THAT(toggles, ElementsAre("is timer (Day/Night cycle, etc)", "is event on", "has guaranteed rewards",
-                                     "can drop valuable items", "has associated achievements",
-                                     "drops collections items", "is temporary special event"));
-    for (auto* const button : view.findChildren<QAbstractButton*>())
-        if (button->text() == QStringLiteral("has associated achievements")) button->click();
-    EXPECT_EQ(defaults.get<bool>(settings::timerHasAchievements), true);
-    EXPECT_EQ(reloads, 0);
-
-    const auto updated = [&] {
-        for (const auto* const label : view.findChildren<QLabel*>())
-            if (label->text() == QStringLiteral("Timers updated!")) return label->isVisible();
-        ADD_FAILURE() << "no such text";
-        return false;
-    };
-    EXPECT_FALSE(updated());
-    ASSERT_TRUE(reload);
-    reload->click();
-    EXPECT_EQ(reloads, 1);
-    EXPECT_TRUE(updated());
-}
-
-TEST(BestiaryViewTest, NarrowsLooksUpAndFollowsTheProgress) {
-    const auto beasts = std::make_shared<const std::vector<BeastCategory>>(std::vector<BeastCategory>{
-        {"animals", {{"bat", "race_bat", "Flies.", 1, "Kill bats."}, {"drake", "none", "Bites.", 2, "Kill drakes."}}},
-        {"armies", {{"sons_of_svanir", "x", "Worship.", {}, "None."}}}});
-    auto progress = std::make_shared<const std::vector<AchievementCompletition>>();
-    std::function<void()> loaded;
-    std::vector<std::string> lookedUp;
-    BestiaryView view({[&] { return beasts; },
-                       [&] { return progress; },
-                       [] { return DataState::ready; },
-                       [&](std::function<void()> handler) {
-                           loaded = std::move(handler);
-                           return Subscription();
-                       },
-                       [&](const std::string& family) { lookedUp.push_back(family); },
-                       {}},
-                      nullptr);
-    view.resize(880, 500);
-    view.show();
+TEST_F(WatchedTest, TheBestiaryNarrowsAndFollowsTheProgress) {
+    served["beasts"] = R"([
+        {"id":"animals","races":[
+            {"id":"bat","icon":"race_neutral","description":"A","unlock":1,"unlock_txt":"B"},
+            {"id":"cat","icon":"none","description":"A","unlock":2,"unlock_txt":"B"}]},
+        {"id":"armies","races":[{"id":"sons_of_svanir","icon":"x","description":"Worship.","unlock_txt":"None."}]}])";
+    serve({});
+    MainWindow& window = open(tab_position::bestiary);
     const auto families = [&] {
         std::vector<std::string> names;
-        for (auto* const button : view.findChildren<QAbstractButton*>())
-            if (const auto* const family = dynamic_cast<BestiaryFamilyView*>(button); family && family->isVisible())
-                names.push_back(family->accessibleName().section(QLatin1Char('.'), 0, 0).toStdString());
+        for (const std::string& each : heard<BestiaryFamilyView>(window))
+            if (const auto end = each.find('.'); end != std::string::npos) names.push_back(each.substr(0, end));
         return names;
     };
-    EXPECT_THAT(families(), ElementsAre("Bat, not started", "Drake, not started", "Sons of svanir, no achievement"));
-    progress = std::make_shared<const std::vector<AchievementCompletition>>(
-        std::vector<AchievementCompletition>{{2, {}, 1000, 1000, true, {}, {}}});
-    loaded();
-    EXPECT_THAT(families(), ElementsAre("Bat, not started", "Drake, done", "Sons of svanir, no achievement"));
-    EXPECT_TRUE(std::ranges::any_of(view.findChildren<QAbstractButton*>(), [](const QAbstractButton* button) {
-        return button->text() == QStringLiteral("Animals  ·  1 of 2 done");
-    }));
+    EXPECT_THAT(families(), ElementsAre("Bat, not started", "Cat, not started", "Sons of svanir, no achievement"));
+    // The pictures alone.
+    const auto icon = [&](const char* name) {
+        return picture(named<BestiaryFamilyView>(window, name)).copy(12, 12, 44, 44);
+    };
+    EXPECT_EQ(icon("Bat, not started. A B"), icon("Cat, not started. A B")) << "what has none has the neutral one";
+    served["account/achievements"] = R"([{"id":2,"current":9,"max":9,"done":true}])";
+    observer().data().restart();
+    load();
+    EXPECT_THAT(families(), ElementsAre("Bat, not started", "Cat, done", "Sons of svanir, no achievement"));
+    EXPECT_THAT(heard(window), Contains("Animals  ·  1 of 2 done"));
 
-    auto* const search = view.findChild<QLineEdit*>();
-    search->setText(QStringLiteral("OF sons"));
+    auto& search = named<QLineEdit>(window, "Search the bestiary");
+    search.setText(QStringLiteral("cat"));
+    settle();
+    EXPECT_EQ(named<BestiaryFamilyView>(window, "Cat, done. A B").pos(), QPoint(0, 0));
+    search.setText(QStringLiteral("OF sons"));
     EXPECT_THAT(families(), ElementsAre("Sons of svanir, no achievement"));
-    for (auto* const button : view.findChildren<QAbstractButton*>())
-        if (dynamic_cast<BestiaryFamilyView*>(button) && button->isVisible()) button->click();
-    EXPECT_THAT(lookedUp, ElementsAre("sons_of_svanir"));
-    search->setText(QStringLiteral("dragon"));
+    search.setText(QStringLiteral("dragon"));
     EXPECT_THAT(families(), IsEmpty());
-    search->clear();
+    press(window, "Clear the search");
     EXPECT_EQ(families().size(), 3U);
+    search.setText(QStringLiteral("OF sons"));
+    click(*below<BestiaryFamilyView>(window).at(2));
+    EXPECT_EQ(observer().tabs().selected(), static_cast<int>(tab_position::internet));
+    EXPECT_EQ(asked.back(), "https://wiki/index.php?search=sons_of_svanir");
 }
 
 }  // namespace

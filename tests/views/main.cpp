@@ -5,6 +5,7 @@
 #include <QtWidgets/QApplication>
 
 #include "ui/Fonts.h"
+#include "ui/KitStyle.h"
 
 namespace {
 
@@ -22,5 +23,9 @@ int main(int count, char** arguments) {
     usual = qInstallMessageHandler(withoutPlatformNoise);
     const QApplication application(count, arguments);
     if (vantor::registerFonts() != vantor::FontsVerdict::embedded) return 1;
+    vantor::styleApplication();
+    vantor::setTextScale(1);
+    // A caret that blinks would make two pictures of one state.
+    QApplication::setCursorFlashTime(0);
     return RUN_ALL_TESTS();
 }
