@@ -39,7 +39,9 @@ class Case(NamedTuple):
 
 
 def run(program, *arguments, zone="UTC"):
-    environment = {k: v for k, v in os.environ.items() if not k.startswith("VANTOR_") and k != "DISPLAY"}
+    # VANTOR_MUTANT is the fault that tests/mutate chooses for this run.
+    environment = {k: v for k, v in os.environ.items()
+                   if k == "VANTOR_MUTANT" or not k.startswith("VANTOR_") and k != "DISPLAY"}
     return subprocess.run([program, *arguments], env=environment | {"TZ": zone}, capture_output=True, text=True, timeout=60)
 
 
