@@ -107,6 +107,8 @@ const MappedKeys* KeyMap::find(const std::string& text) const {
     return equivalent == textOfNormal_.end() ? nullptr : &entries_.at(equivalent->second);
 }
 
+// One line with blanks, in the order of the texts' bytes and with one kind of escape: the toolkit's writer has no such
+// form.
 std::string keyMapJson(const KeyMap& map) {
     std::string out = "{";
     for (const auto& [text, keys] : map.entries()) {

@@ -2,13 +2,13 @@
 // Settings in memory that count their writes and refuse one when told to. Any thread; observers run in the writing
 // call.
 
-#include <functional>
+#include <atomic>
 #include <map>
-#include <memory>
 #include <mutex>
 #include <string>
 #include <utility>
 
+#include "base/ObserverList.h"
 #include "platform/Defaults.h"
 
 namespace vantor {
@@ -21,55 +21,39 @@ public:
         return found == values_.end() ? std::nullopt : std::optional(found->second);
     }
     [[nodiscard]] Verdict setValue(std::string_view key, const SettingValue& value) override {
-        return change(key, [&](auto& values, const std::string& name) { values.insert_or_assign(name, value); });
+        return change(key, [&](const std::string& name) { values_.insert_or_assign(name, value); });
     }
     [[nodiscard]] Verdict removeValue(std::string_view key) override {
-        return change(key, [](auto& values, const std::string& name) { values.erase(name); });
+        return change(key, [&](const std::string& name) { values_.erase(name); });
     }
-    Subscription observe(ChangeHandler handler) override {
-        const std::lock_guard lock(mutex_);
-        const int number = next_++;
-        handlers_.emplace(number, std::move(handler));
-        return Subscription([this, number] {
-            const std::lock_guard guard(mutex_);
-            handlers_.erase(number);
-        });
-    }
+    Subscription observe(ChangeHandler handler) override { return observers_.add(std::move(handler)); }
 
     // For arranging a test.
     void put(std::string_view key, SettingValue value) {
         const std::lock_guard lock(mutex_);
         values_.insert_or_assign(std::string(key), std::move(value));
     }
-    void failAtWrite(int number) {  // the first is 1
-        const std::lock_guard lock(mutex_);
-        failing_ = number;
-    }
-    [[nodiscard]] int writes() const {
-        const std::lock_guard lock(mutex_);
-        return writes_;
-    }
+    void failAtWrite(int number) { failing_ = number; }  // the first is 1
+    [[nodiscard]] int writes() const { return writes_; }
 
 private:
     template <typename Edit>
     Verdict change(std::string_view key, const Edit& edit) {
-        std::map<int, ChangeHandler> handlers;
+        const std::string name(key);
         {
             const std::lock_guard lock(mutex_);
             if (++writes_ == failing_) return Verdict::failed;
-            edit(values_, std::string(key));
-            handlers = handlers_;
+            edit(name);
         }
-        for (const auto& [number, handler] : handlers) handler(std::string(key));
+        observers_.tell(name);
         return Verdict::stored;
     }
 
     mutable std::mutex mutex_;
     std::map<std::string, SettingValue> values_;
-    std::map<int, ChangeHandler> handlers_;
-    int next_ = 0;
-    int writes_ = 0;
-    int failing_ = 0;
+    ObserverList<ChangeHandler> observers_;
+    std::atomic<int> writes_ = 0;
+    std::atomic<int> failing_ = 0;
 };
 
 }  // namespace vantor

@@ -2,6 +2,7 @@
 // Items in memory that write down each call, fail when told to, and hold answers back when told to. One thread.
 
 #include <deque>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -26,7 +27,6 @@ public:
         answerLater([this, item, data, answer = std::move(answer)] {
             calls.emplace_back("remove");
             if (const auto failure = failureOf(Prompt::allowed)) return answer(*failure);
-            items.erase({item.itemClass, item.account});
             calls.push_back("add " + data);
             items.insert_or_assign({item.itemClass, item.account}, data);
             answer(KeychainStatus::done);
@@ -61,8 +61,7 @@ private:
         answer();
     }
     std::optional<KeychainStatus> failureOf(Prompt prompt) {
-        if (failing) return failing;
-        if (!isLocked) return std::nullopt;
+        if (failing || !isLocked) return failing;
         if (prompt == Prompt::never) return KeychainStatus::locked;
         if (refusesToUnlock) return KeychainStatus::refused;
         isLocked = false;

@@ -1,5 +1,5 @@
 #pragma once
-// A pasteboard in memory that counts how often it was read.
+// A pasteboard in memory.
 
 #include <string>
 
@@ -9,14 +9,10 @@ namespace vantor {
 
 class FakePasteboard final : public Pasteboard {
 public:
-    [[nodiscard]] std::string text() const override {
-        ++reads;
-        return held;
-    }
+    [[nodiscard]] std::string text() const override { return held; }
     void setText(const std::string& text) override { held = text; }
 
     std::string held;
-    mutable int reads = 0;
 };
 
 }  // namespace vantor

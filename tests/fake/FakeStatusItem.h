@@ -12,16 +12,13 @@ namespace vantor {
 
 class FakeStatusItem final : public StatusItem {
 public:
-    void setMenu(const std::string& title, std::vector<MenuEntry> entries) override {
-        menuTitle = title;
-        menu = std::move(entries);
-    }
+    void setMenu(const std::string&, std::vector<MenuEntry> entries) override { menu = std::move(entries); }
     void setEntry(std::size_t position, const std::string& title, bool enabled) override {
-        if (position >= menu.size()) return;
+        if (position >= menu.size()) return;  // before the first menu
         menu[position].title = title;
         menu[position].enabled = enabled;
     }
-    [[nodiscard]] bool available() const override { return present; }
+    [[nodiscard]] bool available() const override { return true; }
 
     // The titles in order; a separator is "-".
     [[nodiscard]] std::vector<std::string> titles() const {
@@ -32,9 +29,7 @@ public:
     }
     void press(std::size_t position) { menu.at(position).action(); }
 
-    std::string menuTitle;
     std::vector<MenuEntry> menu;
-    bool present = true;
 };
 
 }  // namespace vantor

@@ -16,16 +16,10 @@ public:
     explicit FakeUrlSession(TaskQueue& queue) : queue_(queue) {}
 
     void dataTask(UrlRequest request, Completion completion) override {
-        const std::lock_guard lock(mutex_);
-        waiting_.push_back(std::move(completion));
-        waitingUrls_.push_back(request.url);
-        requests_.push_back(std::move(request));
+        keep(bodies_, std::move(request), std::move(completion));
     }
-
     void statusTask(UrlRequest request, StatusCompletion completion) override {
-        const std::lock_guard lock(mutex_);
-        requests_.push_back(std::move(request));
-        waitingForStatus_.push_back(std::move(completion));
+        keep(statuses_, std::move(request), std::move(completion));
     }
 
     [[nodiscard]] std::vector<UrlRequest> requests() const {
@@ -34,7 +28,7 @@ public:
     }
     [[nodiscard]] std::size_t waiting() const {
         const std::lock_guard lock(mutex_);
-        return waiting_.size();
+        return bodies_.size();
     }
     // Answers the request at this place among those that wait. False when there is none.
     bool answer(std::optional<std::string> body, std::size_t place = 0) {
@@ -43,34 +37,37 @@ public:
     // The same, with what the function gives for the address.
     template <typename BodyOf>
     bool answerBy(const BodyOf& bodyOf, std::size_t place = 0) {
-        const std::lock_guard lock(mutex_);
-        if (place >= waiting_.size()) return false;
-        const auto url = waitingUrls_.begin() + static_cast<std::ptrdiff_t>(place);
-        std::optional<std::string> body = bodyOf(*url);
-        waitingUrls_.erase(url);
-        return answerOne(waiting_, std::move(body), place);
+        return answerOne(bodies_, bodyOf, place);
     }
     bool answerStatus(std::optional<int> status, std::size_t place = 0) {
-        const std::lock_guard lock(mutex_);
-        return answerOne(waitingForStatus_, status, place);
+        return answerOne(statuses_, [&](const std::string&) { return status; }, place);
     }
 
 private:
-    template <typename Task, typename Answer>
-    bool answerOne(std::deque<Task>& waiting, Answer answer, std::size_t place) {
+    template <typename Task>
+    using Waiting = std::deque<std::pair<std::string, Task>>;
+
+    template <typename Task>
+    void keep(Waiting<Task>& waiting, UrlRequest request, Task task) {
+        const std::lock_guard lock(mutex_);
+        waiting.emplace_back(request.url, std::move(task));
+        requests_.push_back(std::move(request));
+    }
+    template <typename Task, typename AnswerOf>
+    bool answerOne(Waiting<Task>& waiting, const AnswerOf& answerOf, std::size_t place) {
+        const std::lock_guard lock(mutex_);
         if (place >= waiting.size()) return false;
-        Task completion = std::move(waiting[place]);
-        waiting.erase(waiting.begin() + static_cast<std::ptrdiff_t>(place));
-        queue_.post([completion = std::move(completion), answer = std::move(answer)] { completion(answer); });
+        const auto found = waiting.begin() + static_cast<std::ptrdiff_t>(place);
+        queue_.post([task = std::move(found->second), answer = answerOf(found->first)] { task(answer); });
+        waiting.erase(found);
         return true;
     }
 
     TaskQueue& queue_;
     mutable std::mutex mutex_;
     std::vector<UrlRequest> requests_;
-    std::deque<Completion> waiting_;
-    std::deque<std::string> waitingUrls_;
-    std::deque<StatusCompletion> waitingForStatus_;
+    Waiting<Completion> bodies_;
+    Waiting<StatusCompletion> statuses_;
 };
 
 }  // namespace vantor

@@ -7,6 +7,7 @@ independent computation beside this file.
 CATALOGUE is the one that is built into VANTOR. Needs no display. The random cases are the same in every run.
 """
 
+import itertools
 import json
 import os
 import random
@@ -16,6 +17,7 @@ import tempfile
 from concurrent.futures import ThreadPoolExecutor
 from datetime import datetime, timedelta, timezone
 from pathlib import Path
+from typing import NamedTuple
 from zoneinfo import ZoneInfo
 
 import timeline_oracle as oracle
@@ -28,76 +30,43 @@ MOMENTS = ["2026-01-01T00:00", "2026-07-14T23:59:59", "2026-11-22T10:00", "2026-
 FILTERS = list(oracle.DEFAULT_FILTERS)
 
 
-class Runner:
-    def __init__(self, program, folder):
-        self.program = program
-        self.folder = folder
-        self.settings_files = {}
-
-    def run(self, *arguments, zone="UTC"):
-        environment = {k: v for k, v in os.environ.items() if not k.startswith("VANTOR_") and k != "DISPLAY"}
-        return subprocess.run([self.program, *arguments], env=environment | {"TZ": zone}, capture_output=True, text=True,
-                              timeout=60)
-
-    def settings(self, stored):
-        """A settings file that holds these, written by the program itself."""
-        key = tuple(sorted(stored.items()))
-        if key not in self.settings_files:
-            file = self.folder / f"settings-{len(self.settings_files)}"
-            changes = [part for name, value in key for part in ("--set", f"{name}={json.dumps(value)}")]
-            if changes:
-                done = self.run("--settings", str(file), *changes)
-                if done.returncode:
-                    sys.exit(f"--set {changes}: status {done.returncode}: {done.stderr.strip()}")
-            self.settings_files[key] = str(file)
-        return self.settings_files[key]
+class Case(NamedTuple):
+    zone: str = "UTC"
+    now: str = "2026-11-22T10:00"
+    stored: dict = {}
+    window: bool = False
+    file: Path | None = None  # the built-in catalogue without one
 
 
-class Case:
-    def __init__(self, zone="UTC", now="2026-11-22T10:00", stored=None, window=False, catalogue=None):
-        self.zone, self.now, self.stored, self.window = zone, now, stored or {}, window
-        self.catalogue = catalogue  # file and sections, or nothing for the built-in one
+def run(program, *arguments, zone="UTC"):
+    # VANTOR_MUTANT is the fault that tests/mutate chooses for this run.
+    environment = {k: v for k, v in os.environ.items()
+                   if k == "VANTOR_MUTANT" or not k.startswith("VANTOR_") and k != "DISPLAY"}
+    return subprocess.run([program, *arguments], env=environment | {"TZ": zone}, capture_output=True, text=True, timeout=60)
 
-    def __str__(self):
-        file = self.catalogue[0] if self.catalogue else "built-in"
-        return f"TZ={self.zone} --now {self.now} {self.stored} window={self.window} catalogue={file}"
+
+def settings_file(folder, stored):
+    return folder / ("settings " + " ".join(f"{key}={value}" for key, value in stored.items()))
 
 
 def changes_of_offset(zone, year):
     """The seconds just before and at each change, in UTC."""
-    moment = datetime(year, 1, 1, tzinfo=timezone.utc)
-    step = timedelta(minutes=30)
-    while moment.year == year:
-        if moment.astimezone(zone).utcoffset() != (moment + step).astimezone(zone).utcoffset():
-            change = moment + step
-            while (change - timedelta(seconds=1)).astimezone(zone).utcoffset() == change.astimezone(zone).utcoffset():
-                change -= timedelta(seconds=1)
-            yield from (change - timedelta(seconds=1), change)
-        moment += step
-
-
-def local_texts_around(moment, zone):
-    """Written as local time: among them times that occur twice, and times that never occur."""
-    for minutes in (-91, -45, -1, 0, 15, 59, 61):
-        wall = moment.astimezone(zone).replace(tzinfo=None) + timedelta(minutes=minutes)
-        yield wall.isoformat(timespec="seconds")
+    offset = lambda second: datetime.fromtimestamp(second, zone).utcoffset()
+    start, end = (int(datetime(each, 1, 1, tzinfo=timezone.utc).timestamp()) for each in (year, year + 1))
+    for before in range(start, end, 1800):
+        if offset(before) != offset(before + 1800):
+            change = next(second for second in range(before, before + 1801) if offset(second) != offset(before))
+            yield from (datetime.fromtimestamp(each, timezone.utc) for each in (change - 1, change))
 
 
 def random_catalogue(chance):
-    def rewards():
-        return {key: value for key, value in {
-            "items": chance.choice([None, [], [1]]),
-            "random_items": chance.choice([None, [], [2]]),
-            "achievements": chance.choice([None, [], [3, 4]]),
-            "items_for_achievements": chance.choice([None, [], [{"i": 5, "a": 6}]]),
-        }.items() if value is not None}
-
     def event():
         made = {"id": chance.randrange(0, 6), "name": chance.choice(["", "Grüße \"\\\t🐉", "Boss"])}
         if chance.random() < 0.5:
             made["chatlink"] = chance.choice(["", "[&BEwCAAA=]"])
         if chance.random() < 0.5:
-            made["rewards"] = rewards()
+            lists = {"items": [1], "random_items": [2], "achievements": [3, 4], "items_for_achievements": [{"i": 5, "a": 6}]}
+            made["rewards"] = {key: chance.choice([[], some]) for key, some in lists.items() if chance.random() < 0.7}
         if chance.random() < 0.4:
             made["lfg"] = chance.choice([0, 10, -5, 1500, 2**62])
         return made
@@ -118,47 +87,44 @@ def random_catalogue(chance):
 
 
 def cases(folder):
-    for zone_name in ZONES:
-        zone = ZoneInfo(zone_name)
-        for now in MOMENTS:
-            yield Case(zone_name, now)
-            yield Case(zone_name, now, {"timer.isTimer": True}, window=True)
-        for change in list(changes_of_offset(zone, 2026))[:4]:
-            yield Case(zone_name, change.isoformat(), window=True)
-            for text in local_texts_around(change, zone):
-                yield Case(zone_name, text, window=True)
-    for bits in range(2 ** len(FILTERS)):
-        yield Case(stored={key: bool(bits >> place & 1) for place, key in enumerate(FILTERS)})
+    for zone, now in itertools.product(ZONES, MOMENTS):
+        yield Case(zone, now)
+        yield Case(zone, now, {"timer.isTimer": True}, window=True)
+    for zone in ZONES:
+        for change in list(changes_of_offset(ZoneInfo(zone), 2026))[:4]:
+            yield Case(zone, change.isoformat(), window=True)
+            # Written as local time: among them times that occur twice, and times that never occur.
+            for minutes in (-91, -45, -1, 0, 15, 59, 61):
+                local = change.astimezone(ZoneInfo(zone)).replace(tzinfo=None) + timedelta(minutes=minutes)
+                yield Case(zone, local.isoformat(), window=True)
+    for values in itertools.product((False, True), repeat=len(FILTERS)):
+        yield Case(stored=dict(zip(FILTERS, values)))
     for hours in (1, 2.5, 6, 24, 0, -1):
         yield Case("Europe/Berlin", "2026-07-14T01:30", {"timer.windowDuration": hours}, window=True)
     chance = random.Random(864)
     for number in range(300):
         file = folder / f"catalogue-{number}.json"
-        sections = random_catalogue(chance)
-        file.write_text(json.dumps(sections, ensure_ascii=chance.random() < 0.5), encoding="utf-8")
+        file.write_text(json.dumps(random_catalogue(chance), ensure_ascii=chance.random() < 0.5), encoding="utf-8")
         # sets of a few sizes, so that settings files are shared
-        stored = {key: True for key in chance.choice([FILTERS, FILTERS[:1], FILTERS[2:4], FILTERS[4:], []])}
-        yield Case(chance.choice(ZONES), chance.choice(MOMENTS), stored, chance.random() < 0.3, (file, sections))
+        stored = dict.fromkeys(chance.choice([FILTERS, FILTERS[:1], FILTERS[2:4], FILTERS[4:], []]), True)
+        yield Case(chance.choice(ZONES), chance.choice(MOMENTS), stored, chance.random() < 0.3, file)
 
 
-def difference(runner, case, built_in):
+def difference(program, folder, case, built_in):
     """Nothing when the program and the oracle agree."""
-    file, sections = case.catalogue or (None, built_in)
-    arguments = ["--timeline", "--json", "--now", case.now, "--settings", runner.settings_files[tuple(sorted(case.stored.items()))]]
-    if case.window:
-        arguments.append("--window")
-    if file:
-        arguments += ["--catalogue", str(file)]
     zone = ZoneInfo(case.zone)
     filters = oracle.DEFAULT_FILTERS | {key: value for key, value in case.stored.items() if key in FILTERS}
     hours = case.stored.get("timer.windowDuration", 3.0) if case.window else None
     fault = None
     try:
+        sections = json.loads((case.file or built_in).read_text(encoding="utf-8"))
         expected = oracle.timeline(sections, filters, oracle.moment(case.now, zone), zone, window_hours=hours)
     except oracle.Fault as found:
         fault = found
 
-    done = runner.run(*arguments, zone=case.zone)
+    arguments = ["--timeline", "--json", "--now", case.now, "--settings", settings_file(folder, case.stored)]
+    arguments += (["--window"] if case.window else []) + (["--catalogue", case.file] if case.file else [])
+    done = run(program, *arguments, zone=case.zone)
     if fault:
         lines = done.stderr.splitlines()
         named = len(lines) == 1 and f"section {fault.section} " in lines[0] and f", {fault.place}: " in lines[0]
@@ -173,23 +139,26 @@ def difference(runner, case, built_in):
         row["id"] = float(row["id"])
     if printed == expected:
         return None
-    for place, (theirs, ours) in enumerate(zip(printed, expected)):
-        if theirs != ours:
-            return f"[{place}]: printed {theirs}, expected {ours}"
-    return f"{len(printed)} printed, {len(expected)} expected"
+    different = [f"[{place}]: printed {theirs}, expected {ours}"
+                 for place, (theirs, ours) in enumerate(zip(printed, expected)) if theirs != ours]
+    return (different or [f"{len(printed)} printed, {len(expected)} expected"])[0]
 
 
 def main():
     if len(sys.argv) != 3:
         sys.exit(__doc__)
-    built_in = json.loads(Path(sys.argv[2]).read_text(encoding="utf-8"))
+    program = os.path.abspath(sys.argv[1])
     with tempfile.TemporaryDirectory() as name:
-        runner = Runner(os.path.abspath(sys.argv[1]), Path(name))
-        every = list(cases(Path(name)))
-        for case in every:
-            runner.settings(case.stored)
+        folder = Path(name)
+        every = list(cases(folder))
+        # Each settings file is written by the program itself.
+        for file, stored in {settings_file(folder, case.stored): case.stored for case in every if case.stored}.items():
+            changes = [part for key, value in stored.items() for part in ("--set", f"{key}={json.dumps(value)}")]
+            done = run(program, "--settings", file, *changes)
+            if done.returncode:
+                sys.exit(f"--set {changes}: status {done.returncode}: {done.stderr.strip()}")
         with ThreadPoolExecutor(os.cpu_count()) as pool:
-            found = list(pool.map(lambda case: difference(runner, case, built_in), every))
+            found = list(pool.map(lambda case: difference(program, folder, case, Path(sys.argv[2])), every))
     for case, what in zip(every, found):
         if what:
             print(f"{case}\n    {what}")

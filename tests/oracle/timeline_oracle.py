@@ -20,8 +20,7 @@ class Fault(Exception):
 
     def __init__(self, section, place):
         super().__init__(f"section {section}, {place}")
-        self.section = section
-        self.place = place
+        self.section, self.place = section, place
 
 
 def toward_zero(number, divisor):
@@ -49,7 +48,7 @@ def offset_seconds(when, zone):
     return int(when.astimezone(timezone.utc).astimezone(zone).utcoffset().total_seconds())
 
 
-def enters(event, section, filters, completed):
+def enters(event, section, filters):
     if filters["timer.isTimer"] and event["name"] != "":
         return True
     if filters["timer.isEvent"] and event.get("chatlink") is not None:
@@ -57,17 +56,14 @@ def enters(event, section, filters, completed):
     rewards = event.get("rewards")
     if rewards is None:
         return False
-    has = lambda key: rewards.get(key) is not None
-    return (
-        (filters["timer.hasGuaranteedItems"] and has("items"))
-        or (filters["timer.dropsItems"] and has("random_items"))
-        or (filters["timer.hasAchievements"] and has("achievements") and bool(set(rewards["achievements"]) - completed))
-        or (filters["timer.dropsCollectionsItems"] and has("items_for_achievements"))
-        or (filters["timer.isSpecialEvent"] and section["category"] == "Special Events")
-    )
+    by_list = {"timer.hasGuaranteedItems": "items", "timer.dropsItems": "random_items",
+               "timer.dropsCollectionsItems": "items_for_achievements"}
+    return (any(filters[name] and rewards.get(key) is not None for name, key in by_list.items())
+            or filters["timer.hasAchievements"] and bool(rewards.get("achievements"))  # of which none is done here
+            or filters["timer.isSpecialEvent"] and section["category"] == "Special Events")
 
 
-def occurrences(section, filters, offset_minutes, completed):
+def occurrences(section, filters, offset_minutes):
     start = offset_minutes
     found = []
 
@@ -79,7 +75,7 @@ def occurrences(section, filters, offset_minutes, completed):
             if not matching:
                 raise Fault(section["id"], place)
             event = matching[0]
-            if enters(event, section, filters, completed):
+            if enters(event, section, filters):
                 gathering = int64(start - (event.get("lfg") or 0), section["id"], place)
                 packed = event["id"] / 10000.0 + section["id"] / 100.0 + float(gathering)
                 found.append((packed, start, gathering, section, event))
@@ -99,13 +95,13 @@ def time_text(minutes):
     return "%02d:%02d" % (remainder(int(minutes / 60), 24), remainder(int(minutes), 60))
 
 
-def timeline(sections, filters, when, zone, completed=frozenset(), window_hours=None):
+def timeline(sections, filters, when, zone, window_hours=None):
     """The list as the program prints it; with `window_hours` only what is visible then."""
     offset = offset_seconds(when, zone)
     found = []
     for section in sections:
         if section["active"]:
-            found += occurrences(section, filters, toward_zero(offset, 60), completed)
+            found += occurrences(section, filters, toward_zero(offset, 60))
     found.sort(key=lambda occurrence: occurrence[0])
 
     if window_hours is not None:

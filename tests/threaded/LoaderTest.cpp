@@ -1,6 +1,7 @@
 // The session queue, the loaders and the chain under the thread sanitizer: calls, answers and readers on threads of
 // their own, without the toolkit's. What must hold in every interleaving is counted, never timed; what a round does
-// follows from its number.
+// follows from its number. What belongs to the queue's thread is plain, so that the sanitizer sees who else comes to
+// it.
 #include <gmock/gmock.h>
 
 #include <array>
@@ -68,20 +69,17 @@ struct Scene {
     SessionQueue queue;
     FakeUrlSession session{queue};
     FakeDefaults defaults;
-    std::vector<std::string> lines;  // of the queue's thread, like the printing itself
+    std::vector<std::string> lines;
     LoaderContext context{queue, session, defaults, [this](const std::string& line) { lines.push_back(line); }};
     Progress all{context, "AchievementCompletition", "https://host/all", true, true};
     JsonFetchable<EventsSection> sections{context, "EventsSection", "https://host/events", false, true};
     JsonFetchable<BeastCategory> beasts{context, "BeastCategory", "https://host/beasts", false, true};
     Progress events{context, "AchievementCompletition", "https://host/all", true, true};
     Progress unlocks{context, "AchievementCompletition", "https://host/all", true, true};
-    std::atomic<int> inside = 0;
-    std::atomic<int> computations = 0;
+    int computations = 0;
     DataChain chain{queue, {all, sections, beasts, events, unlocks}, [this](const auto& list, const auto&) {
-                        EXPECT_EQ(inside.fetch_add(1), 0);
                         EXPECT_LE(list.size(), 1U);  // never two catalogues
                         ++computations;
-                        EXPECT_EQ(inside.fetch_sub(1), 1);
                         return Ids{1, 3};
                     }};
 };
@@ -90,18 +88,16 @@ struct Scene {
 
 TEST(SessionQueue, RunsEachThreadsTasksInItsOrder) {
     Scene scene;
-    std::vector<std::pair<int, int>> ran;  // of the queue's thread
+    std::array<int, 4> next{};
     {
         std::vector<std::jthread> posters;
-        for (int poster = 0; poster < 4; ++poster)
+        for (std::size_t poster = 0; poster < next.size(); ++poster)
             posters.emplace_back([&, poster] {
-                for (int i = 0; i < 250; ++i) scene.queue.post([&ran, poster, i] { ran.emplace_back(poster, i); });
+                for (int i = 0; i < 250; ++i) scene.queue.post([&next, poster, i] { EXPECT_EQ(next.at(poster)++, i); });
             });
     }
     scene.drain();
-    ASSERT_EQ(ran.size(), 1000U);
-    std::array<int, 4> next{};
-    for (const auto& [poster, number] : ran) EXPECT_EQ(number, next.at(static_cast<std::size_t>(poster))++);
+    EXPECT_EQ(next, (std::array{250, 250, 250, 250}));
 }
 
 TEST(SessionQueue, EndsAfterTheTaskUnderWayAndDropsTheRest) {
@@ -184,7 +180,7 @@ TEST(DataChain, EndsWithTheLastKeyInEveryInterleaving) {
 TEST(Loaders, BearEveryInterleaving) {
     for (unsigned round = 1; round <= 200; ++round) {
         Scene scene;
-        std::atomic<int> changes = 0;
+        int changes = 0;
         scene.events.onChange([&] { ++changes; });
         {
             const auto service = scene.service(round, true);
@@ -195,8 +191,7 @@ TEST(Loaders, BearEveryInterleaving) {
             std::jthread caller([&] {
                 for (std::int64_t i = 0; i < 5; ++i) {
                     scene.events.fetch({i, i + 1}, [&](auto records) {
-                        EXPECT_EQ(scene.inside.fetch_add(1), 0);
-                        EXPECT_EQ(scene.inside.fetch_sub(1), 1);
+                        ++scene.computations;
                         return records;
                     });
                     scene.events.assign({});
@@ -217,40 +212,10 @@ TEST(Loaders, BearEveryInterleaving) {
         scene.queue.finish();
         while (scene.session.answerBy(bodyOf)) {
         }
-        EXPECT_GE(scene.computations, round % 2 == 0 ? 3 : 0);
+        EXPECT_GE(scene.computations, 3);
         EXPECT_GE(changes, 8);  // the assignments at least
         for (const std::string& line : scene.lines)
             EXPECT_TRUE(line.starts_with("No data for Array<") || line.starts_with("Error filling Array<")) << line;
-    }
-}
-
-TEST(Loaders, AskForNothingAfterTheEndOfTheQueue) {
-    for (unsigned round = 1; round <= 200; ++round) {
-        SCOPED_TRACE("round " + std::to_string(round));
-        Scene scene;
-        const auto held = std::make_shared<int>();
-        const auto keep = [held](auto records) { return records; };
-        std::atomic<unsigned> calls = 0;
-        {
-            const std::jthread caller([&](const std::stop_token& stop) {
-                while (!stop.stop_requested()) {
-                    scene.events.fetch({1}, keep);
-                    scene.events.assign({});
-                    scene.session.answerBy(bodyOf);
-                    ++calls;
-                }
-            });
-            while (calls < round % 7) std::this_thread::yield();
-            scene.queue.finish();
-            const auto asked = scene.session.requests().size();
-            const auto before = scene.events.snapshot();
-            for (const unsigned seen = calls; calls < seen + 3;) std::this_thread::yield();
-            ASSERT_EQ(scene.session.requests().size(), asked) << "a request after the end";
-            ASSERT_EQ(scene.events.snapshot().array, before.array) << "a change after the end";
-        }
-        while (scene.session.answerBy(bodyOf)) {
-        }
-        ASSERT_EQ(held.use_count(), 2) << "what was posted after the end is kept";  // held and keep
     }
 }
 

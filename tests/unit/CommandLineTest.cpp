@@ -1,14 +1,19 @@
+// What the command line and the texts of settings mean, and the commands that print and store.
+
 #include "app/cli/CommandLine.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <time.h>
 
 #include <cstdlib>
 #include <fstream>
+#include <limits>
 #include <map>
 #include <sstream>
 
+#include "app/EnabledApplications.h"
+#include "app/Settings.h"
+#include "app/cli/DoctorCommand.h"
 #include "app/cli/SettingsCommand.h"
 #include "app/cli/TimelineCommand.h"
 #include "fake/FakeClock.h"
@@ -18,9 +23,9 @@
 namespace vantor {
 namespace {
 
-using ::testing::HasSubstr;
-using ::testing::MatchesRegex;
-using ::testing::Not;
+using testing::HasSubstr;
+using testing::MatchesRegex;
+using testing::Not;
 using Arguments = std::vector<std::string>;
 
 std::variant<CommandLine, UsageError> parsed(const Arguments& arguments,
@@ -31,14 +36,27 @@ std::variant<CommandLine, UsageError> parsed(const Arguments& arguments,
     });
 }
 
+// A variable of the process's surroundings, put back at the end.
+class Variable {
+public:
+    Variable(const char* name, const char* value) : name_(name) {
+        if (const char* old = std::getenv(name)) before_ = old;
+        setenv(name, value, 1);
+    }
+    ~Variable() {
+        before_ ? setenv(name_, before_->c_str(), 1) : unsetenv(name_);
+        tzset();
+    }
+
+private:
+    const char* name_;
+    std::optional<std::string> before_;
+};
+
 TEST(CommandLine, IsReadIntoOneCommand) {
-    struct {
-        Arguments arguments;
-        Command command;
-    } const table[] = {
+    const std::pair<Arguments, Command> table[] = {
         {{}, StartProgram{}},
         {{"--version"}, ShowVersion{}},
-        {{"--doctor"}, RunDoctor{}},
         {{"--timeline", "--help"}, ShowHelp{}},
         {{"--timeline"}, PrintTimeline{}},
         {{"--window", "--now=2026-03-29T01:30", "--json", "--timeline", "--catalogue", "a=b.json"},
@@ -56,20 +74,18 @@ TEST(CommandLine, IsReadIntoOneCommand) {
         {{"--set", "api.key=-", "--set=timer.isTimer=true", "--set", "events.watching=a=b"},
          ChangeSettings{{{"api.key", std::nullopt}, {"timer.isTimer", "true"}, {"events.watching", "a=b"}}}},
     };
-    for (const auto& row : table) {
-        const auto result = parsed(row.arguments);
-        SCOPED_TRACE(::testing::PrintToString(row.arguments));
+    for (const auto& [arguments, command] : table) {
+        const auto result = parsed(arguments);
+        SCOPED_TRACE(testing::PrintToString(arguments));
         ASSERT_TRUE(std::holds_alternative<CommandLine>(result)) << std::get<UsageError>(result).line;
-        EXPECT_TRUE(std::get<CommandLine>(result).command == row.command);
+        EXPECT_TRUE(std::get<CommandLine>(result).command == command);
     }
 }
 
 TEST(CommandLine, RefusesWhatItDoesNotKnowInOneLineThatRepeatsNoValue) {
     const Arguments table[] = {
-        {"--frobnicate"},
         {"--frobnicate=SECRET"},
         {"-platform"},
-        {"SECRET"},
         {"--type", "hello", "SECRET"},
         {"--type"},
         {"--fill"},
@@ -92,7 +108,7 @@ TEST(CommandLine, RefusesWhatItDoesNotKnowInOneLineThatRepeatsNoValue) {
     };
     for (const Arguments& arguments : table) {
         const auto result = parsed(arguments);
-        SCOPED_TRACE(::testing::PrintToString(arguments));
+        SCOPED_TRACE(testing::PrintToString(arguments));
         ASSERT_TRUE(std::holds_alternative<UsageError>(result));
         EXPECT_THAT(std::get<UsageError>(result).line, MatchesRegex("vantor: [^\n]+; see vantor --help"));
         EXPECT_THAT(std::get<UsageError>(result).line, Not(HasSubstr("SECRET")));
@@ -106,13 +122,14 @@ TEST(CommandLine, TakesItsOverridesFromOptionsBeforeTheEnvironment) {
                                 {"VANTOR_SETTINGS", "theirs"}});
     EXPECT_EQ(std::get<CommandLine>(result).overrides, (Overrides{"mine", "http://127.0.0.1:8080", "qrc:/other"}));
     EXPECT_TRUE(std::holds_alternative<UsageError>(parsed({}, {{"VANTOR_API_HOST", "nowhere"}})));
+    const Variable empty("VANTOR_SETTINGS", "");
+    EXPECT_EQ(environmentVariable("VANTOR_SETTINGS"), std::nullopt);
+    const Variable full("VANTOR_SETTINGS", "mine");
+    EXPECT_EQ(environmentVariable("VANTOR_SETTINGS"), "mine");
 }
 
 TEST(Moment, IsReadFromIso8601) {
-    struct {
-        std::string_view text;
-        std::optional<Moment> moment;
-    } const table[] = {
+    const std::pair<std::string_view, std::optional<Moment>> table[] = {
         {"1970-01-01", Moment{0, std::nullopt}},
         {"1970-01-02T00:00", Moment{86400, std::nullopt}},
         {"1970-01-01 00:01:02.999", Moment{62, std::nullopt}},
@@ -124,28 +141,13 @@ TEST(Moment, IsReadFromIso8601) {
         {"2026-02-29", {}},
         {"1970-01-01T24:00", Moment{86400, std::nullopt}},
         {"2026-01-01T12:", {}},
+        {"2026-01-01 and more", {}},
         {"2026-01-01T12:00:00.", {}},
         {"2026-01-01T12:00Zulu", {}},
         {"", {}},
     };
-    for (const auto& row : table) EXPECT_EQ(parseMoment(row.text), row.moment) << row.text;
+    for (const auto& [text, moment] : table) EXPECT_EQ(parseMoment(text), moment) << text;
 }
-
-// The process's zone, put back at the end.
-class ZoneScope {
-public:
-    explicit ZoneScope(const char* zone) {
-        if (const char* old = std::getenv("TZ")) before_ = old;
-        setenv("TZ", zone, 1);
-    }
-    ~ZoneScope() {
-        before_ ? setenv("TZ", before_->c_str(), 1) : unsetenv("TZ");
-        tzset();
-    }
-
-private:
-    std::optional<std::string> before_;
-};
 
 TEST(SystemClock, FollowsTheZoneAndResolvesLocalMoments) {
     const SystemClock clock;
@@ -158,6 +160,7 @@ TEST(SystemClock, FollowsTheZoneAndResolvesLocalMoments) {
     } const table[] = {
         {"Europe/Berlin", "2026-03-29T01:59:59", 1774745999, 3600, {1, 59, 59}},
         {"Europe/Berlin", "2026-03-29T02:30", 1774747800, 7200, {3, 30, 0}},  // skipped
+        {"Europe/Berlin", "2026-03-29T10:00", 1774771200, 7200, {10, 0, 0}},
         {"Europe/Berlin", "2026-10-25T02:30", 1792888200, 7200, {2, 30, 0}},  // the first of two
         {"Asia/Kathmandu", "2026-11-22T10:00", 1795320900, 20700, {10, 0, 0}},
         {"America/St_Johns", "2026-11-22T10:00Z", 1795341600, -12600, {6, 30, 0}},
@@ -166,7 +169,7 @@ TEST(SystemClock, FollowsTheZoneAndResolvesLocalMoments) {
     };
     for (const auto& row : table) {
         SCOPED_TRACE(std::string(row.zone) + " " + row.text);
-        const ZoneScope zone(row.zone);
+        const Variable zone("TZ", row.zone);
         const auto moment = parseMoment(row.text);
         ASSERT_TRUE(moment);
         EXPECT_EQ(resolve(*moment, clock), row.at);
@@ -196,33 +199,33 @@ Outcome timeline(const PrintTimeline& request, std::string_view embedded, const 
 TEST(TimelineCommand, PrintsTheTimelineAsTheSettingsFilterIt) {
     const FakeClock clock(0, -18000);
     FakeDefaults defaults;
-    EXPECT_EQ(timeline({}, oneSection, defaults, clock).out,
-              "start   gather  chat link     section: event\n"
-              "-4:-59  -5:-9   [&BEwCAAA=]   Sec \"3\": Boss\n"
-              "19:00   18:50   [&BEwCAAA=]   Sec \"3\": Boss\n");
+    const std::string header = "start   gather  chat link     section: event\n";
+    EXPECT_EQ(timeline({}, oneSection, defaults, clock).out, header +
+                                                                 "-4:-59  -5:-9   [&BEwCAAA=]   Sec \"3\": Boss\n"
+                                                                 "19:00   18:50   [&BEwCAAA=]   Sec \"3\": Boss\n");
+    // Only what the window of that moment shows.
+    const PrintTimeline atFour{.windowOnly = true, .now = parseMoment("2026-11-22T21:00")};
+    EXPECT_EQ(timeline(atFour, oneSection, defaults).out, header + "00:00   23:50   [&BEwCAAA=]   Sec \"3\": Boss\n");
+    defaults.put("timer.windowDuration", 2.8);
+    EXPECT_EQ(timeline(atFour, oneSection, defaults).out, header);
 
     defaults.put("timer.isEvent", false);
     defaults.put("timer.isTimer", std::string("true"));
     EXPECT_EQ(timeline({.json = true}, oneSection, defaults, clock).out, "[\n]\n") << "a text is no boolean";
     defaults.put("timer.isTimer", true);
+    EXPECT_THAT(timeline({}, oneSection, defaults, clock).out,
+                HasSubstr("07:00" + std::string(25, ' ') + "Sec \"3\": Timer\n"));
     EXPECT_THAT(timeline({.json = true}, oneSection, defaults, clock).out,
                 AllOf(HasSubstr("\"name\": \"Timer\""), HasSubstr("\"chatlink\": null")));
 }
 
-TEST(TimelineCommand, KeepsTheVisibleWindowOfTheMomentAsked) {
-    FakeDefaults defaults;
-    const PrintTimeline atFour{.windowOnly = true, .now = parseMoment("2026-11-22T21:00")};
-    const std::string header = "start   gather  chat link     section: event\n";
-    const std::string boss = "00:00   23:50   [&BEwCAAA=]   Sec \"3\": Boss\n";
-    EXPECT_EQ(timeline(atFour, oneSection, defaults).out, header + boss);
-    defaults.put("timer.windowDuration", 2.8);
-    EXPECT_EQ(timeline(atFour, oneSection, defaults).out, header);
-    defaults.put("timer.windowDuration", std::string("1"));
-    EXPECT_EQ(timeline(atFour, oneSection, defaults).out, header + boss) << "a text is no number";
+TEST(DoctorCommand, WritesATable) {
+    EXPECT_EQ(capabilitiesAsText({{CapabilityKind::rawKeys, true, "heard"}, {CapabilityKind::tray, false, "none"}}),
+              "raw keys  yes  heard\ntray      no   none\n");
 }
 
 TEST(TimelineCommand, NamesWhatIsWrongInOneLine) {
-    const std::string folder = ::testing::TempDir();
+    const std::string folder = testing::TempDir();
     const std::string broken = folder + "vantor-broken-catalogue.json";
     std::ofstream(broken) << R"([{"id": 1, "name": "x"}])";
     const std::string stepWithoutEvent =
@@ -263,40 +266,119 @@ Outcome change(const std::vector<SettingChange>& changes, FakeDefaults& defaults
     return {status, {}, err.str()};
 }
 
-TEST(SettingsCommand, StoresEachValueByTheTypeOfItsKey) {
+TEST(SettingsCommand, StoresEachValueByTheTypeOfItsKeyAndNothingWhenOneIsWrong) {
     FakeDefaults defaults;
-    EXPECT_EQ(change({{"timer.isTimer", "true"}, {"timer.windowDuration", "2.5"}, {"api.key", std::nullopt}}, defaults,
-                     "AB CD\r\n")
-                  .status,
-              0);
-    EXPECT_EQ(defaults.value("timer.isTimer"), SettingValue(true));
-    EXPECT_EQ(defaults.value("timer.windowDuration"), SettingValue(2.5));
-    EXPECT_EQ(defaults.value("api.key"), SettingValue(std::string("AB CD")));
+    const std::pair<std::vector<SettingChange>, std::string> wrong[] = {
+        {{{"timer.isTimer", "true"}, {"no.key", "SECRET"}}, "there is no setting no.key"},
+        {{{"timer.isEvent", "true"}, {"timer.isTimer", "SECRET"}}, "timer.isTimer takes true or false"},
+        {{{"timer.windowDuration", std::nullopt}}, "timer.windowDuration takes a number"},
+    };
+    for (const auto& [changes, line] : wrong) {
+        const auto refused = change(changes, defaults, "nan\n");
+        EXPECT_EQ(refused.status, 2);
+        EXPECT_EQ(refused.err, "vantor: " + line + "\n");
+    }
+    EXPECT_EQ(defaults.writes(), 0);
+    defaults.failAtWrite(1);
+    const auto notStored = change({{"api.key", "SECRET"}}, defaults);
+    EXPECT_EQ(notStored.status, 1);
+    EXPECT_EQ(notStored.err, "vantor: api.key could not be stored\n");
 
-    std::ostringstream out, err;
-    EXPECT_EQ(runPrintSetting({"timer.windowDuration"}, defaults, out, err), 0);
-    EXPECT_EQ(runPrintSetting({"general.pasteClipoard"}, defaults, out, err), 1);
-    EXPECT_EQ(out.str(), "2.5\n");
-    EXPECT_EQ(err.str(), "");
-    EXPECT_EQ(runPrintSetting({"general.pasteClipboard"}, defaults, out, err), 2);
-    EXPECT_EQ(err.str(), "vantor: there is no setting general.pasteClipboard\n");
+    EXPECT_EQ(change({{"timer.windowDuration", "2.5"}, {"api.key", std::nullopt}}, defaults, "AB CD\r\n").status, 0);
+    const auto printed = [&](const std::string& key) {
+        std::ostringstream out, err;
+        const int status = runPrintSetting({key}, defaults, out, err);
+        return std::to_string(status) + " " + out.str() + err.str();
+    };
+    EXPECT_EQ(printed("timer.windowDuration"), "0 2.5\n");
+    EXPECT_EQ(printed("api.key"), "0 AB CD\n");
+    EXPECT_EQ(printed("general.pasteClipoard"), "1 ");
+    EXPECT_EQ(printed("general.pasteClipboard"), "2 vantor: there is no setting general.pasteClipboard\n");
 }
 
-TEST(SettingsCommand, StoresNothingWhenOneChangeIsWrong) {
-    FakeDefaults defaults;
-    const auto unknown = change({{"timer.isTimer", "true"}, {"no.key", "SECRET"}}, defaults);
-    EXPECT_EQ(unknown.status, 2);
-    EXPECT_EQ(unknown.err, "vantor: there is no setting no.key\n");
-    const auto noBoolean = change({{"timer.isEvent", "true"}, {"timer.isTimer", "SECRET"}}, defaults);
-    EXPECT_EQ(noBoolean.status, 2);
-    EXPECT_EQ(noBoolean.err, "vantor: timer.isTimer takes true or false\n");
-    EXPECT_EQ(change({{"timer.windowDuration", std::nullopt}}, defaults, "nan\n").status, 2);
-    EXPECT_EQ(defaults.writes(), 0);
+using Texts = Arguments;
+using Stored = std::optional<SettingValue>;
 
-    defaults.failAtWrite(1);
-    const auto refused = change({{"api.key", "SECRET"}}, defaults);
-    EXPECT_EQ(refused.status, 1);
-    EXPECT_EQ(refused.err, "vantor: api.key could not be stored\n");
+TEST(Settings, TextIsReadByTheKeysTypeAndWrittenAsItIsRead) {
+    const struct {
+        const char* key;
+        const char* text;
+        Stored value;
+    } rows[] = {
+        {"general.pasteClipoard", "true", true},
+        {"general.enableChatLinkReturnKey", "false", false},
+        {"timer.isEvent", "yes", {}},
+        {"timer.isEvent", "", {}},
+        {"timer.windowDuration", "2.5", 2.5},
+        {"timer.windowDuration", "0.1", 0.1},
+        {"timer.windowDuration", "1e400", {}},
+        {"timer.windowDuration", "nan", {}},
+        {"timer.windowDuration", "3,5", {}},
+        {"timer.watchedWindowDuration", "", {}},
+        {"api.key", "true", std::string("true")},
+        {"api.key", "", std::string()},
+        {"general.windowToggleEvent", "⌘ + ⇧ + T", std::string("⌘ + ⇧ + T")},
+        {"apps.enabled", "a, b,,a", Texts{"a", "b", "a"}},
+        {"apps.enabled", R"(["a, b", " ", "[", "\"\\", "ü"])", Texts{"a, b", " ", "[", "\"\\", "ü"}},
+        {"apps.enabled", " ", Texts{}},
+        {"apps.enabled", "[1]", {}},
+        {"apps.enabled", "[\"a\"", {}},
+    };
+    for (const auto& row : rows) {
+        const Setting* setting = findSetting(row.key);
+        ASSERT_NE(setting, nullptr) << row.key;
+        EXPECT_EQ(parseSetting(*setting, row.text), row.value) << row.key << "=" << row.text;
+        if (row.value) {
+            EXPECT_EQ(parseSetting(*setting, formatSetting(*row.value)), row.value) << row.text;
+        }
+    }
+    const SettingValue most = std::numeric_limits<double>::max();
+    EXPECT_EQ(parseSetting(*findSetting("timer.windowDuration"), formatSetting(most)), most);
+    for (const char* unknown : {"", "api", "API.key", "general.pasteClipboard", "api.key "})
+        EXPECT_EQ(findSetting(unknown), nullptr);
+}
+
+TEST(EnabledApplications, AMissingOrEmptyListIsWrittenAnew) {
+    const Texts shipped{"net.arena.Guild-Wars-2", "orvendel.Vantor", "com.nvidia.gfnpc.mall"};
+    const std::string text = "orvendel.Vantor";  // no list
+    for (const Stored& stored : {Stored(), Stored(Texts{}), Stored(text), Stored(Texts{"editor"})}) {
+        FakeDefaults defaults;
+        if (stored) defaults.put("apps.enabled", *stored);
+        const bool own = stored == Stored(Texts{"editor"});
+        EXPECT_EQ(isApplicationEnabled(defaults, "editor"), own);
+        EXPECT_EQ(isApplicationEnabled(defaults, "com.nvidia.gfnpc.mall"), !own);
+        for (const char* other : {"com.nvidia.gfnpc", "orvendel.vantor", ""})
+            EXPECT_FALSE(isApplicationEnabled(defaults, other)) << other;
+        EXPECT_EQ(defaults.get<Texts>("apps.enabled"), own ? Texts{"editor"} : shipped);
+        EXPECT_EQ(defaults.writes(), own ? 0 : 1);
+    }
+    // A store that refuses changes nothing for the question at hand.
+    FakeDefaults full;
+    full.failAtWrite(1);
+    EXPECT_TRUE(isApplicationEnabled(full, "orvendel.Vantor"));
+}
+
+TEST(EnabledApplications, Toggling) {
+    const struct {
+        std::optional<Texts> stored;
+        std::string current;
+        Texts left;
+    } rows[] = {
+        {Texts{"a", "b"}, "c", {"a", "b", "c"}},
+        {Texts{"a", "b", "a"}, "a", {"b", "a"}},
+        {Texts{"a"}, "", {"a"}},
+        // A missing list counts as empty, whatever the test for the game wrote meanwhile.
+        {std::nullopt, "c", {"c"}},
+        {std::nullopt, "orvendel.Vantor", {}},
+        {Texts{}, "orvendel.Vantor", {}},
+        {Texts{"orvendel.Vantor"}, "orvendel.Vantor", {}},
+    };
+    for (const auto& row : rows) {
+        FakeDefaults defaults;
+        if (row.stored) defaults.put("apps.enabled", *row.stored);
+        toggleApplication(defaults, row.current);
+        EXPECT_EQ(defaults.get<Texts>("apps.enabled"), row.left) << row.current;
+    }
 }
 
 }  // namespace

@@ -97,18 +97,10 @@ TEST_F(FeedbackTest, SetsTheLinesOnTheMainThreadByTheLastAnswer) {
     EXPECT_EQ(answered(500), received);
 }
 
-TEST(AppreciationTest, TheShippedTextsDecodeAndWalletsMayCarryAMemo) {
-    QFile file(QStringLiteral(VANTOR_SOURCE_DIR "/resources/texts/support.json"));
+TEST(AppreciationTest, TheShippedTextsDecode) {
+    QFile file(QStringLiteral(":/texts/support.json"));
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    const auto shipped = decodeJson<SupportData>(file.readAll().toStdString());
-    EXPECT_TRUE(shipped.value) << shipped.error;
-    const auto sample = decodeJson<SupportData>(
-        R"({"accountName": "Maker.1234", "licence": "https://licence.example",
-            "cryptos": [{"id": "AAA", "name": "First", "wallet": "w1"},
-                        {"id": "BBB", "name": "Second", "wallet": "w2", "memo": "7"}]})");
-    const SupportData expected{
-        "Maker.1234", {{"AAA", "First", "w1", std::nullopt}, {"BBB", "Second", "w2", "7"}}, "https://licence.example"};
-    EXPECT_EQ(sample.value, expected) << sample.error;
+    EXPECT_EQ(decodeJson<SupportData>(file.readAll().toStdString()).error, "");
 }
 
 TEST(ScriptGridTest, CutsTheTypedTextIntoRowsOfNineCells) {

