@@ -142,7 +142,8 @@ TEST_F(WebKitPageTest, ServesTheEditKeysWhileItHasTheKeyboardAndIsClickedThrough
     [view setWindow:window];
     NSView* const fades = [[view subviews] lastObject];
     EXPECT_EQ([fades autoresizingMask], 18U) << "as large as the page";
-    EXPECT_FALSE([fades hitTest:NSZeroPoint]);
+    [fades setFrame:NSMakeRect(0, 0, 600, 400)];
+    EXPECT_FALSE([fades hitTest:NSMakePoint(5, 5)]);
     constexpr CGKeyCode keys[] = {7, 8, 9, 0};
     const auto pressAll = [&](NSResponder* keyboard, ModifierFlags flags) {
         [window setFirstResponder:keyboard];

@@ -126,6 +126,10 @@ TEST_F(StartUpTest, ShowsItselfBesideTheGameAndLeavesItTheFocus) {
     EXPECT_FALSE(mac().active || mac().hidden);
     EXPECT_EQ([mac().statusItems count], 1U);
     EXPECT_STREQ([[[menu() itemAtIndex:0] title] UTF8String], "Disable on Guild Wars 2");
+    mac().bundleName = nil;
+    mac().setFrontmost("org.example.Editor");
+    mac().setFrontmost("net.arena.Guild-Wars-2");
+    EXPECT_STREQ([[[menu() itemAtIndex:0] title] UTF8String], "Disable on net.arena.Guild-Wars-2");
     EXPECT_EQ(scheduler.waiting(), 0U) << "nothing is missing, nothing is looked at";
     std::vector<bool> told;
     backend->followReducedMotion([&](bool reduced) { told.push_back(reduced); });

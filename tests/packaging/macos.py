@@ -97,18 +97,14 @@ class Mac:
         self.bundle = self.tree / "packaging/macos/bundle.sh"
         self.built = self.tree / "build/release"
 
-    def call(self, *command, failing="", identities=IDENTITY, without=None, **more):
+    def call(self, *command, failing="", identities=IDENTITY, **more):
         """What a script gave, with the calls of the stand-ins in their order."""
-        record, away = self.folder / "record", self.folder / "away"
+        record = self.folder / "record"
         record.write_text("")
-        if without:
-            (self.bin / without).rename(away)
         environment = {"PATH": f"{self.bin}:/usr/bin:/bin", "HOME": str(self.folder), "TMPDIR": str(self.folder / "tmp"),
                        "RECORD": str(record), "FAILING": failing, "IDENTITIES": identities, "KEEP": str(self.keep),
                        "BREW": str(self.brew), "TERMINAL": "", **more}
         result = subprocess.run([str(word) for word in command], capture_output=True, text=True, timeout=60, env=environment)
-        if without:
-            away.rename(self.bin / without)
         calls = [line.split("\t") for line in record.read_text().splitlines()]
         result.of = lambda *names: [call for call in calls if call[0] in names]
         result.said = result.stderr.strip().split("\n")
@@ -220,7 +216,6 @@ def setting_up(report, mac):
     same(report, "it installs what is missing", asked.of("brew")[1:], [["brew", "install", "--quiet", *wanted]])
     for words, more, status, line in ((["build"], {"failing": "brew install"}, 1, "the installation failed"),
                                       (["build"], {"failing": "xcode-select"}, 1, "xcode-select --install"),
-                                      (["build"], {"without": "brew"}, 1, "https://brew.sh"),
                                       (["everything"], {}, 2, "unknown set 'everything'"),
                                       (["build", "desktop"], {}, 1, "needs Linux")):
         refused = mac.call(setup, *words, **more)
