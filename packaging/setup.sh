@@ -42,7 +42,7 @@ fuzz=(clang libclang-rt-dev)
 # Marco starts only with the settings' descriptions of MATE, kwin composes only with a GL driver.
 real=(wine wine64 gcc-mingw-w64-x86-64 kwin-x11 mutter marco mate-settings-daemon-common xfwm4 xfconf i3-wm libgl1-mesa-dri wmctrl
     x11-xserver-utils)
-macdouble=(clang gobjc libgnustep-base-dev libblocksruntime-dev librsvg2-bin openssl)
+macdouble=(clang-19 libclang-rt-19-dev libc++-19-dev gobjc libgnustep-base-dev libblocksruntime-dev librsvg2-bin openssl)
 
 wanted=()
 for set in "$@"; do

@@ -1,21 +1,19 @@
-// macOS: the system's own services for keys, windows, settings, logins and pages; the toolkit for the network.
+// macOS: the system's own services for keys, windows, settings, logins and pages; the toolkit for the rest.
 
 #include <QtCore/QPointer>
 #include <QtCore/QUrl>
 #include <QtCore/QtGlobal>
 #include <QtGui/QDesktopServices>
 #include <QtWidgets/QWidget>
+#include <chrono>
 #include <functional>
 #include <utility>
 
 #include "Backend.h"
 #include "data/SessionQueue.h"
 #include "platform/macos/AccessoryApplication.h"
-#include "platform/macos/EditMenu.h"
 #include "platform/macos/EventKeyboardLayout.h"
 #include "platform/macos/EventMonitors.h"
-#include "platform/macos/FontFiles.h"
-#include "platform/macos/GeneralPasteboard.h"
 #include "platform/macos/HidTapKeyPoster.h"
 #include "platform/macos/NativeOverlayWindows.h"
 #include "platform/macos/NativeView.h"
@@ -28,10 +26,10 @@
 #include "platform/macos/SystemScreens.h"
 #include "platform/macos/UserDefaults.h"
 #include "platform/macos/WebKitPage.h"
-#include "platform/macos/ZonedClock.h"
 #include "platform/qt/JsonDefaults.h"
-#include "platform/qt/QtScheduler.h"
+#include "platform/qt/QtPasteboard.h"
 #include "platform/qt/ScriptFonts.h"
+#include "platform/qt/SystemClock.h"
 
 namespace vantor::backend {
 
@@ -41,9 +39,9 @@ namespace {
 struct Keyboard {
     KeyboardEvents events;
     EventKeyboardLayout layout{events};
-    HidTapKeyPoster poster{events};
-    EventMonitors monitors;
     SharedWorkspace workspace;
+    HidTapKeyPoster poster{events, workspace};
+    EventMonitors monitors;
 };
 
 class MacTyping final : public TypingBackend {
@@ -68,22 +66,15 @@ private:
     EventKeyboardLayout layout_{events_};
 };
 
+constexpr std::chrono::seconds betweenLooks{1};
+
 class MacBackend final : public Backend {
 public:
     MacBackend(MainThread& mainThread, Scheduler& scheduler)
-        : keychain_(keychainQueue_, mainThread), permissions_(scheduler) {
+        : keychain_(keychainQueue_, mainThread), scheduler_(scheduler) {
         becomeAccessoryApplication();
-        addEditMenu();
-        using Kind = Permissions::Kind;
-        const auto complete = [this] {
-            return permissions_.granted(Kind::hearKeys) && permissions_.granted(Kind::pressKeys);
-        };
-        if (complete()) return;
-        // Looked at until nothing is missing: the hotkeys work from that moment on, without a restart.
-        permitted_ = permissions_.observe([this, complete, &mainThread] {
-            keyboard_.monitors.renew();
-            if (complete()) mainThread.post([this] { permitted_.reset(); });
-        });
+        // Not at once: what was added before the event loop turns may hear nothing, and is renewed by the first look.
+        mainThread.post([this] { lookUntilAllowed(); });
     }
 
     [[nodiscard]] TypingServices typing() override {
@@ -108,12 +99,12 @@ public:
     }
     [[nodiscard]] std::vector<Capability> capabilities() override { return vantor::examineCapabilities(permissions_); }
     [[nodiscard]] std::function<void()> ask(CapabilityKind capability) override {
-        using Kind = Permissions::Kind;
         if (capability == CapabilityKind::posting) return [this] { permissions_.ask(Kind::pressKeys); };
-        // Monitors of other applications' keys may want either permission.
+        // Monitors of other applications' keys want the one that posting wants, and only where that is not enough the
+        // other.
         if (capability == CapabilityKind::rawKeys)
             return
-                [this] { permissions_.ask(permissions_.granted(Kind::hearKeys) ? Kind::pressKeys : Kind::hearKeys); };
+                [this] { permissions_.ask(permissions_.granted(Kind::pressKeys) ? Kind::hearKeys : Kind::pressKeys); };
         return {};
     }
     void followBlending(std::function<void(bool blends)>) override {}  // always
@@ -122,15 +113,25 @@ public:
     }
 
 private:
+    using Kind = PrivacyPermissions::Kind;
+
+    // The hotkeys work from the moment on when nothing is missing, without a restart.
+    void lookUntilAllowed() {
+        const std::pair now(permissions_.granted(Kind::hearKeys), permissions_.granted(Kind::pressKeys));
+        if (std::exchange(allowed_, now) != now) keyboard_.monitors.renew();
+        if (now != std::pair(true, true)) scheduler_.after(betweenLooks, [this] { lookUntilAllowed(); });
+    }
+
     Keyboard keyboard_;
     NativeOverlayWindows overlayWindows_;
     SystemScreens screens_;
     StatusBarItem statusItem_;
-    GeneralPasteboard pasteboard_;
+    QtPasteboard pasteboard_;
     SessionQueue keychainQueue_;
     SecItemKeychain keychain_;
-    PrivacyPermissions permissions_;
-    Subscription permitted_;
+    Scheduler& scheduler_;
+    PrivacyPermissions permissions_{[this] { return keyboard_.monitors.heardOthers(); }};
+    std::pair<bool, bool> allowed_;
     Subscription reducedMotion_;
     WebKitPage* page_ = nullptr;
     QPointer<QWidget> shownPage_;
@@ -159,21 +160,17 @@ std::unique_ptr<Defaults> makeDefaults(const std::optional<std::string>& setting
     return std::make_unique<UserDefaults>(mainThread);
 }
 
-std::unique_ptr<Clock> makeClock() { return std::make_unique<ZonedClock>(); }
+std::unique_ptr<Clock> makeClock() { return std::make_unique<SystemClock>(); }
 
 // One desktop for each user, which the name of the socket has already.
 std::string desktopName() { return {}; }
 
 std::vector<Capability> examineCapabilities() {
-    QtScheduler scheduler;
-    return vantor::examineCapabilities(PrivacyPermissions(scheduler));
+    return vantor::examineCapabilities(PrivacyPermissions([] { return false; }));
 }
 
 std::string webEngineVersion() { return {}; }
 
-void registerScriptFonts() {
-    registerFontFiles(fontFilesIn(scriptFontFolder().toStdString()));
-    vantor::registerScriptFonts();
-}
+void registerScriptFonts() { vantor::registerScriptFonts(); }
 
 }  // namespace vantor::backend

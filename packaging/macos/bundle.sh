@@ -36,6 +36,9 @@ version() {
     sed -nE 's/^project\(vantor VERSION ([0-9.]+).*/\1/p' "$top/CMakeLists.txt"
 }
 
+# The oldest system that the program was compiled for, which the toolkit's libraries beside it were too.
+minimum() { otool -l "$program" | sed -nE 's/^ *minos ([0-9.]+)$/\1/p'; }
+
 # draw SIZE SVG PNG
 draw() { rsvg-convert --width="$1" --height="$1" --output="$3" "$2"; }
 
@@ -47,21 +50,24 @@ find_program() {
 }
 
 lay_out() {
-    local app=$1 number size
+    local app=$1 number oldest=11.0 size
     number=$(version)
     [[ -n $number ]] || stop "CMakeLists.txt names no version"
+    # On Linux there is no program that could say it.
+    if [[ $command != lay-out ]]; then oldest=$(minimum); fi
+    [[ -n $oldest ]] || stop "$program does not say for which system it was made"
 
     rm -rf "$app"
-    mkdir -p "$app/Contents/MacOS" "$app/Contents/Resources/Fonts" "$app/Contents/Resources/Licences"
+    mkdir -p "$app/Contents/MacOS" "$app/Contents/Resources/Licences"
     install -m 755 "$program" "$app/Contents/MacOS/vantor"
-    sed "s/@VERSION@/$number/g" "$here/Info.plist.in" >"$app/Contents/Info.plist"
+    sed "s/@VERSION@/$number/g; s/@MINIMUM@/$oldest/" "$here/Info.plist.in" >"$app/Contents/Info.plist"
     printf 'APPL????' >"$app/Contents/PkgInfo"
     cp "$top/packaging/licences/copyright" "$top/packaging/licences/GFDL-1.3.txt" "$top/resources/catalogue/NOTICE.md" \
         "$app/Contents/Resources/Licences"
 
     # The status bar looks for the image by its name, and takes the finer one on a fine screen.
-    draw 18 "$top/resources/images/vantor.svg" "$app/Contents/Resources/vantor.png"
-    draw 36 "$top/resources/images/vantor.svg" "$app/Contents/Resources/vantor@2x.png"
+    draw 18 "$here/status.svg" "$app/Contents/Resources/vantor.png"
+    draw 36 "$here/status.svg" "$app/Contents/Resources/vantor@2x.png"
 
     icons=$app/../Vantor.iconset
     rm -rf "$icons"
@@ -111,6 +117,8 @@ has_identity() {
 # From the inside out: a signature covers what it finds.
 sign() {
     local app=$1 folder each
+    [[ $identity == - ]] ||
+        say "if the system asks whether codesign may use the key: your login password, then Always Allow; it asks once"
     for folder in "$app/Contents/Frameworks" "$app/Contents/PlugIns"; do
         [[ -d $folder ]] || continue
         find "$folder" \( -name '*.dylib' -o -name '*.framework' \) -prune -print0 |
@@ -139,7 +147,7 @@ fresh() {
     local seal=$1 each
     [[ -f $seal && $(cat "$seal") == "$identity" ]] || return 1
     for each in "$program" "$here"/* "$top"/packaging/icons/*.svg "$top"/packaging/licences/* "$top/CMakeLists.txt" \
-        "$top/resources/images/vantor.svg" "$top/resources/catalogue/NOTICE.md"; do
+        "$top/resources/catalogue/NOTICE.md"; do
         if [[ $each -nt $seal ]]; then return 1; fi
     done
 }
@@ -216,7 +224,10 @@ fi
 (($# >= 1 && $# <= 2)) || stop "usage: bundle.sh [identity | lay-out | local | all] BUILD_FOLDER [OUTPUT_FOLDER]"
 find_program "$1"
 need rsvg-convert "brew install librsvg"
-if [[ $command != lay-out ]]; then need iconutil "xcode-select --install"; fi
+if [[ $command != lay-out ]]; then
+    need iconutil "xcode-select --install"
+    need otool "xcode-select --install"
+fi
 if [[ $command == all ]]; then need macdeployqt "brew install qt"; fi
 output=${2:-$1}
 # Apart from the whole bundle, which lies in the build folder itself.

@@ -1,5 +1,9 @@
 // Applications, screens, windows and views.
 
+#import <ApplicationServices/ApplicationServices.h>
+
+#include <unistd.h>
+
 #include "Mac.h"
 
 using macdouble::mac;
@@ -18,6 +22,7 @@ NSString* const NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification = @"
 @implementation NSWorkspace
 @synthesize frontmostApplication = frontmostApplication_;
 + (NSWorkspace*)sharedWorkspace {
+    macdouble::needsMainThread();
     static NSWorkspace* const one = [[NSWorkspace alloc] init];
     return one;
 }
@@ -31,8 +36,8 @@ NSString* const NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification = @"
 @end
 
 @implementation NSApplication
-@synthesize mainMenu = mainMenu_;
 + (NSApplication*)sharedApplication {
+    macdouble::needsMainThread();
     static NSApplication* const one = [[NSApplication alloc] init];
     return one;
 }
@@ -40,14 +45,41 @@ NSString* const NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification = @"
     mac().activationPolicy = activationPolicy;
     return YES;
 }
+- (BOOL)isActive {
+    return mac().active;
+}
 - (void)hide:(id)sender {
     (void)sender;
-    note("hide");
+    mac().hidden = true;
+    mac().active = mac().active && mac().looksUntilHidden > 0;
 }
 - (void)unhideWithoutActivation {
-    note("unhide without activation");
+    mac().hidden = false;
 }
 @end
+
+@interface ElementDouble : NSObject {
+@public
+    pid_t process;
+}
+@end
+@implementation ElementDouble
+@end
+
+AXUIElementRef AXUIElementCreateSystemWide() { return (AXUIElementRef)[[ElementDouble alloc] init]; }
+AXError AXUIElementCopyAttributeValue(AXUIElementRef, CFStringRef attribute, CFTypeRef* value) {
+    if (!mac().trusted || ![(NSString*)attribute isEqual:@"AXFocusedApplication"]) return kAXErrorAPIDisabled;
+    mac().active = mac().active && --mac().looksUntilHidden > 0;
+    ElementDouble* const application = [[ElementDouble alloc] init];
+    application->process = mac().active ? getpid() : 1;
+    *value = application;
+    return kAXErrorSuccess;
+}
+AXError AXUIElementGetPid(AXUIElementRef element, pid_t* pid) {
+    *pid = ((ElementDouble*)element)->process;
+    return kAXErrorSuccess;
+}
+AXError AXUIElementSetMessagingTimeout(AXUIElementRef, float) { return kAXErrorSuccess; }
 
 @interface BundleDouble : NSBundle
 @end
@@ -89,13 +121,25 @@ NSString* const NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification = @"
 }
 @end
 
+@implementation NSResponder
+- (BOOL)tryToPerform:(SEL)action with:(id)object {
+    (void)action, (void)object;
+    return NO;
+}
+- (BOOL)performKeyEquivalent:(NSEvent*)event {
+    (void)event;
+    return NO;
+}
+@end
+
 @implementation NSWindow
 @synthesize backgroundColor = backgroundColor_, styleMask = styleMask_, collectionBehavior = collectionBehavior_,
-            titleVisibility = titleVisibility_, level = level_,
+            titleVisibility = titleVisibility_, level = level_, frame = frame_, firstResponder = firstResponder_,
             titlebarAppearsTransparent = titlebarAppearsTransparent_, opaque = opaque_, hasShadow = hasShadow_,
             hidesOnDeactivate = hidesOnDeactivate_, movableByWindowBackground = movableByWindowBackground_,
             centered = centered_;
 - (id)init {
+    macdouble::needsMainThread();
     self = [super init];
     buttons_ = [[NSMutableArray alloc] init];
     for (int button = 0; button < 3; ++button) [buttons_ addObject:[[[NSButton alloc] init] autorelease]];
@@ -106,14 +150,33 @@ NSString* const NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification = @"
 - (void)dealloc {
     [buttons_ release];
     [backgroundColor_ release];
+    [frameName_ release];
     [super dealloc];
 }
 - (NSButton*)standardWindowButton:(NSWindowButton)b {
     return [buttons_ objectAtIndex:b];
 }
+// Whoever has a name keeps each change of its frame.
+- (void)setFrame:(NSRect)frameRect display:(BOOL)flag {
+    (void)flag;
+    frame_ = frameRect;
+    if (frameName_) [mac().frames setObject:[NSValue valueWithRect:frame_] forKey:frameName_];
+}
+// Unforced, a window that cannot be resized takes the place alone, which is that of the bottom.
+- (BOOL)setFrameUsingName:(NSString*)name force:(BOOL)force {
+    NSValue* const kept = [mac().frames objectForKey:name];
+    if (!kept) return NO;
+    NSRect frame = [kept rectValue];
+    if (!force && (styleMask_ & NSWindowStyleMaskResizable) == 0) frame.size = frame_.size;
+    [self setFrame:frame display:YES];
+    return YES;
+}
 - (BOOL)setFrameAutosaveName:(NSString*)name {
-    note(std::string("frame kept as ") + [name UTF8String]);
-    return ![name isEqual:@"taken"];  // a name belongs to one window
+    if ([name isEqual:@"taken"]) return NO;  // a name belongs to one window
+    [frameName_ autorelease];
+    frameName_ = [name copy];
+    (void)[self setFrameUsingName:name force:NO];
+    return YES;
 }
 - (void)center {
     centered_ = YES;
@@ -135,8 +198,10 @@ NSString* const NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification = @"
 @end
 
 @implementation NSView
-@synthesize subviews = subviews_, autoresizingMask = autoresizingMask_, hidden = hidden_;
+@synthesize frame = frame_, subviews = subviews_, autoresizingMask = autoresizingMask_, hidden = hidden_,
+            window = window_;
 - (instancetype)initWithFrame:(NSRect)frameRect {
+    macdouble::needsMainThread();
     self = [self init];
     frame_ = frameRect;
     subviews_ = [[NSMutableArray alloc] init];
@@ -146,23 +211,8 @@ NSString* const NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification = @"
     [subviews_ release];
     [super dealloc];
 }
-- (NSRect)frame {
-    return frame_;
-}
-- (void)setFrame:(NSRect)frame {
-    for (NSView* each in subviews_) {
-        NSRect next = [each frame];
-        if ([each autoresizingMask] & NSViewWidthSizable) next.size.width += NSWidth(frame) - NSWidth(frame_);
-        if ([each autoresizingMask] & NSViewHeightSizable) next.size.height += NSHeight(frame) - NSHeight(frame_);
-        [each setFrame:next];
-    }
-    frame_ = frame;
-}
 - (NSRect)bounds {
     return NSMakeRect(0, 0, frame_.size.width, frame_.size.height);
-}
-- (NSWindow*)window {
-    return nil;
 }
 // As of a view that is not opaque.
 - (BOOL)mouseDownCanMoveWindow {
@@ -171,27 +221,15 @@ NSString* const NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification = @"
 - (void)addSubview:(NSView*)view {
     [subviews_ addObject:view];
 }
-- (void)drawRect:(NSRect)dirtyRect {
-    (void)dirtyRect;
-}
 - (NSView*)hitTest:(NSPoint)point {
     return NSPointInRect(point, frame_) ? self : nil;
+}
+- (BOOL)isDescendantOf:(NSView*)view {
+    return self == view || [[view subviews] containsObject:self];
 }
 @end
 
 @implementation ToolkitView
-- (id)initInWindow:(NSWindow*)window {
-    self = [super initWithFrame:NSZeroRect];
-    window_ = [window retain];
-    return self;
-}
-- (void)dealloc {
-    [window_ release];
-    [super dealloc];
-}
-- (NSWindow*)window {
-    return window_;
-}
 @end
 
 @implementation NSColor
@@ -215,29 +253,16 @@ NSString* const NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification = @"
 }
 @end
 
-static NSPoint lookedAt;
-static double found;
-
+// Draws nothing: what a fade looks like only a Mac can show.
 @implementation NSGradient
 - (instancetype)initWithColors:(NSArray*)colorArray
                    atLocations:(const CGFloat*)locations
                     colorSpace:(NSColorSpace*)colorSpace {
-    (void)locations, (void)colorSpace;
-    self = [super init];
-    colors_ = [colorArray retain];
-    return self;
+    (void)colorArray, (void)locations, (void)colorSpace;
+    return [self init];
 }
-- (void)dealloc {
-    [colors_ release];
-    [super dealloc];
-}
-// As if it went evenly from the first colour to the last.
 - (void)drawInRect:(NSRect)rect angle:(CGFloat)angle {
-    if (!NSPointInRect(lookedAt, rect)) return;
-    const bool upwards = angle == 90 || angle == 270;
-    double way = upwards ? (lookedAt.y - NSMinY(rect)) / NSHeight(rect) : (lookedAt.x - NSMinX(rect)) / NSWidth(rect);
-    if (angle >= 180) way = 1 - way;
-    found += [[colors_ objectAtIndex:0] alphaComponent] * (1 - way) + [[colors_ lastObject] alphaComponent] * way;
+    (void)rect, (void)angle;
 }
 @end
 
@@ -255,13 +280,6 @@ void Mac::setReducesMotion(bool reduces) {
     [[[NSWorkspace sharedWorkspace] notificationCenter]
         postNotificationName:NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification
                       object:[NSWorkspace sharedWorkspace]];
-}
-
-double Mac::darkness(NSView* view, NSPoint place) {
-    lookedAt = place;
-    found = 0;
-    [view drawRect:[view bounds]];
-    return found;
 }
 
 }  // namespace macdouble

@@ -1,4 +1,4 @@
-// The desktop: floating windows, screens, the application in front, the status bar, reduced motion.
+// The desktop: floating windows, screens, the application in front, reduced motion, the status bar.
 
 #include <gmock/gmock.h>
 
@@ -20,7 +20,11 @@ using testing::UnorderedElementsAre;
 // As the toolkit writes it with each change of a window's flags: closable, miniaturizable, resizable and small.
 constexpr NSWindowStyleMask ofToolkit = 30;
 
-ToolkitView* viewIn(NSWindow* window) { return [[[ToolkitView alloc] initInWindow:window] autorelease]; }
+ToolkitView* viewIn(NSWindow* window) {
+    ToolkitView* const view = [[[ToolkitView alloc] initWithFrame:NSZeroRect] autorelease];
+    [view setWindow:window];
+    return view;
+}
 
 // What a player notices of a prepared window.
 std::string look(NSWindow* window, WindowNature nature) {
@@ -39,7 +43,7 @@ std::string look(NSWindow* window, WindowNature nature) {
     for (NSUInteger button = 0; button < 3; ++button)
         shown += [[window standardWindowButton:static_cast<NSWindowButton>(button)] isHidden] == NO;
     add(shown == 0, "without buttons");
-    add([window collectionBehavior] == NSWindowCollectionBehaviorMoveToActiveSpace, "follows");
+    add([window collectionBehavior] == (1 << 1 | 1 << 8), "follows, also over a game in its own Space");
     add(![window hidesOnDeactivate], "stays");
     add([window isMovableByWindowBackground] && ![view mouseDownCanMoveWindow], "moved by its background alone");
     add([window level] == 1000, "raised");
@@ -49,34 +53,40 @@ std::string look(NSWindow* window, WindowNature nature) {
 }
 
 TEST(WindowsTest, EachNatureHasItsLook) {
-    const std::pair<WindowNature, const char*> looks[] = {
-        {WindowNature::overlay, "style 30, then 30, clear, see-through, without shadow, without title, without "
-                                "buttons, follows, stays, moved by "
-                                "its background alone"},
-        {WindowNature::nonActivating,
-         "style 0, then 0, clear, follows, stays, moved by its background alone, centred, inactive"},
-        {WindowNature::floating, "style 0, then 0, clear, follows, stays"},
-        {WindowNature::popup, "style 0, then 0, clear, follows, stays, centred"},
-        {WindowNature::raisedPopup, "style 0, then 0, clear, follows, stays, raised, centred"},
+    const std::string follows = ", follows, also over a game in its own Space, stays";
+    const std::string moved = ", moved by its background alone";
+    const std::pair<WindowNature, std::string> looks[] = {
+        {WindowNature::overlay,
+         "style 30, then 30, clear, see-through, without shadow, without title, without buttons" + follows + moved},
+        {WindowNature::nonActivating, "style 0, then 0, clear" + follows + moved + ", centred, inactive"},
+        {WindowNature::floating, "style 0, then 0, clear" + follows},
+        {WindowNature::popup, "style 0, then 0, clear" + follows + ", centred"},
+        {WindowNature::raisedPopup, "style 0, then 0, clear" + follows + ", raised, centred"},
     };
     for (const auto& [nature, expected] : looks)
         EXPECT_EQ(look([[[ActivationWindow alloc] init] autorelease], nature), expected);
     // Without the system's own way only a panel can be non-activating.
     EXPECT_EQ(look([[[NSPanel alloc] init] autorelease], WindowNature::nonActivating),
-              "style 128, then 128, clear, follows, stays, moved by its background alone, centred");
+              "style 128, then 128, clear" + follows + moved + ", centred");
     EXPECT_TRUE([[[[NSView alloc] initWithFrame:NSZeroRect] autorelease] mouseDownCanMoveWindow])
         << "views of other kinds are as they were";
 }
 
-TEST(WindowsTest, FramesAreTheSystemsToKeepAndWindowsToOrderIn) {
-    const auto native = reinterpret_cast<NativeWindow>(viewIn([[[NSWindow alloc] init] autorelease]));
+TEST(WindowsTest, TheListComesBackByItsTopAndIsKeptFromThenOn) {
+    NSWindow* const window = [[[NSWindow alloc] init] autorelease];
+    const auto native = reinterpret_cast<NativeWindow>(viewIn(window));
     NativeOverlayWindows windows;
-    EXPECT_TRUE(windows.keepFrame(native, "WatchedEvents"));
+    const NSRect first = NSMakeRect(500, 400, 250, 60);
+    [window setFrame:first display:NO];
     EXPECT_FALSE(windows.keepFrame(native, "taken")) << "so that the program keeps it";
-    (void)windows.keepFrame(native, "\xFF");
+    EXPECT_TRUE(windows.keepFrame(native, "\xFF") && NSEqualRects([window frame], first)) << "nothing was kept yet";
+    [mac().frames setObject:[NSValue valueWithRect:NSMakeRect(100, 200, 250, 700)] forKey:@"WatchedEvents"];
+    EXPECT_TRUE(windows.keepFrame(native, "WatchedEvents"));
+    EXPECT_TRUE(NSEqualRects([window frame], NSMakeRect(100, 840, 250, 60)));
+    [window setFrame:first display:NO];
+    EXPECT_TRUE(NSEqualRects([[mac().frames objectForKey:@"WatchedEvents"] rectValue], first));
     windows.orderFront(native);
-    EXPECT_THAT(done(),
-                ElementsAre("frame kept as WatchedEvents", "frame kept as taken", "frame kept as ", "key and front"));
+    EXPECT_THAT(done(), ElementsAre("key and front"));
 }
 
 TEST(ScreensTest, CountDownFromTheFirstOnesTop) {
@@ -120,18 +130,6 @@ TEST(WorkspaceTest, TellsWhoIsInFrontAtOnceAndAtEachChangeUntilItEnds) {
     EXPECT_EQ(seen.size(), 3U);
 }
 
-TEST(WorkspaceTest, NamesAnApplicationByItsBundle) {
-    const SharedWorkspace workspace;
-    mac().bundle = "org.example.Game";
-    mac().bundleName = @"The Gäme";
-    EXPECT_EQ(workspace.displayName("org.example.Game"), "The Gäme");
-    for (const char* other : {"org.example.Other", "", "\xff"}) EXPECT_EQ(workspace.displayName(other), std::nullopt);
-    for (const id name : {(id)nil, (id)[NSNumber numberWithInt:1]}) {
-        mac().bundleName = name;
-        EXPECT_EQ(workspace.displayName("org.example.Game"), std::nullopt);
-    }
-}
-
 TEST(ReducedMotionTest, IsToldAtOnceAndAtEachChangeUntilItEnds) {
     std::vector<bool> told;
     mac().setReducesMotion(true);
@@ -140,91 +138,67 @@ TEST(ReducedMotionTest, IsToldAtOnceAndAtEachChangeUntilItEnds) {
         if (told.size() == 2) following.reset();
         told.push_back(reduced);
     });
-    EXPECT_THAT(told, ElementsAre(true));
     for (const bool reduces : {false, true, false}) mac().setReducesMotion(reduces);
     EXPECT_THAT(told, ElementsAre(true, false, true));
 }
 
-class StatusBarTest : public testing::Test {
-protected:
-    MenuEntry entry(const std::string& title, bool enabled = true) {
-        return {
-            .title = title, .enabled = enabled, .action = [this, title] { chosen.push_back(title); }, .submenu = {}};
+std::string text(NSMenu* menu) {
+    EXPECT_FALSE([menu autoenablesItems]);
+    std::string all;
+    for (NSInteger each = 0; each < [menu numberOfItems]; ++each) {
+        NSMenuItem* const item = [menu itemAtIndex:each];
+        all += std::string([[item title] UTF8String]) + ([item isEnabled] ? ";" : " (disabled);");
+        if ([item submenu]) all += " (" + text([item submenu]) + ")";
     }
-    // A menu as the program has it.
-    void setMenu(StatusBarItem& item) {
-        MenuEntry logins{.title = "Fill credentials", .action = {}, .submenu = {}};
-        logins.submenu = {entry("anna"), {.title = "No accounts found", .action = {}, .submenu = {}}};
-        item.setMenu("Vantor", {entry("Enable"),
-                                logins,
-                                {.kind = MenuEntry::Kind::separator, .title = {}, .action = {}, .submenu = {}},
-                                entry("Quit", false)});
-    }
-    static NSStatusItem* shown() { return [mac().statusItems lastObject]; }
-    static NSMenuItem* at(NSInteger position) { return [[shown() menu] itemAtIndex:position]; }
-    static std::string text(NSMenu* menu) {
-        EXPECT_FALSE([menu autoenablesItems]);
-        std::string all;
-        for (NSInteger each = 0; each < [menu numberOfItems]; ++each) {
-            NSMenuItem* const item = [menu itemAtIndex:each];
-            all += std::string([[item title] UTF8String]) + ([item isEnabled] ? ";" : " (disabled);");
-            if ([item submenu]) all += " (" + text([item submenu]) + ")";
-        }
-        return all;
-    }
-
-    std::vector<std::string> chosen;
-};
-
-TEST_F(StatusBarTest, IsOneSquareItemWithItsImageScaledDown) {
-    {
-        StatusBarItem item;
-        item.setEntry(0, "of no entry", true);
-        EXPECT_EQ([mac().statusItems count], 0U) << "before there is a menu";
-        item.setMenu("Vantor", {});
-        NSStatusItem* const first = shown();
-        item.setMenu("Vantor", {});
-        ASSERT_EQ([mac().statusItems count], 1U);
-        EXPECT_EQ(shown(), first) << "it stays in its place";
-        EXPECT_EQ([shown() length], -2);
-        EXPECT_TRUE([[shown() button] image] && ![[shown() button] title]);
-        EXPECT_EQ([[shown() button] imageScaling], NSImageScaleProportionallyDown);
-    }
-    EXPECT_EQ([mac().statusItems count], 0U);
-    mac().bundleHasImage = false;
-    StatusBarItem bare;
-    bare.setMenu("Vantor", {});
-    EXPECT_STREQ([[[shown() button] title] UTF8String], "Vantor");
+    return all;
 }
 
-TEST_F(StatusBarTest, ShowsTheEntriesAndRunsWhatIsChosen) {
-    StatusBarItem item;
-    setMenu(item);
-    item.setEntry(0, "Disable", false);
-    item.setEntry(4, "beyond the end", true);
-    EXPECT_EQ(text([shown() menu]),
+TEST(StatusBarTest, ShowsOneImageWithTheEntriesAndRunsWhatIsChosen) {
+    std::vector<std::string> chosen;
+    const auto entry = [&chosen](const std::string& title, bool enabled = true) {
+        const auto choose = [&chosen, title] { chosen.push_back(title); };
+        return MenuEntry{.title = title, .enabled = enabled, .action = choose, .submenu = {}};
+    };
+    MenuEntry logins{.title = "Fill credentials", .action = {}, .submenu = {}};
+    logins.submenu = {entry("anna"), {.title = "No accounts found", .action = {}, .submenu = {}}};
+    const MenuEntry line{.kind = MenuEntry::Kind::separator, .title = {}, .action = {}, .submenu = {}};
+
+    std::optional<StatusBarItem> item(std::in_place);
+    item->setEntry(0, "of no entry", true);
+    EXPECT_EQ([mac().statusItems count], 0U) << "before there is a menu";
+    item->setMenu("Vantor", {});
+    NSStatusItem* const shown = [mac().statusItems lastObject];
+    const auto at = [shown](NSInteger position) { return [[shown menu] itemAtIndex:position]; };
+    item->setMenu("Vantor", {entry("Enable"), logins, line, entry("Quit", false)});
+    EXPECT_EQ([mac().statusItems count], 1U) << "it stays in its place";
+    EXPECT_TRUE([shown length] == -2 && [[shown button] imageScaling] == NSImageScaleProportionallyDown);
+    EXPECT_TRUE([[[shown button] image] isTemplate] && ![[shown button] title]);
+    item->setEntry(0, "Disable", false);
+    item->setEntry(4, "beyond the end", true);
+    EXPECT_EQ(text([shown menu]),
               "Disable (disabled);Fill credentials; (anna;No accounts found (disabled);)-;Quit (disabled);");
     EXPECT_TRUE([at(2) isSeparatorItem]);
     EXPECT_TRUE(mac().choose([[at(1) submenu] itemAtIndex:0]));
-    EXPECT_FALSE(mac().choose([[at(1) submenu] itemAtIndex:1]));
-    EXPECT_FALSE(mac().choose(at(3)));
-    EXPECT_THAT(chosen, ElementsAre("anna"));
+    EXPECT_FALSE(mac().choose([[at(1) submenu] itemAtIndex:1]) || mac().choose(at(3)));
 
     // An entry that replaces its own menu.
-    item.setMenu("Vantor", {{.title = "replace",
-                             .action =
-                                 [&, word = std::string("a word of its own, which went with the menu")] {
-                                     item.setMenu("Vantor", {});
-                                     chosen.push_back(word);
-                                 },
-                             .submenu = {}}});
+    const auto replace = [&, word = std::string("a word of its own, which went with the menu")] {
+        item->setMenu("Vantor", {});
+        chosen.push_back(word);
+    };
+    item->setMenu("Vantor", {{.title = "replace", .action = replace, .submenu = {}}});
     NSMenuItem* first = nil;
-    @autoreleasepool {
+    @autoreleasepool {  // whose end lets the entry go with its menu
         first = at(0);
     }
     EXPECT_TRUE(mac().choose(first));
-    EXPECT_EQ(chosen.size(), 2U);
-    EXPECT_EQ([[shown() menu] numberOfItems], 0);
+    EXPECT_THAT(chosen, ElementsAre("anna", "a word of its own, which went with the menu"));
+    EXPECT_EQ([[shown menu] numberOfItems], 0);
+
+    mac().bundleHasImage = false;
+    item.emplace().setMenu("Vantor", {});
+    EXPECT_EQ([mac().statusItems count], 1U) << "the first is gone";
+    EXPECT_STREQ([[[[mac().statusItems lastObject] button] title] UTF8String], "Vantor");
 }
 
 }  // namespace

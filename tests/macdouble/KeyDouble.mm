@@ -20,16 +20,23 @@ using macdouble::note;
 @implementation DoubleCGEvent
 @end
 
-@interface MonitorToken : NSObject
+@interface MonitorToken : NSObject {
+@public
+    bool global, deaf;
+    NSEventMask mask;
+    void* handler;
+}
 @end
+
 @implementation MonitorToken
+- (void)dealloc {
+    Block_release(handler);
+    [super dealloc];
+}
 @end
 
 namespace {
 
-constexpr CGEventFlags shift = 0x20000;
-constexpr CGEventFlags control = 0x40000;
-constexpr CGEventFlags option = 0x80000;
 constexpr CGKeyCode firstModifierKey = 54;  // the right Command key
 constexpr CGKeyCode lastModifierKey = 63;   // Function
 
@@ -39,40 +46,35 @@ DoubleCGEvent* of(CGEventRef event) { return (DoubleCGEvent*)event; }
 NSString* charactersOf(CGEventRef event, CGEventFlags flags) {
     if (of(event)->type == kCGEventFlagsChanged)
         [NSException raise:NSInternalInconsistencyException format:@"characters of a modifier key"];
-    const bool upper = (flags & shift) != 0;
-    switch (of(event)->keyCode) {
-        case 0:
-            return flags & control ? @"\x01" : flags & option ? @"å" : upper ? @"A" : @"a";
-        case 9:
-            return upper ? @"V" : @"v";
-        case 23:
-            return upper ? @"%" : @"5";
-        case 36:
-            return @"\r";
-        case 48:
-            return @"\t";
-        case 87:
-            return @"5";
-        default:
-            return @"";
-    }
+    struct Key {
+        CGKeyCode code;
+        NSString *plain, *withShift;
+    };
+    static const Key keys[] = {{0, @"a", @"A"},  {7, @"x", @"X"},    {8, @"c", @"C"},    {9, @"v", @"V"},
+                               {23, @"5", @"%"}, {36, @"\r", @"\r"}, {48, @"\t", @"\t"}, {87, @"5", @"5"}};
+    const CGKeyCode code = of(event)->keyCode;
+    if (code == 0 && flags & (NSEventModifierFlagControl | NSEventModifierFlagOption))
+        return flags & NSEventModifierFlagControl ? @"\x01" : @"å";
+    for (const Key& each : keys)
+        if (each.code == code) return flags & NSEventModifierFlagShift ? each.withShift : each.plain;
+    return @"";
 }
 
-struct Monitor {
-    bool global;
-    bool deaf;
-    NSEventMask mask;
-    id handler;
-    id token;
-};
-
-std::vector<Monitor> monitors;
+NSMutableArray* monitors() {
+    macdouble::needsMainThread();
+    static NSMutableArray* const all = [[NSMutableArray alloc] init];
+    return all;
+}
 
 id addMonitor(bool global, NSEventMask mask, id handler) {
-    // One that is added without the permissions stays deaf.
-    const bool deaf = global && !(mac().trusted && mac().listening == kIOHIDAccessTypeGranted);
-    const id token = [[[MonitorToken alloc] init] autorelease];
-    monitors.push_back({global, deaf, mask, (id)Block_copy((void*)handler), token});
+    MonitorToken* const token = [[[MonitorToken alloc] init] autorelease];
+    token->global = global;
+    // One that is added without the permission, or too early, stays deaf.
+    const bool allowed = mac().listening == kIOHIDAccessTypeGranted || mac().hearsWhereTrusted;
+    token->deaf = global && !(mac().trusted && allowed && mac().loopTurns);
+    token->mask = mask;
+    token->handler = Block_copy((void*)handler);
+    [monitors() addObject:token];
     return token;
 }
 
@@ -80,10 +82,9 @@ id addMonitor(bool global, NSEventMask mask, id handler) {
 bool deliver(CGEventRef event, bool here) {
     NSEvent* const sent = [NSEvent eventWithCGEvent:event];
     NSEvent* shown = sent;
-    const auto before = monitors;  // one may remove itself
-    for (const Monitor& each : before) {
-        if (each.global == here || each.deaf || (each.mask >> of(event)->type & 1) == 0) continue;
-        void* const handler = Block_copy((void*)each.handler);
+    for (MonitorToken* each in [[monitors() copy] autorelease]) {  // one may remove itself
+        if (each->global == here || each->deaf || (each->mask >> of(event)->type & 1) == 0) continue;
+        void* const handler = Block_copy(each->handler);
         if (here)
             shown = ((NSEvent * (^)(NSEvent*))(id)handler)(shown);
         else
@@ -92,6 +93,15 @@ bool deliver(CGEventRef event, bool here) {
         if (!shown) return false;
     }
     return shown == sent;
+}
+
+DoubleCGEvent* eventOf(CGEventType type, CGKeyCode keyCode, CGEventFlags flags) {
+    DoubleCGEvent* const event = [[[DoubleCGEvent alloc] init] autorelease];
+    event->type = type;
+    event->keyCode = keyCode;
+    event->flags = flags;
+    event->userData = 7;  // another program's mark
+    return event;
 }
 
 }  // namespace
@@ -113,10 +123,7 @@ bool deliver(CGEventRef event, bool here) {
     return addMonitor(false, mask, (id)block);
 }
 + (void)removeMonitor:(id)eventMonitor {
-    std::erase_if(monitors, [eventMonitor](const Monitor& each) {
-        if (each.token == eventMonitor) Block_release((void*)each.handler);
-        return each.token == eventMonitor;
-    });
+    [monitors() removeObject:eventMonitor];
 }
 - (NSEventType)type {
     return (NSEventType)of(event_)->type;
@@ -157,17 +164,19 @@ int64_t CGEventGetIntegerValueField(CGEventRef event, CGEventField) { return of(
 void CGEventPost(CGEventTapLocation tap, CGEventRef event) {
     if (!mac().trusted) return;
     mac().lastPosted = event;
-    note((tap == kCGHIDEventTap ? "" : "not where keys come in: ") +
-         std::string(of(event)->type == kCGEventKeyDown ? "down " : "up ") + std::to_string(of(event)->keyCode) +
+    note((mac().active   ? "into Vantor: "
+          : mac().hidden ? "while hidden: "
+                         : "") +
+         std::string(tap == kCGHIDEventTap ? "" : "not where keys come in: ") +
+         (of(event)->type == kCGEventKeyDown ? "down " : "up ") + std::to_string(of(event)->keyCode) +
          (of(event)->flags != 0 ? " flags " + std::to_string(of(event)->flags) : ""));
 }
 
 bool macdouble::Mac::press(CGEventType type, CGKeyCode keyCode, CGEventFlags flags, bool here) {
-    DoubleCGEvent* const event = [[[DoubleCGEvent alloc] init] autorelease];
-    event->type = type;
-    event->keyCode = keyCode;
-    event->flags = flags;
-    event->userData = 7;  // another program's mark
-    return deliver((CGEventRef)event, here);
+    return deliver((CGEventRef)eventOf(type, keyCode, flags), here);
 }
 bool macdouble::Mac::hearPosted(bool here) { return deliver(lastPosted, here); }
+bool macdouble::Mac::pressIn(NSView* view, CGKeyCode keyCode, CGEventFlags flags) {
+    const auto event = (CGEventRef)eventOf(kCGEventKeyDown, keyCode, flags);
+    return [view performKeyEquivalent:[NSEvent eventWithCGEvent:event]];
+}

@@ -1,13 +1,11 @@
-// The keyboard: what a layout gives, what typing posts, event by event, and what the monitors hear.
+// The keyboard: what a layout gives, what typing posts and to whom, and what the monitors hear.
 
 #include <gmock/gmock.h>
 
 #include <csignal>
 
 #include "Mac.h"
-#include "fake/FakeDefaults.h"
 #include "input/ClipboardManager.h"
-#include "input/HotkeyCapture.h"
 #include "input/ReadableKeyText.h"
 #include "platform/macos/EventKeyboardLayout.h"
 #include "platform/macos/EventMonitors.h"
@@ -45,47 +43,52 @@ protected:
 
     KeyboardEvents events;
     EventKeyboardLayout layout{events};
-    HidTapKeyPoster poster{events};
-    EventMonitors monitors;
     SharedWorkspace workspace;
+    HidTapKeyPoster poster{events, workspace};
+    EventMonitors monitors;
     NoPause pause;
     KeyMonitors::Passing passing = KeyMonitors::Passing::passOn;
     std::vector<std::string> heard;
 };
 
-TEST_F(KeysTest, LearnsWhatTheLayoutInForceGives) {
-    EXPECT_EQ(layout.translate(0, plain | modifier::shift)->characters, "A");
-    EXPECT_EQ(layout.translate(0, plain | modifier::shift)->flags, plain | modifier::shift);
-    EXPECT_FALSE(layout.translate(1, plain)) << "a key that gives nothing";
-    EXPECT_FALSE(layout.translate(56, plain)) << "a modifier key";
-    EXPECT_FALSE(layout.translate(128, plain));
-    const KeyMap map = KeyMap::learn(layout);
-    EXPECT_THAT(*map.find("å"), ElementsAre(MappedKey{0, plain | modifier::option}, MappedKey{61, 0}));
-    EXPECT_THAT(*map.find("5 [NUM]"), ElementsAre(MappedKey{87, plain}));
-}
-
-TEST_F(KeysTest, TypesWithEventsThatWereMadeBefore) {
+TEST_F(KeysTest, TypesIntoTheGameWithEventsThatWereMadeBefore) {
     ClipboardManager typist(layout, poster, monitors, workspace, pause);
+    EXPECT_THAT(*typist.keyMap().find("å"), ElementsAre(MappedKey{0, plain | modifier::option}, MappedKey{61, 0}));
+    EXPECT_FALSE(layout.translate(1, plain) || layout.translate(128, plain)) << "keys that give nothing";
     const int made = mac().madeEvents;
-    for (int time = 0; time < 2; ++time) {
-        EXPECT_EQ(typist.typeString("A\n\xF0\x9F\x98\x80"), "typed in app");
-        EXPECT_THAT(done(), ElementsAre("hide", "unhide without activation", "down 56", "down 0 flags 131328",
-                                        "up 0 flags 131328", "up 56", "down 76", "up 76"));
+    for (const int looks : {0, 1, 3}) {
+        // As after a click into the overlay.
+        mac().active = true;
+        mac().looksUntilHidden = looks;
+        EXPECT_FALSE(typist.type("A\n\xF0\x9F\x98\x80").lost);
+        EXPECT_THAT(done(),
+                    ElementsAre("down 56", "down 0 flags 131328", "up 0 flags 131328", "up 56", "down 76", "up 76"));
     }
-    typist.pressReadableKeys("⌃ + ⇧ + F1");
-    EXPECT_THAT(done(), ElementsAre("hide", "unhide without activation", "down 122", "down 56", "down 59", "up 59",
-                                    "up 56", "up 122"));
     EXPECT_EQ(mac().madeEvents, made);
     EXPECT_EQ(poster.post({.keyCode = 200}), PostVerdict::noSuchKey);
     EXPECT_FALSE(KeyboardEvents::isOwn(nullptr));
     mac().refusesEvents = true;
     EXPECT_EXIT(const KeyboardEvents none, testing::KilledBySignal(SIGABRT), "makes no event for the key 0");
+
+    mac().active = true;
+    mac().looksUntilHidden = 1'000'000;
+    testing::internal::CaptureStderr();
+    EXPECT_TRUE(typist.type("a").lost);
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::HasSubstr("nothing was typed"));
+    EXPECT_THAT(done(), IsEmpty());
+    // The player has gone over by hand.
+    mac().active = false;
+    EXPECT_FALSE(typist.pressReadableKeys("⌃ + ⇧ + F1").lost);
+    EXPECT_THAT(done(), ElementsAre("down 122", "down 56", "down 59", "up 59", "up 56", "up 122"));
 }
 
 TEST_F(KeysTest, MonitorsHearWhatTheyAskedForAndSwallow) {
     const auto global = hearElsewhere(KeyEventType::keyUp);
     auto local = hearHere(KeyEventType::keyUp);
+    const auto modifiers = hearHere(KeyEventType::flagsChanged);
+    EXPECT_FALSE(monitors.heardOthers());
     mac().press(kCGEventKeyUp, 0, modifier::shift | modifier::command, elsewhere);
+    EXPECT_TRUE(monitors.heardOthers());
     // A hotkey's name has the key's own character, not what the modifiers make of it.
     mac().press(kCGEventKeyUp, 0, modifier::option, elsewhere);
     mac().press(kCGEventKeyDown, 0, 0, elsewhere);
@@ -93,7 +96,8 @@ TEST_F(KeysTest, MonitorsHearWhatTheyAskedForAndSwallow) {
     passing = KeyMonitors::Passing::swallow;
     EXPECT_FALSE(mac().press(kCGEventKeyUp, 0, 0, here));
     EXPECT_TRUE(mac().press(kCGEventKeyDown, 0, 0, here));
-    EXPECT_THAT(heard, ElementsAre("elsewhere ⌘ + ⇧ + A", "elsewhere ⌥ + A", "here A", "here A"));
+    EXPECT_FALSE(mac().press(kCGEventFlagsChanged, 56, modifier::shift, here));
+    EXPECT_THAT(heard, ElementsAre("elsewhere ⌘ + ⇧ + A", "elsewhere ⌥ + A", "here A", "here A", "here ⇧ + "));
 
     // The system gives the arrows both flags, a keypad's key the one.
     heard.clear();
@@ -107,29 +111,12 @@ TEST_F(KeysTest, MonitorsHearWhatTheyAskedForAndSwallow) {
     heard.clear();
     (void)poster.post({.keyCode = 0, .flags = plain, .down = false});
     EXPECT_TRUE(mac().hearPosted(elsewhere) && mac().hearPosted(here));
-    EXPECT_THAT(heard, IsEmpty());
     local.reset();
     EXPECT_TRUE(mac().press(kCGEventKeyUp, 0, 0, here));
     EXPECT_THAT(heard, IsEmpty());
 }
 
-TEST_F(KeysTest, RenewedMonitorsHearFromThenOnAndOnce) {
-    mac().trusted = false;
-    auto first = hearElsewhere(KeyEventType::keyUp);
-    mac().trusted = true;
-    const auto second = hearElsewhere(KeyEventType::keyUp);
-    mac().press(kCGEventKeyUp, 0, 0, elsewhere);
-    EXPECT_EQ(heard.size(), 1U) << "one is deaf";
-    monitors.renew();
-    mac().press(kCGEventKeyUp, 0, 0, elsewhere);
-    EXPECT_EQ(heard.size(), 3U);
-    first.reset();
-    monitors.renew();
-    mac().press(kCGEventKeyUp, 0, 0, elsewhere);
-    EXPECT_EQ(heard.size(), 4U);
-}
-
-TEST_F(KeysTest, AMonitorMayEndItself) {
+TEST_F(KeysTest, AMonitorMayEndItselfAndIsNotRenewedThen) {
     std::vector<std::string> told;
     Subscription global;
     Subscription local;
@@ -145,18 +132,9 @@ TEST_F(KeysTest, AMonitorMayEndItself) {
     for (int time = 0; time < 2; ++time) {
         mac().press(kCGEventKeyUp, 0, 0, elsewhere);
         EXPECT_EQ(mac().press(kCGEventKeyUp, 0, 0, here), time == 1);
+        monitors.renew();
     }
     EXPECT_THAT(told, ElementsAre("elsewhere A", "here A"));
-}
-
-TEST_F(KeysTest, ShiftAndHotkeysAreHeardInOwnWindows) {
-    FakeDefaults defaults;
-    const ClipboardManager typist(layout, poster, monitors, workspace, pause);
-    EXPECT_TRUE(mac().press(kCGEventFlagsChanged, 56, modifier::shift, here));
-    EXPECT_TRUE(typist.shiftPressed());
-    const HotkeyCapture capture(defaults, "general.windowToggleEvent", monitors, [] {});
-    EXPECT_FALSE(mac().press(kCGEventKeyDown, 0, modifier::command | modifier::shift, here));
-    EXPECT_EQ(capture.newEvent(), "⌘ + ⇧ + A");
 }
 
 }  // namespace

@@ -9,7 +9,6 @@
 
 #include <functional>
 #include <optional>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -19,14 +18,15 @@
 }
 @property(readonly) BOOL preventsActivation;
 @end
-@interface ToolkitView : NSView {
-    NSWindow* window_;
-}
-- (id)initInWindow:(NSWindow*)window;
+@interface ToolkitView : NSView
 @end
 
+@interface NSView ()
+@property(assign) NSWindow* window;
+@end
 @interface NSWindow ()
 @property(readonly) BOOL centered;
+@property(assign) NSResponder* firstResponder;
 @end
 @interface NSWorkspace ()
 @property(retain) NSRunningApplication* frontmostApplication;
@@ -61,6 +61,12 @@ struct Mac {
     // What the player has allowed.
     bool trusted = true;
     IOHIDAccessType listening = kIOHIDAccessTypeGranted;
+    bool hearsWhereTrusted = false;  // without that permission
+    bool loopTurns = true;           // monitors that were added before hear nothing
+    // Whether keys go to Vantor. Hidden, it loses them only after somebody has looked so often.
+    bool active = false;
+    bool hidden = false;
+    int looksUntilHidden = 0;
     bool refusesEvents = false;
     int madeEvents = 0;
     CGEventRef lastPosted = nullptr;
@@ -72,9 +78,9 @@ struct Mac {
     bool reducesMotion = false;
     std::vector<NSRect> screens;  // as the system counts, upwards
     std::optional<std::size_t> mainScreen;
+    NSMutableDictionary* frames = [NSMutableDictionary dictionary];  // kept by name
     NSMutableArray* statusItems = [NSMutableArray array];
 
-    std::set<std::string> fonts;  // of this process
     NSMutableArray* keychainItems = [NSMutableArray array];
     OSStatus copyStatus = errSecSuccess;  // in place of what the items say
     OSStatus deleteStatus = errSecSuccess;
@@ -86,15 +92,17 @@ struct Mac {
     bool press(CGEventType type, CGKeyCode keyCode, CGEventFlags flags, bool here);
     // The same of the event that was posted last.
     bool hearPosted(bool here);
+    // To the view that is asked first, where a menu would take it.
+    bool pressIn(NSView* view, CGKeyCode keyCode, CGEventFlags flags);
     // Only what is enabled can be chosen.
     bool choose(NSMenuItem* item);
-    // Of a view at a place in it, from 0 to 1.
-    double darkness(NSView* view, NSPoint place);
 };
 
 Mac& mac();
 void note(std::string call);
 // What was done since it was asked last.
 std::vector<std::string> done();
+// As most of the system's desktop library wants it.
+void needsMainThread();
 
 }  // namespace macdouble

@@ -8,6 +8,12 @@ using macdouble::mac;
 + (NSImage*)imageNamed:(NSImageName)name {
     return mac().bundleHasImage && [name isEqual:@"vantor"] ? [[[NSImage alloc] init] autorelease] : nil;
 }
+- (void)setTemplate:(BOOL)isTemplate {
+    template_ = isTemplate;
+}
+- (BOOL)isTemplate {
+    return template_;
+}
 @end
 
 @implementation NSButton
@@ -83,25 +89,23 @@ using macdouble::mac;
 @end
 
 @implementation NSMenuItem
-@synthesize title = title_, action = action_, keyEquivalent = keyEquivalent_, target = target_,
-            representedObject = representedObject_, submenu = submenu_, enabled = enabled_,
-            separatorItem = separatorItem_;
+@synthesize title = title_, action = action_, target = target_, representedObject = representedObject_,
+            submenu = submenu_, enabled = enabled_, separatorItem = separatorItem_;
 + (NSMenuItem*)separatorItem {
     NSMenuItem* const item = [[[NSMenuItem alloc] initWithTitle:@"-" action:nullptr keyEquivalent:@""] autorelease];
     item->separatorItem_ = YES;
     return item;
 }
 - (instancetype)initWithTitle:(NSString*)string action:(SEL)selector keyEquivalent:(NSString*)charCode {
+    (void)charCode;
     self = [super init];
     title_ = [string copy];
     action_ = selector;
-    keyEquivalent_ = [charCode copy];
     enabled_ = YES;
     return self;
 }
 - (void)dealloc {
     [title_ release];
-    [keyEquivalent_ release];
     [representedObject_ release];
     [submenu_ release];
     [super dealloc];

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "Mac.h"
+#include "platform/Keys.h"
 #include "platform/macos/WebKitPage.h"
 
 namespace vantor {
@@ -95,11 +96,15 @@ TEST_F(WebKitPageTest, AnObservationMayEndFromWithinAndOutliveThePage) {
     EXPECT_FALSE([view navigationDelegate] || [view UIDelegate]) << "the view does not keep them";
 }
 
-TEST_F(WebKitPageTest, AsksTheViewForWhatItIsAskedFor) {
+TEST_F(WebKitPageTest, AsksTheViewForWhatItIsAskedForAndTellsWhenItsProcessHasGone) {
+    std::vector<WebPage::Engine> told;
+    page->onEngine([&] { told.push_back(page->engine()); });
+    for (int time = 0; time < 2; ++time) [[view navigationDelegate] webViewWebContentProcessDidTerminate:view];
     page->setDrawsBackground(false);
     EXPECT_FALSE([view drawsBackground]);
     page->load("https://wiki.test/index.php?search=a%20b", 60);
     page->load("\xFF", 60);
+    EXPECT_THAT(told, ElementsAre(WebPage::Engine::gone, WebPage::Engine::running));
     page->goBack();
     page->goForward();
     page->addUserScript("style();");
@@ -132,22 +137,30 @@ TEST_F(WebKitPageTest, ShowsWebPagesOnly) {
     EXPECT_THAT(done(), ElementsAre("load https://new.test/ policy 0 timeout 60"));
 }
 
-TEST_F(WebKitPageTest, FadesAtItsEdgesAndIsClickedThroughThem) {
-    [view setFrame:NSMakeRect(10, 10, 600, 400)];
+TEST_F(WebKitPageTest, ServesTheEditKeysWhileItHasTheKeyboardAndIsClickedThroughItsFades) {
+    NSWindow* const window = [[[NSWindow alloc] init] autorelease];
+    [view setWindow:window];
     NSView* const fades = [[view subviews] lastObject];
-    EXPECT_EQ([fades hitTest:NSMakePoint(5, 5)], nil);
-    const NSPoint edges[] = {{0, 200}, {599.9, 200}, {300, 0}, {300, 399.9}};
-    for (const NSPoint& edge : edges) EXPECT_NEAR(mac().darkness(fades, edge), 0.59, 0.01) << edge.x << " " << edge.y;
-    const NSPoint inside[] = {{17.9, 200}, {582.1, 200}, {300, 17.9}, {300, 382.1}, {300, 200}};
-    for (const NSPoint& place : inside) EXPECT_NEAR(mac().darkness(fades, place), 0, 0.01) << place.x << " " << place.y;
-}
-
-TEST_F(WebKitPageTest, TellsWhenItsProcessHasGone) {
-    std::vector<WebPage::Engine> told;
-    page->onEngine([&] { told.push_back(page->engine()); });
-    for (int time = 0; time < 2; ++time) [[view navigationDelegate] webViewWebContentProcessDidTerminate:view];
-    page->load("https://wiki.test/", 60);
-    EXPECT_THAT(told, ElementsAre(WebPage::Engine::gone, WebPage::Engine::running));
+    EXPECT_EQ([fades autoresizingMask], 18U) << "as large as the page";
+    [fades setFrame:NSMakeRect(0, 0, 600, 400)];
+    EXPECT_FALSE([fades hitTest:NSMakePoint(5, 5)]);
+    constexpr CGKeyCode keys[] = {7, 8, 9, 0};
+    const auto pressAll = [&](NSResponder* keyboard, ModifierFlags flags) {
+        [window setFirstResponder:keyboard];
+        int taken = 0;
+        for (const CGKeyCode key : keys) taken += mac().pressIn(view, key, flags);
+        return taken;
+    };
+    // A field of the toolkit's gets its keys itself.
+    EXPECT_EQ(pressAll([[[NSView alloc] initWithFrame:NSZeroRect] autorelease], modifier::command), 0);
+    EXPECT_EQ(pressAll(window, modifier::command) + pressAll(nil, modifier::command), 0);
+    EXPECT_EQ(pressAll(view, 0) + pressAll(view, modifier::command | modifier::shift), 0);
+    EXPECT_FALSE(mac().pressIn(view, 23, modifier::command));
+    EXPECT_THAT(done(), IsEmpty());
+    for (NSView* each in @[ view, fades ]) {
+        EXPECT_EQ(pressAll(each, modifier::command | modifier::nonCoalesced), 4);
+        EXPECT_THAT(done(), ElementsAre("cut:", "copy:", "paste:", "selectAll:"));
+    }
 }
 
 }  // namespace

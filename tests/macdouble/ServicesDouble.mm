@@ -1,7 +1,6 @@
-// What the system keeps for all programs: permissions, keychain, pasteboard and fonts.
+// What the system keeps for all programs: permissions and keychain.
 
 #import <ApplicationServices/ApplicationServices.h>
-#import <CoreText/CoreText.h>
 
 #include "Mac.h"
 
@@ -18,7 +17,6 @@ const CFStringRef kSecValueData = (CFStringRef) @"kSecValueData";
 const CFStringRef kSecReturnData = (CFStringRef) @"kSecReturnData";
 const CFStringRef kSecMatchLimit = (CFStringRef) @"kSecMatchLimit";
 const CFStringRef kSecMatchLimitOne = (CFStringRef) @"kSecMatchLimitOne";
-NSPasteboardType const NSPasteboardTypeString = @"public.utf8-plain-text";
 
 void CFRelease(CFTypeRef object) { [(id)object release]; }
 
@@ -87,45 +85,4 @@ OSStatus SecItemDelete(CFDictionaryRef query) {
     NSArray* const items = matching(query);
     [mac().keychainItems removeObjectsInArray:items];
     return [items count] > 0 ? errSecSuccess : errSecItemNotFound;
-}
-
-// Takes a text only from whoever has cleared it.
-@implementation NSPasteboard
-+ (NSPasteboard*)generalPasteboard {
-    static NSPasteboard* const general = [[NSPasteboard alloc] init];
-    return general;
-}
-- (NSInteger)clearContents {
-    [contents_ release];
-    contents_ = [[NSMutableDictionary alloc] init];
-    return 1;
-}
-- (BOOL)setString:(NSString*)string forType:(NSPasteboardType)dataType {
-    if ([contents_ count] > 0) return NO;
-    [contents_ setObject:string forKey:dataType];
-    return contents_ != nil;
-}
-- (NSString*)stringForType:(NSPasteboardType)dataType {
-    return [contents_ objectForKey:dataType];
-}
-@end
-
-@interface FontError : NSError  // of this program, and so counted
-@end
-@implementation FontError
-@end
-
-// Knows each file once, and takes one that begins as a font does, for this process.
-bool CTFontManagerRegisterFontsForURL(CFURLRef fontURL, CTFontManagerScope scope, CFErrorRef* error) {
-    NSString* const path = [(NSURL*)fontURL path];
-    NSData* const bytes = [NSData dataWithContentsOfFile:path];
-    CFIndex failure = 0;
-    if (!bytes)
-        failure = kCTFontManagerErrorFileNotFound;
-    else if ([bytes length] < 4 || memcmp([bytes bytes], "\0\1\0\0", 4) != 0 || scope != kCTFontManagerScopeProcess)
-        failure = kCTFontManagerErrorUnrecognizedFormat;
-    else if (!mac().fonts.insert([path UTF8String]).second)
-        failure = kCTFontManagerErrorAlreadyRegistered;
-    if (failure != 0) *error = (CFErrorRef)[[FontError alloc] initWithDomain:@"fonts" code:failure userInfo:nil];
-    return failure == 0;
 }

@@ -69,6 +69,12 @@ using macdouble::note;
          std::to_string([request cachePolicy]) + " timeout " + std::to_string(lround([request timeoutInterval])));
     return nil;
 }
+// A page serves the text commands like any text field.
+- (BOOL)tryToPerform:(SEL)action with:(id)object {
+    (void)object;
+    note(sel_getName(action));
+    return YES;
+}
 - (WKNavigation*)goBack {
     note("back");
     return nil;

@@ -23,6 +23,7 @@ static std::optional<Mac> current;
 Mac& mac() { return *current; }
 void note(std::string call) { mac().done.push_back(std::move(call)); }
 std::vector<std::string> done() { return std::exchange(mac().done, {}); }
+void needsMainThread() { EXPECT_TRUE([NSThread isMainThread]) << "called on another thread"; }
 
 namespace {
 
@@ -48,13 +49,12 @@ class MacListener final : public testing::EmptyTestEventListener {
         current.emplace();
         mac().setFrontmost(std::nullopt);
         // Once made, these stay.
-        (void)[NSApplication sharedApplication], (void)[NSPasteboard generalPasteboard];
+        (void)[NSApplication sharedApplication];
         (void)[NSStatusBar systemStatusBar], (void)[NSDistributedNotificationCenter defaultCenter];
         before_ = liveObjects();
     }
     void OnTestEnd(const testing::TestInfo&) override {
         mac().setFrontmost(std::nullopt);
-        [[NSApplication sharedApplication] setMainMenu:nil];
         [pool_ release];
         EXPECT_EQ(liveObjects(), before_) << "an object is left";
     }

@@ -38,6 +38,7 @@ UNIT = ["tests/unit_tests"]
 VIEWS = ["tests/views_tests"]
 THREADED = ["tests/threaded_tests"]
 DESKTOP = ["demo/private_desktop.sh", "tests/desktop_tests"]
+MACOS = ["build/macos/macos_tests"]  # mutants.macos.txt, with --list
 ORACLE = ["python3", "tests/oracle/compare.py", "src/vantor", "resources/catalogue/events.json"]
 # The longest part of a room's name decides: its programs, and the suites that are asked before all others.
 PROGRAMS = {
@@ -52,6 +53,7 @@ PROGRAMS = {
     "platform/linux/keys": ([UNIT, DESKTOP], "Key*:Pending*:Tracked*:Xkb*"),
     "platform/linux/desktop": ([UNIT, DESKTOP], "DesktopEntries*:Workspace*:Overlay*"),
     "platform/linux/services": ([UNIT, DESKTOP], "Keyring*:Status*:ReducedMotion*"),
+    "macos": ([MACOS], ""),
 }
 
 
@@ -117,7 +119,12 @@ def make_copy(mutants):
 
 def build(programs):
     targets = {pathlib.Path(word).name for program in programs for word in program if is_built(word)}
-    if subprocess.run(["packaging/build.sh", "release", "vantor-guardian", *sorted(targets)], cwd=COPY).returncode:
+    if MACOS in programs:
+        configured = ["cmake", "-S", "tests/macdouble", "-B", "build/macos", "-G", "Ninja", "-DVANTOR_MUTATED=ON"]
+        for command in (configured, ["ninja", "-C", "build/macos", "macos_tests"]):
+            if subprocess.run(command, cwd=COPY, stdout=subprocess.DEVNULL).returncode:
+                sys.exit("mutate: the mutated copy does not build")
+    if targets and subprocess.run(["packaging/build.sh", "release", "vantor-guardian", *sorted(targets)], cwd=COPY).returncode:
         sys.exit("mutate: the mutated copy does not build")
 
 

@@ -16,10 +16,13 @@ public:
 
     // Adds the global ones anew, in their order: one that was added without the permission to hear keys stays deaf.
     void renew();
+    // Whether a key of another application has ever come.
+    [[nodiscard]] bool heardOthers() const { return heardOthers_; }
 
 private:
     struct Global;
 
+    bool heardOthers_ = false;
     std::vector<std::shared_ptr<Global>> globals_;
 };
 

@@ -38,7 +38,9 @@ void remove(id token) {
 
 // A monitor of other applications' keys, as long as its subscription.
 struct EventMonitors::Global {
-    Global(KeyEventMask asked, GlobalHandler given) : mask(asked), handler(std::move(given)) { add(); }
+    Global(KeyEventMask asked, GlobalHandler given, bool& any) : mask(asked), handler(std::move(given)), heard(any) {
+        add();
+    }
     ~Global() { remove(token); }
     Global(const Global&) = delete;
     Global& operator=(const Global&) = delete;
@@ -46,19 +48,22 @@ struct EventMonitors::Global {
     void add() {
         // The block's own: the handler may end the subscription that it belongs to.
         const GlobalHandler kept = handler;
+        bool* const any = &heard;
         token = [[NSEvent addGlobalMonitorForEventsMatchingMask:mask
                                                         handler:^(NSEvent* event) {
+                                                          *any = true;
                                                           if (const auto key = seamEvent(event)) kept(*key);
                                                         }] retain];
     }
 
     KeyEventMask mask;
     GlobalHandler handler;
+    bool& heard;
     id token = nil;
 };
 
 Subscription EventMonitors::addGlobalMonitor(KeyEventMask mask, GlobalHandler handler) {
-    globals_.push_back(std::make_shared<Global>(mask, std::move(handler)));
+    globals_.push_back(std::make_shared<Global>(mask, std::move(handler), heardOthers_));
     return Subscription([this, added = globals_.back()] { std::erase(globals_, added); });
 }
 

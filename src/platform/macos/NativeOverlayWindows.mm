@@ -40,6 +40,9 @@ namespace vantor {
 namespace {
 
 constexpr NSInteger raisedLevel = 1000;
+// Without the second a window is not seen over a game in a full-screen Space of its own.
+const NSWindowCollectionBehavior overTheGame =
+    NSWindowCollectionBehaviorMoveToActiveSpace | NSWindowCollectionBehaviorFullScreenAuxiliary;
 
 NSWindow* windowOf(NativeWindow native) { return [(NSView*)native window]; }
 
@@ -66,12 +69,12 @@ void styleMain(NSWindow* window, NSView* view) {
         [[window standardWindowButton:button] setHidden:YES];
     makeMovableByBackground(window, view);
     [window setHasShadow:NO];
-    [window setCollectionBehavior:NSWindowCollectionBehaviorMoveToActiveSpace];
+    [window setCollectionBehavior:overTheGame];
 }
 
 void styleSeamless(NSWindow* window) {
     [window setBackgroundColor:[NSColor clearColor]];
-    [window setCollectionBehavior:NSWindowCollectionBehaviorMoveToActiveSpace];
+    [window setCollectionBehavior:overTheGame];
 }
 
 // The window's style where the system has no such call. A panel that becomes non-activating after it was made may be so
@@ -114,8 +117,22 @@ void NativeOverlayWindows::prepare(NativeWindow native, WindowNature nature) {
 }
 
 bool NativeOverlayWindows::keepFrame(NativeWindow native, const std::string& name) {
+    NSWindow* const window = windowOf(native);
+    NSString* const key = textOrEmpty(name);
+    const NSSize size = [window frame].size;
+    // What was kept is read before the window has the name: each change of its frame is kept from then on.
+    // Forced, because a window without edges to be resized by would take only the kept place of its bottom.
+    if ([window setFrameUsingName:key force:YES]) {
+        // Kept while the list was long; the list grows downwards from its top edge.
+        const NSRect kept = [window frame];
+        [window setFrame:NSMakeRect(NSMinX(kept), NSMaxY(kept) - size.height, size.width, size.height) display:NO];
+    }
+    const NSRect placed = [window frame];
     // Refused where another window has the name already.
-    return [windowOf(native) setFrameAutosaveName:textOrEmpty(name)];
+    const bool keeps = [window setFrameAutosaveName:key];
+    // The name alone brings the kept frame back in the system's other form, by its bottom.
+    [window setFrame:placed display:NO];
+    return keeps;
 }
 
 void NativeOverlayWindows::orderFront(NativeWindow native) { [windowOf(native) makeKeyAndOrderFront:nil]; }

@@ -1,29 +1,29 @@
 #pragma once
 // The two permissions of the system's privacy settings: Accessibility for pressing keys, Input Monitoring for hearing
-// them. The system announces no change, so they are looked at each second while somebody listens. Main thread.
+// them. Without them everything else works. The system announces no change. Main thread.
 
-#include <chrono>
-#include <memory>
-
-#include "base/Scheduler.h"
-#include "platform/Permissions.h"
+#include <functional>
+#include <utility>
 
 namespace vantor {
 
-class PrivacyPermissions final : public Permissions {
+class PrivacyPermissions {
 public:
-    static constexpr std::chrono::seconds between{1};
+    enum class Kind {
+        hearKeys,   // keys that go to other applications
+        pressKeys,  // in other applications
+    };
 
-    explicit PrivacyPermissions(Scheduler& scheduler);
+    // Keys that were heard are as good as the permission to hear them: the system may give both powers with the one.
+    explicit PrivacyPermissions(std::function<bool()> heardKeys) : heardKeys_(std::move(heardKeys)) {}
 
-    [[nodiscard]] bool granted(Kind kind) const override;
-    void ask(Kind kind) override;
-    Subscription observe(std::function<void()> handler) override;
+    // As it is at this call.
+    [[nodiscard]] bool granted(Kind kind) const;
+    // Makes the system ask the player; its question says where to allow it. The system may ask only once.
+    void ask(Kind kind);
 
 private:
-    struct Watch;
-
-    std::shared_ptr<Watch> watch_;  // the next look holds it weakly
+    std::function<bool()> heardKeys_;
 };
 
 }  // namespace vantor

@@ -4,6 +4,7 @@
 #import <Security/Security.h>
 
 #include <condition_variable>
+#include <cstdio>
 #include <mutex>
 #include <utility>
 
@@ -16,6 +17,18 @@ namespace {
 // The seam's name of a class, and the system's.
 NSString* systemClass(const std::string& itemClass) {
     return itemClass == "generic-password" ? (NSString*)kSecClassGenericPassword : nil;
+}
+
+// What the player can do about it, where the list of what Vantor needs can only say that nothing was stored.
+void sayWhy(OSStatus status) {
+    if (status == errSecInvalidOwnerEdit)
+        std::fputs("vantor: the keychain: the logins belong to a Vantor with another signature; delete "
+                   "\"orvendel.Vantor.accounts\" in Keychain Access to store them anew\n",
+                   stderr);
+    if (status == errSecMissingEntitlement)
+        std::fputs("vantor: the keychain does not take this program's signature; start Vantor from its bundle, with "
+                   "./run\n",
+                   stderr);
 }
 
 // The item is found by these two and by nothing else. Nil for a class or a name that the system does not know.
@@ -39,6 +52,8 @@ KeychainStatus seamStatus(OSStatus status) {
             return KeychainStatus::locked;
         case errSecAuthFailed:
         case errSecUserCanceled:
+        case errSecInvalidOwnerEdit:
+        case errSecMissingEntitlement:
         // There is one still, which the system refused to remove.
         case errSecDuplicateItem:
             return KeychainStatus::refused;
@@ -55,6 +70,7 @@ KeychainStatus copied(const KeychainItem& item, std::string& data) {
     CFTypeRef result = nullptr;
     const OSStatus status = SecItemCopyMatching((CFDictionaryRef)query, &result);
     const id object = [(id)result autorelease];
+    sayWhy(status);
     if (status != errSecSuccess) return seamStatus(status);
     if (![object isKindOfClass:[NSData class]]) return KeychainStatus::notFound;
     NSData* const bytes = object;
@@ -66,9 +82,11 @@ KeychainStatus replaced(const KeychainItem& item, const std::string& data) {
     NSMutableDictionary* const entry = attributes(item);
     if (!entry) return KeychainStatus::unavailable;
     [entry setObject:[NSData dataWithBytes:data.data() length:data.size()] forKey:(NSString*)kSecValueData];
-    // The very dictionary that is added. Its verdict does not matter: where the old item stays, adding says so.
-    (void)SecItemDelete((CFDictionaryRef)entry);
-    return seamStatus(SecItemAdd((CFDictionaryRef)entry, nullptr));
+    // The very dictionary that is added. Its verdict decides nothing: where the old item stays, adding says so.
+    sayWhy(SecItemDelete((CFDictionaryRef)entry));
+    const OSStatus added = SecItemAdd((CFDictionaryRef)entry, nullptr);
+    sayWhy(added);
+    return seamStatus(added);
 }
 
 }  // namespace

@@ -12,11 +12,16 @@ public:
     [[nodiscard]] std::optional<std::string> displayName(const std::string& identifier) const override;
     // The application that was active before is active again; Vantor's windows stay where they are.
     void hideAndUnhideWithoutActivation() override;
-    // Nothing can be waited for: who is active the system tells only in the event loop's next turn. What is posted goes
-    // out right behind the order to hide.
-    bool awaitFocusReturned(std::chrono::milliseconds) override { return true; }
+    // Waits only where Vantor was active: the system hides it in its own time.
+    bool awaitFocusReturned(std::chrono::milliseconds atMost) override;
     // A window under the pointer gets its clicks, whoever has confined the pointer.
     [[nodiscard]] PointerHold pointerHold() const override { return PointerHold::none; }
+    // Whether keys that are posted now would go to Vantor itself, as the last wait has found.
+    [[nodiscard]] bool keptFocus() const { return keptFocus_; }
+
+private:
+    bool wasActive_ = false;
+    bool keptFocus_ = false;
 };
 
 }  // namespace vantor

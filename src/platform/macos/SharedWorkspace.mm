@@ -3,11 +3,16 @@
 #import <AppKit/NSApplication.h>
 #import <AppKit/NSRunningApplication.h>
 #import <AppKit/NSWorkspace.h>
+#import <ApplicationServices/ApplicationServices.h>
 #import <CoreFoundation/CoreFoundation.h>
 
+#include <unistd.h>
+
+#include <thread>
 #include <utility>
 
 #include "platform/macos/FoundationText.h"
+#include "platform/macos/Owned.h"
 
 // Hears which application is in front.
 @interface VantorFrontmostObserver : NSObject {
@@ -42,6 +47,19 @@ namespace vantor {
 
 namespace {
 
+constexpr std::chrono::milliseconds lookAgainAfter{4};
+constexpr float secondsToAnswer = 0.05F;
+
+// Asked of the system itself: what the application knows of its own activity changes only in the event loop, which is
+// not to turn while somebody waits.
+bool hasKeyboard(AXUIElementRef system) {
+    CFTypeRef found = nullptr;
+    if (AXUIElementCopyAttributeValue(system, kAXFocusedApplicationAttribute, &found) != kAXErrorSuccess) return false;
+    const Owned<CFTypeRef> application(found);
+    pid_t process = 0;
+    return AXUIElementGetPid(static_cast<AXUIElementRef>(found), &process) == kAXErrorSuccess && process == getpid();
+}
+
 NSString* frontmostKey() { return NSStringFromSelector(@selector(frontmostApplication)); }
 
 }  // namespace
@@ -68,8 +86,26 @@ std::optional<std::string> SharedWorkspace::displayName(const std::string& ident
 
 void SharedWorkspace::hideAndUnhideWithoutActivation() {
     NSApplication* const application = [NSApplication sharedApplication];
+    wasActive_ = [application isActive];
     [application hide:nil];
     [application unhideWithoutActivation];
+}
+
+bool SharedWorkspace::awaitFocusReturned(std::chrono::milliseconds atMost) {
+    keptFocus_ = false;
+    if (!wasActive_) return true;
+    const Owned<AXUIElementRef> system(AXUIElementCreateSystemWide());
+    // An application that does not answer is not this one.
+    AXUIElementSetMessagingTimeout(system.get(), secondsToAnswer);
+    const auto deadline = std::chrono::steady_clock::now() + atMost;
+    while (hasKeyboard(system.get())) {
+        if (std::chrono::steady_clock::now() >= deadline) {
+            keptFocus_ = true;
+            return false;
+        }
+        std::this_thread::sleep_for(lookAgainAfter);
+    }
+    return true;
 }
 
 }  // namespace vantor

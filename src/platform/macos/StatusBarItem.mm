@@ -87,6 +87,8 @@ void StatusBarItem::makeItem() {
     item_ = std::make_unique<Item>();
     NSStatusBarButton* const button = [item_->item button];
     NSImage* const image = [NSImage imageNamed:@"vantor"];
+    // Drawn in the status bar's own colour, light or dark.
+    [image setTemplate:YES];
     [button setImageScaling:NSImageScaleProportionallyDown];
     [button setImage:image];
     // Outside the bundle there is no image, and an item without one cannot be seen.

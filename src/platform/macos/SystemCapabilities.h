@@ -5,11 +5,11 @@
 #include <vector>
 
 #include "platform/Capability.h"
-#include "platform/Permissions.h"
+#include "platform/macos/PrivacyPermissions.h"
 
 namespace vantor {
 
 // In the order in which they are shown.
-[[nodiscard]] std::vector<Capability> examineCapabilities(const Permissions& permissions);
+[[nodiscard]] std::vector<Capability> examineCapabilities(const PrivacyPermissions& permissions);
 
 }  // namespace vantor

@@ -12,18 +12,16 @@ std::string allowIn(const std::string& settings) {
 
 }  // namespace
 
-std::vector<Capability> examineCapabilities(const Permissions& permissions) {
-    const bool hears = permissions.granted(Permissions::Kind::hearKeys);
-    const bool presses = permissions.granted(Permissions::Kind::pressKeys);
-    // The system tells keys of other applications only to whom it also trusts with pressing them.
-    const char* const missing = hears     ? "Accessibility"
-                                : presses ? "Input Monitoring"
-                                          : "Input Monitoring and Accessibility";
+std::vector<Capability> examineCapabilities(const PrivacyPermissions& permissions) {
+    const bool hears = permissions.granted(PrivacyPermissions::Kind::hearKeys);
+    const bool presses = permissions.granted(PrivacyPermissions::Kind::pressKeys);
+    // The system tells keys of other applications only to whom it also trusts with pressing them, and often asks for
+    // no more.
+    const std::string missing =
+        presses ? "none was heard yet from the game; if one does nothing there, " + allowIn("Input Monitoring")
+                : "hotkeys work in Vantor's own windows only: " + allowIn("Accessibility");
     return {
-        {CapabilityKind::rawKeys, hears && presses,
-         hears && presses ? "the system lets Vantor hear them"
-                          : std::string("hotkeys ") + (presses ? "may " : "") +
-                                "work in Vantor's own windows only: " + allowIn(missing)},
+        {CapabilityKind::rawKeys, hears && presses, hears && presses ? "the system lets Vantor hear them" : missing},
         {CapabilityKind::posting, presses,
          presses ? "the system lets Vantor press keys"
                  : "nothing can be typed into the game: " + allowIn("Accessibility")},

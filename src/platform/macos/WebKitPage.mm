@@ -6,6 +6,7 @@
 #include <array>
 #include <utility>
 
+#include "platform/macos/EditableWebView.h"
 #include "platform/macos/FoundationText.h"
 #include "platform/macos/PageFades.h"
 #include "platform/macos/WebKitPolicy.h"
@@ -103,7 +104,7 @@ struct WebKitPage::View {
 
     explicit View(OpenOutside openOutside) {
         WKWebViewConfiguration* const configuration = [[WKWebViewConfiguration alloc] init];
-        view = [[WKWebView alloc] initWithFrame:NSZeroRect configuration:configuration];
+        view = [[VantorEditableWebView alloc] initWithFrame:NSZeroRect configuration:configuration];
         [configuration release];
         policy = [[VantorWebPolicy alloc] initWithOpenOutside:std::move(openOutside) gone:[this] { setGone(true); }];
         [VantorPageFades layOver:view];

@@ -5,37 +5,46 @@
 #import <CoreGraphics/CoreGraphics.h>
 #import <Foundation/Foundation.h>
 
-@class NSImage, NSMenu, NSMenuItem, NSWindow;
+@class NSButton, NSImage, NSMenu, NSMenuItem, NSWindow;
 
 typedef NSString* NSImageName;
-typedef NSString* NSPasteboardType;
 typedef NSUInteger NSEventMask;
 typedef NSUInteger NSEventModifierFlags;
 typedef NSInteger NSWindowLevel;
 
 enum NSApplicationActivationPolicy : NSInteger { NSApplicationActivationPolicyAccessory = 1 };
 enum NSEventType : NSUInteger { NSEventTypeKeyDown = 10, NSEventTypeKeyUp = 11, NSEventTypeFlagsChanged = 12 };
+enum : NSUInteger {
+    NSEventModifierFlagShift = 1 << 17,
+    NSEventModifierFlagControl = 1 << 18,
+    NSEventModifierFlagOption = 1 << 19,
+    NSEventModifierFlagCommand = 1 << 20,
+};
 enum NSAutoresizingMaskOptions : NSUInteger { NSViewWidthSizable = 2, NSViewHeightSizable = 16 };
 enum NSImageScaling : NSUInteger { NSImageScaleProportionallyDown = 0, NSImageScaleNone = 2 };
 typedef NSUInteger NSWindowStyleMask;
-enum : NSUInteger { NSWindowStyleMaskBorderless = 0, NSWindowStyleMaskNonactivatingPanel = 1 << 7 };
+enum : NSUInteger {
+    NSWindowStyleMaskBorderless = 0,
+    NSWindowStyleMaskResizable = 1 << 3,
+    NSWindowStyleMaskNonactivatingPanel = 1 << 7,
+};
 typedef NSUInteger NSWindowCollectionBehavior;
-enum : NSUInteger { NSWindowCollectionBehaviorMoveToActiveSpace = 1 << 1 };
+enum : NSUInteger {
+    NSWindowCollectionBehaviorMoveToActiveSpace = 1 << 1,
+    NSWindowCollectionBehaviorFullScreenAuxiliary = 1 << 8,
+};
 enum NSWindowTitleVisibility : NSInteger { NSWindowTitleVisible = 0, NSWindowTitleHidden = 1 };
 enum NSWindowButton : NSUInteger { NSWindowCloseButton, NSWindowMiniaturizeButton, NSWindowZoomButton };
 
 static const CGFloat NSSquareStatusItemLength = -2.0;
-extern NSPasteboardType const NSPasteboardTypeString;
 extern NSString* const NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification;
 
-@interface NSApplication : NSObject {
-    NSMenu* mainMenu_;
-}
+@interface NSApplication : NSObject
 + (NSApplication*)sharedApplication;
 - (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)activationPolicy;
 - (void)hide:(id)sender;
 - (void)unhideWithoutActivation;
-@property(retain) NSMenu* mainMenu;
+@property(readonly, getter=isActive) BOOL active;
 @end
 
 @interface NSRunningApplication : NSObject {
@@ -51,15 +60,6 @@ extern NSString* const NSWorkspaceAccessibilityDisplayOptionsDidChangeNotificati
 @property(readonly) BOOL accessibilityDisplayShouldReduceMotion;
 @property(readonly) NSNotificationCenter* notificationCenter;
 @property(readonly, retain) NSRunningApplication* frontmostApplication;
-@end
-
-@interface NSPasteboard : NSObject {
-    NSMutableDictionary* contents_;
-}
-+ (NSPasteboard*)generalPasteboard;
-- (NSInteger)clearContents;
-- (BOOL)setString:(NSString*)string forType:(NSPasteboardType)dataType;
-- (NSString*)stringForType:(NSPasteboardType)dataType;
 @end
 
 @interface NSScreen : NSObject {
@@ -98,20 +98,28 @@ extern NSString* const NSWorkspaceAccessibilityDisplayOptionsDidChangeNotificati
 + (NSColorSpace*)genericRGBColorSpace;
 @end
 
-@interface NSGradient : NSObject {
-    NSArray* colors_;
-}
+@interface NSGradient : NSObject
 - (instancetype)initWithColors:(NSArray*)colorArray
                    atLocations:(const CGFloat*)locations
                     colorSpace:(NSColorSpace*)colorSpace;
 - (void)drawInRect:(NSRect)rect angle:(CGFloat)angle;
 @end
 
-@interface NSImage : NSObject
+@interface NSImage : NSObject {
+    BOOL template_;
+}
 + (NSImage*)imageNamed:(NSImageName)name;
+- (void)setTemplate:(BOOL)isTemplate;
+- (BOOL)isTemplate;
 @end
 
-@interface NSView : NSObject {
+@interface NSResponder : NSObject
+- (BOOL)tryToPerform:(SEL)action with:(id)object;
+- (BOOL)performKeyEquivalent:(NSEvent*)event;
+@end
+
+@interface NSView : NSResponder {
+    NSWindow* window_;
     NSRect frame_;
     NSMutableArray* subviews_;
     NSUInteger autoresizingMask_;
@@ -119,8 +127,8 @@ extern NSString* const NSWorkspaceAccessibilityDisplayOptionsDidChangeNotificati
 }
 - (instancetype)initWithFrame:(NSRect)frameRect;
 - (void)addSubview:(NSView*)view;
-- (void)drawRect:(NSRect)dirtyRect;
 - (NSView*)hitTest:(NSPoint)point;
+- (BOOL)isDescendantOf:(NSView*)view;
 @property(readonly, assign) NSWindow* window;
 @property(readonly) BOOL mouseDownCanMoveWindow;
 @property NSRect frame;
@@ -143,19 +151,26 @@ extern NSString* const NSWorkspaceAccessibilityDisplayOptionsDidChangeNotificati
 @interface NSStatusBarButton : NSButton
 @end
 
-@interface NSWindow : NSObject {
+@interface NSWindow : NSResponder {
     NSMutableArray* buttons_;
     NSColor* backgroundColor_;
     NSWindowStyleMask styleMask_;
     NSWindowCollectionBehavior collectionBehavior_;
     NSWindowTitleVisibility titleVisibility_;
     NSWindowLevel level_;
+    NSRect frame_;
+    NSString* frameName_;
+    NSResponder* firstResponder_;
     BOOL titlebarAppearsTransparent_, opaque_, hasShadow_, hidesOnDeactivate_, movableByWindowBackground_, centered_;
 }
 - (NSButton*)standardWindowButton:(NSWindowButton)b;
+- (void)setFrame:(NSRect)frameRect display:(BOOL)flag;
+- (BOOL)setFrameUsingName:(NSString*)name force:(BOOL)force;
 - (BOOL)setFrameAutosaveName:(NSString*)name;
 - (void)center;
 - (void)makeKeyAndOrderFront:(id)sender;
+@property(readonly) NSRect frame;
+@property(readonly) NSResponder* firstResponder;
 @property(retain) NSColor* backgroundColor;
 @property NSWindowStyleMask styleMask;
 @property NSWindowCollectionBehavior collectionBehavior;
@@ -183,7 +198,7 @@ extern NSString* const NSWorkspaceAccessibilityDisplayOptionsDidChangeNotificati
 @end
 
 @interface NSMenuItem : NSObject {
-    NSString *title_, *keyEquivalent_;
+    NSString* title_;
     SEL action_;
     id target_, representedObject_;
     NSMenu* submenu_;
@@ -191,7 +206,7 @@ extern NSString* const NSWorkspaceAccessibilityDisplayOptionsDidChangeNotificati
 }
 + (NSMenuItem*)separatorItem;
 - (instancetype)initWithTitle:(NSString*)string action:(SEL)selector keyEquivalent:(NSString*)charCode;
-@property(copy) NSString *title, *keyEquivalent;
+@property(copy) NSString* title;
 @property SEL action;
 @property(assign) id target;
 @property(retain) id representedObject;

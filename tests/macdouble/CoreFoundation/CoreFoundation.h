@@ -7,13 +7,10 @@
 #include <cstdint>
 
 typedef unsigned char Boolean;
-typedef long CFIndex;
 typedef const void* CFTypeRef;
 typedef const struct __CFString* CFStringRef;
 typedef const struct __CFDictionary* CFDictionaryRef;
 typedef const struct __CFBoolean* CFBooleanRef;
-typedef const struct __CFURL* CFURLRef;
-typedef struct __CFError* CFErrorRef;
 
 extern "C" {
 

@@ -9,11 +9,13 @@ enum : OSStatus {
     errSecSuccess = 0,
     errSecParam = -50,
     errSecUserCanceled = -128,
+    errSecInvalidOwnerEdit = -25244,
     errSecNotAvailable = -25291,
     errSecAuthFailed = -25293,
     errSecDuplicateItem = -25299,
     errSecItemNotFound = -25300,
     errSecInteractionNotAllowed = -25308,
+    errSecMissingEntitlement = -34018,
 };
 
 extern "C" {
