@@ -110,6 +110,7 @@ TEST(ScriptGridTest, CutsTheTypedTextIntoRowsOfNineCells) {
         {QStringLiteral("123456789"), "1|2|3|4|5|6|7|8|9"},
         // Beside Thai or Indian script too.
         {QStringLiteral("ก👍🏽स"), "ก|👍🏽|स"},
+        {QStringLiteral("ก👩\u200d🚀स👩\u200d🚀ก"), "ก|👩\u200d🚀|स|👩\u200d🚀|ก"},
         {QStringLiteral("x👨‍👩‍👧‍👦é"), "x|👨‍👩‍👧‍👦|é"},
     };
     for (const auto& [typed, expected] : rows) {
