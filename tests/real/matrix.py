@@ -401,6 +401,8 @@ class Player(Stage):
         if self.manager == "i3":  # which shows nothing new beside a window in full screen
             self.show_workspace(1)
         with desk.Game(OTHER_APPLICATION, self.folder, window_class="editor", size="500x300") as editor:
+            # Most managers give a new window the focus, some time after it is there.
+            desk.wait_until(lambda: desk.active_window() == editor.window, 3)
             activate(self.game.window)
             soon(self.game.has_focus, "the game does not get the focus back from a new window")
             self.goes_and_returns(lambda: self.switch_to(editor.window), lambda: self.switch_to(self.game.window))
