@@ -11,7 +11,6 @@
 #include "app/view/SettingsView.h"
 #include "data/SettingKeys.h"
 #include "input/view/HotkeyPopup.h"
-#include "timers/view/BestiaryFamilyView.h"
 #include "ui/Collapse.h"
 #include "ui/GW2Picker.h"
 #include "ui/GW2TextArea.h"
@@ -100,18 +99,6 @@ TEST_F(KitWindows, TheMainWindowTellsItsTabItsHotkeyAndWhatIsWatched) {
     press(*below<SettingsView>(open(tab_position::settings)).at(0), "Timers");
     press(open(tab_position::timers), "Enter the key");
     EXPECT_THAT(heard(window), Contains("API Key")) << "the page with the key's field";
-}
-
-TEST_F(KitWindows, APageOfTheWikiOpensInTheBrowser) {
-    defaults.put(settings::apiKey, std::string("key"));
-    launch();
-    answer([](const std::string& url) -> std::optional<std::string> {
-        if (url.find("beasts") == std::string::npos) return "[]";
-        return R"([{"id":"animals","races":[{"id":"bat","icon":"x","description":"Flies.","unlock_txt":"None."}]}])";
-    });
-    click(*below<BestiaryFamilyView>(open(tab_position::bestiary)).at(0));
-    EXPECT_EQ(observer().tabs().selected(), static_cast<int>(tab_position::internet));
-    EXPECT_THAT(asked, Contains("https://wiki/index.php?search=bat"));
 }
 
 TEST_F(KitWindows, FormsAndTheTipSayWhatBecameOfAPress) {
