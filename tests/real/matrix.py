@@ -201,6 +201,13 @@ class Stage:
     def overlay_is_seen(self):
         soon(lambda: self.is_seen("main", 0.6), "the overlay is mapped and not to be seen")
 
+    def bring_game_back(self):
+        """At times Wine does not take the focus that a manager offers it; a player then clicks once more."""
+        for _ in range(3):
+            activate(self.game.window)
+            if desk.wait_until(self.game.has_focus, 5):
+                break
+
     def hold_again(self):
         """Whether the game holds the pointer now. Wine lets go of it with the focus and holds it anew some time after: at a click into
         the game at the latest, but not in the second after it has let go; and at times, after many turns, no more at all."""
@@ -390,7 +397,7 @@ class Player(Stage):
         """To the other of two applications; the managers without a key for it are asked as a task bar asks. From the overlay the
         first stop is the game below it in some managers, so one more is tried, as a hand does."""
         if self.manager not in HAVE_ALT_TAB:
-            return activate(window)
+            return self.bring_game_back() if window == self.game.window else activate(window)
         for stops in (1, 2):
             desk.ask("xdotool", "keydown", "Alt_L", "key", "--delay", "100", *["Tab"] * stops, "keyup", "Alt_L")
             if desk.wait_until(lambda: desk.active_window() == window, 3):
@@ -403,7 +410,7 @@ class Player(Stage):
         with desk.Game(OTHER_APPLICATION, self.folder, window_class="editor", size="500x300") as editor:
             # Most managers give a new window the focus, some time after it is there.
             desk.wait_until(lambda: desk.active_window() == editor.window, 3)
-            activate(self.game.window)
+            self.bring_game_back()
             soon(self.game.has_focus, "the game does not get the focus back from a new window")
             self.goes_and_returns(lambda: self.switch_to(editor.window), lambda: self.switch_to(self.game.window))
 
@@ -419,7 +426,7 @@ class Player(Stage):
             desk.settled_pixels(0, 0, self.width, self.height)  # the windows have gone, and what that leads to has happened
             if not minimised():
                 raise Unmet("the game does not stay minimised")
-            activate(self.game.window)
+            self.bring_game_back()
 
         self.goes_and_returns(leave, come_back, may_stay=True)
 
@@ -432,7 +439,7 @@ class Player(Stage):
     def check_workspace(self):
         def come_back():
             self.show_workspace(0)
-            activate(self.game.window)  # some managers leave the focus with nobody
+            self.bring_game_back()  # some managers leave the focus with nobody
 
         self.goes_and_returns(lambda: self.show_workspace(1), come_back)
 
