@@ -5,7 +5,9 @@
 #include <unistd.h>
 #include <xcb/xtest.h>
 
+#include <QtCore/QEventLoop>
 #include <QtCore/QFile>
+#include <QtCore/QTimer>
 #include <QtGui/QWindow>
 #include <QtNetwork/QLocalServer>
 #include <QtWidgets/QApplication>
@@ -121,6 +123,23 @@ TEST_F(WorkspaceTest, HearsOnAfterTheRootWindowWasNamedTheActiveOne) {
         ASSERT_TRUE(comesTrue([&] { return seen.back().empty(); })) << round;
         name(game.window());
     }
+}
+
+TEST_F(WorkspaceTest, HearsWhatAnAnswerHasReadFromTheSocket) {
+    OtherApplication game({});
+    std::vector<std::string> seen;
+    QEventLoop untilNothing;  // which rests, as the program does
+    auto subscription = workspace_.observeFrontmostApplication([&](const std::string& each) {
+        seen.push_back(each);
+        if (each.empty()) untilNothing.quit();
+    });
+    ASSERT_TRUE(comesTrue([&] { return seen.back() == gameIdentifier; }));
+    server_->setNumbers(server_->root(), server_->atoms().netActiveWindow, XCB_ATOM_WINDOW, {server_->root()});
+    ASSERT_FALSE(server_->exists(XCB_NONE));  // it is done when this is answered
+    EXPECT_EQ(workspace_.pointerHold(), PointerHold::passing);
+    QTimer::singleShot(std::chrono::seconds(20), &untilNothing, &QEventLoop::quit);
+    untilNothing.exec();
+    EXPECT_TRUE(seen.back().empty());
 }
 
 TEST_F(WorkspaceTest, TellsAHeldPointerFromOneThatADragOrAMenuHolds) {

@@ -2,6 +2,7 @@
 
 #include <xcb/xfixes.h>
 
+#include <QtCore/QAbstractEventDispatcher>
 #include <QtCore/QVariant>
 #include <QtGui/QGuiApplication>
 #include <QtGui/QWindow>
@@ -53,6 +54,9 @@ void tellToolkit(QWindow& window, WindowNature nature) {
 XcbOverlayWindows::XcbOverlayWindows(std::unique_ptr<XcbDesktop> desktop)
     : desktop_(std::move(desktop)), readable_(xcb_get_file_descriptor(desktop_->connection()), QSocketNotifier::Read) {
     QObject::connect(&readable_, &QSocketNotifier::activated, [this] { drain(); });
+    // A reply that was waited for may have read events from the socket, which then stays silent about them.
+    QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, &readable_,
+                     [this] { drain(); });
     QCoreApplication::instance()->installNativeEventFilter(this);
 }
 

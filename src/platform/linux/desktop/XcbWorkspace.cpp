@@ -2,6 +2,7 @@
 
 #include <poll.h>
 
+#include <QtCore/QAbstractEventDispatcher>
 #include <QtCore/QMetaObject>
 #include <algorithm>
 #include <cstdlib>
@@ -23,6 +24,9 @@ XcbWorkspace::XcbWorkspace(std::unique_ptr<XcbDesktop> desktop, DesktopEntryLook
       readable_(xcb_get_file_descriptor(desktop_->connection()), QSocketNotifier::Read) {
     desktop_->select(desktop_->root(), XCB_EVENT_MASK_PROPERTY_CHANGE);
     QObject::connect(&readable_, &QSocketNotifier::activated, [this] { drain(); });
+    // A reply that was waited for may have read events from the socket, which then stays silent about them.
+    QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, &readable_,
+                     [this] { drain(); });
     noneLasts_.setSingleShot(true);
     noneLasts_.setInterval(noneIsMeantAfter);
     QObject::connect(&noneLasts_, &QTimer::timeout, [this] { report({}); });
