@@ -137,8 +137,8 @@ def is_green(program, number=0, suites=None):
     command = [str(BUILD / word) if is_built(word) else word for word in program]
     if program != ORACLE:
         command += ["--gtest_fail_fast", "--gtest_brief=1"] + ([f"--gtest_filter={suites}"] if suites else [])
-    surroundings = dict(os.environ, VANTOR_MUTANT=str(number), QT_QPA_PLATFORM="offscreen")
-    run = subprocess.Popen(command, cwd=COPY, env=surroundings, start_new_session=True, stdin=subprocess.DEVNULL,
+    overrides = dict(os.environ, VANTOR_MUTANT=str(number), QT_QPA_PLATFORM="offscreen")
+    run = subprocess.Popen(command, cwd=COPY, env=overrides, start_new_session=True, stdin=subprocess.DEVNULL,
                            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
     try:
         return run.wait(LIMIT) == 0
