@@ -19,7 +19,7 @@ namespace {
 
 QRect gamesScreen(const Screens& screens) {
     const std::vector<Screen> all = screens.all();
-    const Rect& frame = screenOf(screens.frontmostWindow(), all).frame;
+    const Rect frame = screenOf(screens.frontmostWindow(), all).frame;
     return {frame.x, frame.y, frame.width, frame.height};
 }
 

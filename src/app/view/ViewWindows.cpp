@@ -87,7 +87,7 @@ void remember(const Place& place, const Rect& frame, Defaults& defaults) {
 
 void standAtRemembered(OverlayWindow& window, Place& place, Defaults& defaults, const Screens& screens) {
     const std::vector<Screen> all = screens.all();
-    const Screen& game = screenOf(screens.frontmostWindow(), all);
+    const Screen game = screenOf(screens.frontmostWindow(), all);
     if (window.isVisible() && game == place.gamesScreen && all == place.screens) return;
     place.gamesScreen = game;
     place.screens = all;
