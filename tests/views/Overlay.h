@@ -3,6 +3,8 @@
 
 #include <gmock/gmock.h>
 
+#include <QtCore/QPointer>
+
 #include <map>
 #include <memory>
 
