@@ -143,8 +143,9 @@ class Game(Program):
 
 
 class WebService(Program):
-    def __init__(self, fault="none", delay=5.0):
-        super().__init__(sys.executable, DEMO / "web_service.py", "--fault", fault, "--delay", delay)
+    def __init__(self, fault="none", delay=5.0, catalogue=None):
+        super().__init__(sys.executable, DEMO / "web_service.py", "--fault", fault, "--delay", delay,
+                         *(["--catalogue", catalogue] if catalogue else []))
         line = self.line(r"^port \d+")
         if not line:
             raise RuntimeError(f"the stand-in web service does not start: {self.lines}")
@@ -154,10 +155,11 @@ class WebService(Program):
 class Vantor(Program):
     """The program itself, with settings of its own and a given host for the web API."""
 
-    def __init__(self, binary, host, folder, *, key=web_service.VALID_KEY, settings=None):
+    def __init__(self, binary, host, folder, *, key=web_service.VALID_KEY, settings=None, environment=None):
         self.binary = binary
         self.environment = {"XDG_CONFIG_HOME": tempfile.mkdtemp(prefix="settings.", dir=folder),
-                            **{f"VANTOR_{name}_HOST": host for name in ("API", "WIKI", "VIDEO", "SEARCH", "FEEDBACK")}}
+                            **{f"VANTOR_{name}_HOST": host for name in ("API", "WIKI", "VIDEO", "SEARCH", "FEEDBACK")},
+                            **(environment or {})}
         store(binary, self.environment, {**SETTINGS, **(settings or {})}, key)
         super().__init__(binary, environment=self.environment)
 

@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """The stand-in for the game's public web API, its wiki, the searches and the feedback service, on this machine only: the API
-answers from the files in demo/web-api/, every page is demo/wiki_page.html.
+answers from the files in demo/web-api/, every page is demo/wiki_page.html; updates of the catalogue come out of a folder
+(--catalogue).
 
 Prints "port N" when it answers, then one line for each request; keys never appear in it. Faults can be set at the start
 (--fault) and while it runs (GET /fault/KIND; "none" ends it). A fault concerns the paths below /v2/ only.
@@ -11,6 +12,7 @@ import html
 import json
 import sys
 import threading
+import zlib
 from http.server import BaseHTTPRequestHandler, ThreadingHTTPServer
 from pathlib import Path
 from urllib.parse import parse_qs, urlsplit
@@ -83,6 +85,8 @@ class Handler(BaseHTTPRequestHandler):
         query = parse_qs(parts.query)
         if parts.path.startswith("/fault/"):
             return self.change_fault(parts.path.removeprefix("/fault/"))
+        if parts.path.startswith("/catalogue/"):
+            return self.send_catalogue(parts.path.removeprefix("/catalogue/"))
         if parts.path.startswith("/wiki/") or parts.path in PAGES:
             print(f"page {self.path}", flush=True)
             return self.send(200, page(parts.path, query), "text/html; charset=utf-8")
@@ -110,6 +114,18 @@ class Handler(BaseHTTPRequestHandler):
             return None
         return self.send(status, body)
 
+    def send_catalogue(self, path):
+        """A file of the folder, unless the client has it already."""
+        file = self.server.catalogue / path if self.server.catalogue else None
+        if not file or ".." in path or not file.is_file():
+            print(f"GET {self.path} 404", flush=True)
+            return self.send(404, b"no such file")
+        body = file.read_bytes()
+        tag = f'"{zlib.crc32(body):08x}"'
+        status = 304 if self.headers.get("If-None-Match") == tag else 200
+        print(f"GET {self.path} {status}", flush=True)
+        return self.send(status, body if status == 200 else b"", "application/octet-stream", ETag=tag)
+
     def do_POST(self):
         """The feedback service: says what it got, byte for byte."""
         body = self.rfile.read(int(self.headers.get("Content-Length", 0)))
@@ -123,8 +139,10 @@ class Handler(BaseHTTPRequestHandler):
         self.server.fault = kind
         return self.send(200, b"{}")
 
-    def send(self, status, body, kind="application/json; charset=utf-8"):
+    def send(self, status, body, kind="application/json; charset=utf-8", **headers):
         self.send_response(status)
+        for name, value in headers.items():
+            self.send_header(name, value)
         self.send_header("Content-Type", kind)
         self.send_header("Content-Length", str(len(body)))
         self.end_headers()
@@ -141,10 +159,11 @@ class Handler(BaseHTTPRequestHandler):
 class Service(ThreadingHTTPServer):
     daemon_threads = True
 
-    def __init__(self, port, fault="none", delay=5.0):
+    def __init__(self, port, fault="none", delay=5.0, catalogue=None):
         super().__init__(("127.0.0.1", port), Handler)
         self.fault = fault
         self.delay = delay
+        self.catalogue = catalogue
         self.stopping = threading.Event()
 
     def handle_error(self, request, client_address):
@@ -158,8 +177,9 @@ def main():
     parser.add_argument("--port", type=int, default=0, help="0 takes a free one")
     parser.add_argument("--fault", choices=FAULTS, default="none")
     parser.add_argument("--delay", type=float, default=5.0, help="seconds that a slow answer takes")
+    parser.add_argument("--catalogue", type=Path, help="a folder of signed catalogues, as packaging/catalogue/sign.sh fills it")
     arguments = parser.parse_args()
-    service = Service(arguments.port, arguments.fault, arguments.delay)
+    service = Service(arguments.port, arguments.fault, arguments.delay, arguments.catalogue)
     print(f"port {service.server_address[1]}", flush=True)
     try:
         service.serve_forever()

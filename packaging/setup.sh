@@ -11,7 +11,7 @@ if [[ $(uname) == Darwin ]]; then
     wanted=()
     for set in "$@"; do
         case $set in
-            build) wanted+=(cmake ninja ccache python qt librsvg googletest fonttools font-eb-garamond font-lato) ;;
+            build) wanted+=(cmake ninja ccache python qt librsvg libsodium googletest fonttools font-eb-garamond font-lato) ;;
             # git came with the compiler.
             checks) wanted+=(clang-format) ;;
             desktop | macdouble | package | bench | fuzz | real) echo "setup: '$set' needs Linux" >&2 && exit 1 ;;
@@ -31,10 +31,10 @@ if [[ $(uname) == Darwin ]]; then
 fi
 
 build=(g++ cmake ninja-build ccache pkg-config python3 qt6-base-dev qt6-svg-dev qt6-webengine-dev qt6-qpa-plugins libgl-dev libegl-dev
-    libxcb1-dev libxcb-xinput-dev libxcb-xtest0-dev libxcb-xkb-dev libxcb-randr0-dev libxcb-xfixes0-dev libxkbcommon-dev libxkbcommon-x11-dev libsecret-1-dev
+    libxcb1-dev libxcb-xinput-dev libxcb-xtest0-dev libxcb-xkb-dev libxcb-randr0-dev libxcb-xfixes0-dev libxkbcommon-dev libxkbcommon-x11-dev libsecret-1-dev libsodium-dev
     xkb-data libgtest-dev libgmock-dev fontconfig fonttools fonts-ebgaramond fonts-lato fonts-noto-color-emoji)
 desktop=(xvfb openbox picom dbus dbus-x11 xdotool xclip imagemagick x11-utils xauth gnome-keyring
-    xserver-xephyr x11-xkb-utils libsecret-tools openssl procps faketime)
+    xserver-xephyr x11-xkb-utils libsecret-tools openssl procps faketime minisign)
 checks=(clang-format-19 clang-tidy git shellcheck tzdata)
 package=(dpkg-dev lintian desktop-file-utils appstream man-db groff fakeroot binutils file)
 bench=(libbenchmark-dev)
@@ -55,7 +55,7 @@ done
 if ! command -v apt-get >/dev/null || ! command -v dpkg-query >/dev/null; then
     missing=()
     for tool in g++ cmake ninja pkg-config python3; do command -v "$tool" >/dev/null || missing+=("$tool"); done
-    for module in xcb xcb-xinput xcb-xtest xcb-xkb xcb-xfixes xkbcommon xkbcommon-x11 libsecret-1; do
+    for module in xcb xcb-xinput xcb-xtest xcb-xkb xcb-xfixes xkbcommon xkbcommon-x11 libsecret-1 libsodium; do
         pkg-config --exists "$module" 2>/dev/null || missing+=("$module")
     done
     if ((${#missing[@]})); then

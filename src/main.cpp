@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <QtCore/QFile>
+#include <QtCore/QRandomGenerator>
 #include <QtGui/QDesktopServices>
 #include <QtWidgets/QApplication>
 #include <chrono>
@@ -17,14 +18,17 @@
 #include "app/cli/Commands.h"
 #include "app/cli/RemoteCommand.h"
 #include "app/view/ViewWindows.h"
+#include "catalogue/UpdateKeys.h"
 #include "data/Decoder.h"
 #include "data/SessionQueue.h"
+#include "platform/qt/QtDownload.h"
 #include "platform/qt/QtMainThread.h"
 #include "platform/qt/QtScheduler.h"
 #include "platform/qt/QtUrlSession.h"
 #include "platform/qt/ScriptFonts.h"
 #include "platform/qt/SingleInstance.h"
 #include "platform/qt/SystemClock.h"
+#include "platform/qt/UserFolders.h"
 #include "timers/DataFault.h"
 #include "ui/Blending.h"
 #include "ui/Fonts.h"
@@ -70,6 +74,20 @@ TranslatorNeeds scriptFonts() {
             scriptFontFolder()};
 }
 
+// download: nothing where nothing is to be fetched.
+LayeredCatalogue::Needs catalogueLayers(const Overrides& overrides, Download* download) {
+    // Of files that stand in for the embedded ones nothing is known.
+    const auto facts = decodeJson<CatalogueFacts>(embedded(QStringLiteral(":/catalogue/version.json")).value_or("{}"));
+    return {.playerFolder = playerCatalogueFolder().toStdString(),
+            .updateFolder = catalogueUpdateFolder().toStdString(),
+            .keys = believedKeys({build::catalogueKey, build::nextCatalogueKey}, build::believesTestKey),
+            .builtIn = overrides.staticFiles ? CatalogueFacts() : facts.value.value_or(CatalogueFacts()),
+            .embedded = [] { return embedded(QStringLiteral(":/catalogue/events.json")).value_or(""); },
+            .host = overrides.catalogueHost.value_or(build::catalogueHost),
+            .download = download,
+            .random = [] { return QRandomGenerator::global()->generateDouble(); }};
+}
+
 QString instanceName() { return SingleInstance::nameFor(QByteArray::fromStdString(backend::desktopName())); }
 
 int start(int& argumentCount, char** arguments, const Overrides& overrides) {
@@ -94,6 +112,7 @@ int start(int& argumentCount, char** arguments, const Overrides& overrides) {
     const auto clock = backend::makeClock();
     SessionQueue queue;
     QtUrlSession session(queue);
+    QtDownload download(queue);
     SystemPause pause;
     const auto system = backend::makeBackend(mainThread, scheduler);
     if (!system) return unavailableStatus;
@@ -135,7 +154,8 @@ int start(int& argumentCount, char** arguments, const Overrides& overrides) {
                   .hosts = {.api = overrides.apiHost.value_or(build::apiHost),
                             .staticFiles = overrides.staticFiles.value_or(build::staticFiles)},
                   .printLine = printLine,
-                  .stop = stopForDataFault},
+                  .stop = stopForDataFault,
+                  .catalogue = catalogueLayers(overrides, &download)},
          .keyMonitors = keys.monitors,
          .keyPoster = keys.poster,
          .keyboardLayout = keys.layout,
@@ -157,7 +177,8 @@ int start(int& argumentCount, char** arguments, const Overrides& overrides) {
              .isAccount =
                  [&observer](const std::string& name) { return observer.credentials().accounts().contains(name); },
              .fillCredentials = [&observer](const std::string& name) { observer.fillCredentials(name); },
-             .quit = quit});
+             .quit = quit,
+             .readCatalogue = [&observer] { observer.data().readCatalogue(); }});
         return SingleInstance::Answer{std::move(answer.line), std::move(answer.afterwards)};
     });
     delegate = &appDelegate;
@@ -181,6 +202,7 @@ std::optional<int> runWithoutWindows(const CommandLine& line) {
                        .makeTyping = backend::makeTypingBackend,
                        .examineCapabilities = backend::examineCapabilities,
                        .catalogue = [] { return embedded(QStringLiteral(":/catalogue/events.json")).value_or(""); },
+                       .layers = catalogueLayers(line.overrides, nullptr),
                        .version = versionText,
                        .askRunning =
                            [](const std::string& request) {

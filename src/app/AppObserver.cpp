@@ -14,6 +14,7 @@ namespace {
 
 // So that Command and V are up before the typing starts.
 constexpr std::chrono::milliseconds pasteDelay{600};
+constexpr std::chrono::seconds updateDelay{3};
 constexpr std::size_t addAppMenuItemPosition = 0;
 
 }  // namespace
@@ -40,6 +41,8 @@ AppObserver::AppObserver(Needs needs)
     registerKeyMonitors();
     // The first notice of the desktop came before the last window was there.
     updateWindows();
+    // What the start does comes first.
+    if (data_.catalogueStatus()->fetches) needs_.scheduler.after(updateDelay, [this] { data_.updateCatalogueIfDue(); });
 }
 
 AppObserver::~AppObserver() {
@@ -86,6 +89,7 @@ void AppObserver::openOverlay() { setVisible(true); }
 void AppObserver::setVisible(bool visible, bool replayCamera) {
     visible_ = visible;
     updateWindows();
+    if (visible) data_.updateCatalogueIfDue();
     if (replayCamera) replayActionCamera();
     // The game has had its key before it loses the focus.
     clickFocus_.windowChanged();

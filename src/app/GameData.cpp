@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "catalogue/Days.h"
 namespace vantor {
 
 namespace {
@@ -16,10 +17,13 @@ LoaderContext contextOf(const GameData::Needs& needs) { return contextOf(needs, 
 
 GameData::GameData(const Needs& needs)
     : defaults_(needs.defaults),
+      clock_(needs.clock),
+      queue_(needs.queue),
       mainThread_(needs.mainThread),
       names_(std::make_shared<AchievementNames>(
           [this](std::vector<std::int64_t> ids) { achievements_.fetch(std::move(ids)); })),
       progressSession_(needs.session),
+      catalogue_(needs.catalogue, needs.defaults, needs.clock, needs.printLine, [this] { catalogueChanged(); }),
       eventsSections_(contextOf(needs), "EventsSection", needs.hosts.staticFiles + "/events.json", false, true),
       feed_(needs.clock, needs.defaults, needs.stop, [this] { announceLater(); }),
       beasts_(contextOf(needs), "BeastCategory", needs.hosts.staticFiles + "/categories/beasts.json", false, true),
@@ -40,7 +44,9 @@ GameData::GameData(const Needs& needs)
       chain_(
           needs.queue,
           {allCompletedAchievements_, eventsSections_, beasts_, eventsAchievementsCompletition_, bestiaryCompletition_},
-          [this](const auto& sections, const auto& progress) { return feed_.compute(sections, progress); }) {
+          [this](const auto& sections, const auto& progress) {
+              return feed_.compute(catalogue_.over(sections), progress);
+          }) {
     eventsSections_.onChange([this] { announceLater(); });
     allCompletedAchievements_.onChange([this] { announceLater(); });
     beasts_.onChange([this] { announceLater(); });
@@ -51,6 +57,7 @@ GameData::GameData(const Needs& needs)
 
 void GameData::start() {
     startedWithKey_ = hasKey();
+    readCatalogue();
     chain_.start();
 }
 
@@ -59,8 +66,41 @@ void GameData::restart() {
     chain_.restart();
 }
 
+void GameData::readPlayerFiles() {
+    queue_.post([this] {
+        catalogue_.readPlayerFiles();
+        catalogueChanged();
+    });
+}
+
+void GameData::readCatalogue() {
+    queue_.post([this] {
+        catalogue_.read();
+        catalogueChanged();
+    });
+}
+
+void GameData::rollBackCatalogue() {
+    queue_.post([this] {
+        if (catalogue_.rollBack()) catalogueChanged();
+    });
+}
+
+void GameData::updateCatalogueIfDue() {
+    // Where there is no host, not even a thread wakes for it.
+    if (catalogueStatus()->fetches) queue_.post([this] { catalogue_.askIfDue(); });
+}
+
+void GameData::catalogueChanged() {
+    announceLater();
+    chain_.catalogueChanged();
+}
+
 void GameData::followZone() {
     if (feed_.zoneChanged()) chain_.recompute();
+    // A festival begins or ends.
+    const auto status = catalogueStatus();
+    if (status->dated && status->day != dayNumber(clock_.now())) chain_.recompute();
 }
 
 DataState GameData::timersState() const { return feed_.timeline() ? DataState::ready : whyNothing(); }

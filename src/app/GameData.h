@@ -11,6 +11,7 @@
 #include "app/TimelineFeed.h"
 #include "base/MainThread.h"
 #include "base/Notice.h"
+#include "catalogue/LayeredCatalogue.h"
 #include "data/Catalogue.h"
 #include "data/DataChain.h"
 #include "data/JsonFetchable.h"
@@ -36,6 +37,7 @@ public:
         Hosts hosts;
         std::function<void(const std::string& line)> printLine;  // queue
         TimelineFeed::Stop stop;                                 // queue
+        LayeredCatalogue::Needs catalogue{};                     // what lies over the embedded one
     };
 
     explicit GameData(const Needs& needs);
@@ -46,7 +48,15 @@ public:
     void restart();
     // The timeline again from what is loaded; nothing is fetched. Call it when the player asks for it.
     void reloadEvents() { chain_.recompute(); }
-    // The timeline again if the zone's offset is another one than it was computed with.
+    // The player's catalogue files again, and the timeline with them.
+    void readPlayerFiles();
+    // The same with the updates, as another process left them.
+    void readCatalogue();
+    // The catalogue as it was before the update in force.
+    void rollBackCatalogue();
+    // Asks for a newer catalogue if it is time to. For when the windows are there, and when the player looks.
+    void updateCatalogueIfDue();
+    // The timeline again if the zone's offset is another one than it was computed with, or the day's sections are.
     void followZone();
 
     // Why there is a timeline, or none, and the same of the bestiary.
@@ -56,6 +66,7 @@ public:
     [[nodiscard]] auto beasts() const { return beasts_.snapshot().array; }
     [[nodiscard]] auto eventsProgress() const { return eventsAchievementsCompletition_.snapshot().array; }
     [[nodiscard]] auto bestiaryProgress() const { return bestiaryCompletition_.snapshot().array; }
+    [[nodiscard]] std::shared_ptr<const CatalogueStatus> catalogueStatus() const { return catalogue_.status(); }
     // Names of achievements, loaded when they are needed first.
     [[nodiscard]] AchievementNames& achievementNames() { return *names_; }
     // On the main thread, after a change of the timeline or of the state.
@@ -64,10 +75,13 @@ public:
 private:
     [[nodiscard]] bool hasKey() const;
     [[nodiscard]] DataState whyNothing() const;
+    void catalogueChanged();
     void announceLater();
     void announceNamesLater();
 
     const Defaults& defaults_;
+    const Clock& clock_;
+    TaskQueue& queue_;
     MainThread& mainThread_;
     // Shared with what is posted to the main thread and not yet run.
     std::shared_ptr<Notice> changed_ = std::make_shared<Notice>();
@@ -75,6 +89,7 @@ private:
     ApiRefusal progressSession_;
     bool startedWithKey_ = false;
 
+    LayeredCatalogue catalogue_;
     JsonFetchable<EventsSection> eventsSections_;
     TimelineFeed feed_;
     JsonFetchable<BeastCategory> beasts_;

@@ -96,6 +96,11 @@ struct EventsSection {
     std::optional<std::string> link;
     std::vector<Event> segments;
     EventsSequence sequences;
+    std::optional<std::string> note{};  // shown with each of its rows
+    // The first and the last day, such as "2026-10-13", of a section that comes and goes: they decide in place of
+    // `active`, which readers that do not know them go by.
+    std::optional<std::string> from{};
+    std::optional<std::string> until{};
 
     bool operator==(const EventsSection&) const = default;
 };
@@ -106,7 +111,8 @@ struct Fields<EventsSection> {
         std::tuple(Field{"id", &EventsSection::id}, Field{"category", &EventsSection::category},
                    Field{"name", &EventsSection::name}, Field{"active", &EventsSection::active},
                    Field{"link", &EventsSection::link}, Field{"segments", &EventsSection::segments},
-                   Field{"sequences", &EventsSection::sequences});
+                   Field{"sequences", &EventsSection::sequences}, Field{"note", &EventsSection::note},
+                   Field{"from", &EventsSection::from}, Field{"until", &EventsSection::until});
 };
 
 // One creature family.

@@ -85,6 +85,17 @@ void DataChain::recompute() {
     });
 }
 
+void DataChain::catalogueChanged() {
+    queue_.post([this] {
+        const auto& sections = loaders_.eventsSections.array();
+        // Not loaded yet: its load will compute.
+        if (sections.empty()) return;
+        const auto ids = computeTimeline_(sections, loaders_.eventsAchievementsCompletition.array());
+        loaders_.eventsAchievementsCompletition.assignNow(keptTo(loaders_.allCompletedAchievements.array(), ids));
+        (void)computeTimeline_(sections, loaders_.eventsAchievementsCompletition.array());
+    });
+}
+
 void DataChain::loadCatalogue(const Progress& progress) {
     loaders_.eventsSections.assignNow({});
     loaders_.eventsSections.fetchNow({}, [this, progress](std::vector<EventsSection> sections) {

@@ -35,6 +35,9 @@ public:
     void restart();
     // Any thread: the timeline again from what is loaded, as one task; nothing is fetched.
     void recompute();
+    // Any thread: the same after the catalogue to compute with became another one, with the progress on what it names
+    // now.
+    void catalogueChanged();
 
 private:
     using Progress = std::vector<AchievementCompletition>;

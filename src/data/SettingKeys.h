@@ -27,6 +27,8 @@ inline constexpr std::string_view timerIsSpecialEvent = "timer.isSpecialEvent";
 inline constexpr std::string_view timerWindowDuration = "timer.windowDuration";
 inline constexpr std::string_view timerWatchedWindowDuration = "timer.watchedWindowDuration";
 
+inline constexpr std::string_view fetchCatalogue = "catalogue.fetch";
+
 inline constexpr std::string_view watching = "events.watching";
 
 // Where the windows stood: "x y" or "x y width height", in points from the top left of the main screen.

@@ -47,6 +47,7 @@ OccurrenceRow occurrenceRow(const TimelineEvent& occurrence, RowPhase phase, int
     row.place = occurrence.sectionName();
     if (const std::string& category = occurrence.scheduled->sectionCategory; !category.empty())
         row.place += " · " + category;
+    if (const auto& note = occurrence.scheduled->sectionNote) row.place += " · " + *note;
     if (event.lfg) row.getThereBy = "get there by " + orStop(gatheringText(occurrence), occurrence) + " to LFG";
     row.chatlink = event.chatlink.value_or(std::string());
     row.wikiPage = event.link.value_or(std::string());

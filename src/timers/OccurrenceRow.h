@@ -20,7 +20,7 @@ struct OccurrenceRow {
     std::string remaining;                     // "gathering", "in 5 min", "now"
     std::string name;                          // as shown; a phase of a cycle without a name has a dash
     std::string eventName;                     // as the catalogue has it, by which it is watched
-    std::string place;                         // section and category
+    std::string place;                         // section, category and note
     std::string getThereBy;                    // empty when players need not gather early
     std::string chatlink;                      // empty when there is none
     std::string wikiPage;                      // empty when there is none

@@ -131,7 +131,7 @@ private:
             const Event& event = section_.segments[segment];
             if (include_(event, section_))
                 entry.scheduled = std::make_shared<const ScheduledEvent>(
-                    ScheduledEvent{event, section_.id, section_.name, section_.category});
+                    ScheduledEvent{event, section_.id, section_.name, section_.category, section_.note});
         }
         return entry.scheduled;
     }

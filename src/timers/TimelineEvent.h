@@ -16,6 +16,7 @@ struct ScheduledEvent {
     std::int64_t sectionId = 0;
     std::string sectionName;
     std::string sectionCategory;
+    std::optional<std::string> sectionNote{};
 
     bool operator==(const ScheduledEvent&) const = default;
 };

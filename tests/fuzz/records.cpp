@@ -1,14 +1,19 @@
 // The one decoder on any bytes, as each record of the catalogue, the bestiary and the web API; the first byte picks it.
 // A document decodes or its one-line error names the place; what decodes is written and read back equal; a required key
 // that goes is missed by its name, an optional one is simply absent. A catalogue that decodes gives a sorted timeline
-// or a fault, in bounded work.
+// or a fault, in bounded work. A layer over the embedded one is taken only if it can be computed with, and as an update
+// only with its maker's signature.
 
 #include <algorithm>
 
 #include "Fuzz.h"
+#include "catalogue/CatalogueUpdate.h"
+#include "catalogue/LayerCheck.h"
+#include "catalogue/Layers.h"
 #include "data/Catalogue.h"
 #include "data/Decoder.h"
 #include "data/WebApi.h"
+#include "fake/SignedCatalogue.h"
 #include "timers/Timeline.h"
 
 namespace vantor::fuzz {
@@ -53,9 +58,46 @@ void decode(std::string_view body, std::uint8_t choice) {
     if constexpr (std::is_same_v<Element, EventsSection>) schedule(*decoded.value, choice);
 }
 
-constexpr auto kinds = std::array{decode<EventsSection>, decode<BeastCategory>, decode<AchievementCompletition>,
-                                  decode<Account>,       decode<Achievement>,   decode<AchievementCategory>,
-                                  decode<Raid>,          decode<std::string>};
+// As the player's file: what is taken can be computed with over another catalogue, in every zone, and never stops it.
+void layer(std::string_view body, std::uint8_t choice) {
+    const auto read = readLayer(body);
+    if (!read.value) return requireLine(read.error, "an error is one line");
+    EventsSection section;
+    section.id = 3;
+    section.active = true;
+    section.segments.emplace_back().id = 1;
+    section.sequences.pattern.push_back({1, 60});
+    const std::vector embedded{section};
+    const auto sections = onDay(layered(embedded, *read.value), choice * 100);
+    const auto result = computeTimeline(sections, {}, {true, true, true, true, true, true, true}, (choice - 128) * 390);
+    require(std::holds_alternative<Timeline>(result), "what is taken can be computed with");
+    for (const std::string& line : differences(embedded, *read.value)) requireLine(line, "a difference is one line");
+}
+
+// As an update: the first line is the trusted comment, which a key signs, the rest the document. Once as it is and once
+// as somebody else's.
+void update(std::string_view text, std::uint8_t choice) {
+    static const CatalogueSigner maker(1), stranger(2);
+    const auto end = std::min(text.find('\n'), text.size());
+    const std::string_view body = text.substr(std::min(end + 1, text.size()));
+    const std::string comment(text.substr(0, end));
+    const auto read = readUpdate(maker.sign(body, comment), body, {maker.key()}, choice % 2);
+    if (!read.value) requireLine(read.error, "an error is one line");
+    if (read.value) layer(body, choice);
+    require(!readUpdate(stranger.sign(body, comment), body, {maker.key()}, 0).value, "a stranger is not believed");
+    require(!readUpdate(text, body, {maker.key()}, 0).value, "what is not signed is not believed");
+}
+
+constexpr auto kinds = std::array{decode<EventsSection>,
+                                  decode<BeastCategory>,
+                                  decode<AchievementCompletition>,
+                                  decode<Account>,
+                                  decode<Achievement>,
+                                  decode<AchievementCategory>,
+                                  decode<Raid>,
+                                  decode<std::string>,
+                                  layer,
+                                  update};
 
 }  // namespace
 

@@ -45,6 +45,7 @@ PROGRAMS = {
     "": ([UNIT, VIEWS], "Browser*:Web*:Lazy*:Style*:Feedback*:Appreciation*:ScriptGrid*:Accounts*:Credential*:Http*:JsonDefaults*"),
     "data": ([UNIT, THREADED], "JsonFetchable*:DataChain*:Records*:ScriptGrid*:Feedback*"),
     "timers": ([UNIT, VIEWS, ORACLE], "Time*:Watched*:Visible*:Occurrence*:Empty*:WordSearch*:Achievement*:Bestiary*"),
+    "catalogue": ([UNIT], "Layer*:Player*:Update*:Festivals*:Catalogue*:Fetch*:QtDownload*"),
     "input": ([UNIT, VIEWS], "KeyMap*:Clipboard*:Chat*:Hotkey*:ReadableKey*"),
     "app": ([UNIT, VIEWS], "App*:Api*:Settings*:Enabled*:StatusMenu*:Hotkey*:WindowPlaces*:Achievement*:CommandLine*:Moment*"
                            ":SystemClock*:TimelineCommand*"),

@@ -211,7 +211,7 @@ def setting_up(report, mac):
     setup = mac.tree / "packaging/setup.sh"
     mac.install("cmake", "qt", "python")
     (mac.brew / "Caskroom/font-lato").mkdir(parents=True)
-    wanted = "ninja ccache librsvg googletest fonttools font-eb-garamond clang-format".split()
+    wanted = "ninja ccache librsvg libsodium googletest fonttools font-eb-garamond clang-format".split()
     asked = mac.call(setup, "build", "checks")
     same(report, "it installs what is missing", asked.of("brew")[1:], [["brew", "install", "--quiet", *wanted]])
     for words, more, status, line in ((["build"], {"failing": "brew install"}, 1, "the installation failed"),

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <string_view>
 
+#include "catalogue/UpdateHost.h"
 #include "timers/DataFault.h"
 
 namespace vantor {
@@ -17,6 +18,8 @@ enum class Id {
     help,
     version,
     timeline,
+    checkCatalogue,
+    rollBackCatalogue,
     keyMap,
     type,
     press,
@@ -49,9 +52,13 @@ constexpr std::array options{
     Option{Id::timeline, Role::command, "--timeline", "", "print the day's timeline as the stored settings filter it"},
     Option{Id::json, Role::detail, "--json", "", "with --timeline or --key-map: as JSON"},
     Option{Id::catalogue, Role::detail, "--catalogue", "FILE",
-           "with --timeline: of this catalogue, not the built-in one"},
+           "with --timeline: of this catalogue alone, not of the one in use"},
     Option{Id::now, Role::detail, "--now", "ISO-8601", "with --timeline: as of this moment; local without an offset"},
     Option{Id::window, Role::detail, "--window", "", "with --timeline: only what the timers list would show"},
+    Option{Id::checkCatalogue, Role::command, "--catalogue-check", "FILE",
+           "say what is wrong with a catalogue file, or what it would change"},
+    Option{Id::rollBackCatalogue, Role::command, "--catalogue-rollback", "",
+           "go back to the catalogue before the last update, until a newer one comes"},
     Option{Id::keyMap, Role::command, "--key-map", "", "print the keys that type each text on this keyboard layout"},
     Option{Id::type, Role::command, "--type", "TEXT", "type TEXT into the focused application; - reads standard input"},
     Option{Id::press, Role::command, "--press", "TEXT",
@@ -94,7 +101,8 @@ public:
                       .wikiHost = environment("VANTOR_WIKI_HOST"),
                       .videoHost = environment("VANTOR_VIDEO_HOST"),
                       .searchHost = environment("VANTOR_SEARCH_HOST"),
-                      .feedbackHost = environment("VANTOR_FEEDBACK_HOST")};
+                      .feedbackHost = environment("VANTOR_FEEDBACK_HOST"),
+                      .catalogueHost = environment("VANTOR_CATALOGUE_HOST")};
     }
 
     [[nodiscard]] std::variant<CommandLine, UsageError> parse(std::span<const std::string> arguments) {
@@ -146,6 +154,7 @@ private:
             case Id::press:
             case Id::get:
             case Id::fill:
+            case Id::checkCatalogue:
                 text_ = operand;
                 break;
             case Id::set:
@@ -194,6 +203,9 @@ private:
         if (overrides_.staticFiles && !hasScheme(*overrides_.staticFiles, {"https://", "http://", "file:///", "qrc:/"}))
             return error("the place of the catalogue files is no http, https, file or qrc URL");
 
+        if (overrides_.catalogueHost && !isUpdateHost(*overrides_.catalogueHost))
+            return error("the host of the catalogue's updates is no https URL");
+
         const std::optional<Id> command = command_ ? std::optional(command_->id) : std::nullopt;
         for (const Id detail : details_)
             if (command != Id::timeline && !(detail == Id::json && command == Id::keyMap)) {
@@ -212,6 +224,10 @@ private:
                 timeline_.json = given(Id::json);
                 timeline_.windowOnly = given(Id::window);
                 return timeline_;
+            case Id::checkCatalogue:
+                return CheckCatalogue{text_};
+            case Id::rollBackCatalogue:
+                return RollBackCatalogue{};
             case Id::keyMap:
                 return PrintKeyMap{given(Id::json)};
             case Id::type:

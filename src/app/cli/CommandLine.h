@@ -34,6 +34,16 @@ struct PrintTimeline {
 
     bool operator==(const PrintTimeline&) const = default;
 };
+// Whether a catalogue file would be taken, and what it would change.
+struct CheckCatalogue {
+    std::string file;
+
+    bool operator==(const CheckCatalogue&) const = default;
+};
+// The catalogue as it was before its last update.
+struct RollBackCatalogue {
+    bool operator==(const RollBackCatalogue&) const = default;
+};
 struct PrintKeyMap {
     bool json = false;
 
@@ -69,15 +79,16 @@ struct PrintSetting {
 
 // Something for the Vantor that runs already.
 struct AskRunning {
-    enum class What { toggleApp, fill, quit };
+    enum class What { toggleApp, fill, readCatalogue, quit };
     What what = What::toggleApp;
     std::optional<std::string> username{};  // with fill
 
     bool operator==(const AskRunning&) const = default;
 };
 
-using Command = std::variant<StartProgram, ShowHelp, ShowVersion, RunDoctor, PrintTimeline, PrintKeyMap, TypeText,
-                             PressText, ChangeSettings, PrintSetting, AskRunning>;
+using Command =
+    std::variant<StartProgram, ShowHelp, ShowVersion, RunDoctor, PrintTimeline, CheckCatalogue, RollBackCatalogue,
+                 PrintKeyMap, TypeText, PressText, ChangeSettings, PrintSetting, AskRunning>;
 
 // From an option, else from the environment, else nothing: the default is taken.
 struct Overrides {
@@ -89,6 +100,8 @@ struct Overrides {
     std::optional<std::string> videoHost{};     // VANTOR_VIDEO_HOST
     std::optional<std::string> searchHost{};    // VANTOR_SEARCH_HOST
     std::optional<std::string> feedbackHost{};  // VANTOR_FEEDBACK_HOST
+    // The same for updates of the catalogue, which are believed only if they are signed.
+    std::optional<std::string> catalogueHost{};  // VANTOR_CATALOGUE_HOST
 
     bool operator==(const Overrides&) const = default;
 };

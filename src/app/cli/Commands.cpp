@@ -4,9 +4,11 @@
 #include <iterator>
 #include <ostream>
 
+#include "app/cli/CatalogueCommand.h"
 #include "app/cli/DoctorCommand.h"
 #include "app/cli/SettingsCommand.h"
 #include "app/cli/TimelineCommand.h"
+#include "catalogue/CatalogueWords.h"
 #include "input/ClipboardManager.h"
 #include "input/KeyMap.h"
 
@@ -22,13 +24,28 @@ public:
 
     std::optional<int> operator()(const StartProgram&) const { return std::nullopt; }
     std::optional<int> operator()(const ShowHelp&) const { return print(helpText()); }
-    std::optional<int> operator()(const ShowVersion&) const { return print(needs_.version()); }
+    std::optional<int> operator()(const ShowVersion&) const {
+        return print(needs_.version() + "catalogue " + catalogueText(readStoredCatalogue(needs_.layers).status) + "\n");
+    }
     std::optional<int> operator()(const RunDoctor&) const {
-        return print(capabilitiesAsText(needs_.examineCapabilities()));
+        return print(
+            capabilitiesAsText(needs_.examineCapabilities(), catalogueRows(readStoredCatalogue(needs_.layers))));
     }
     std::optional<int> operator()(const PrintTimeline& command) const {
+        StoredCatalogue stored;
+        if (!command.catalogueFile) stored = readStoredCatalogue(needs_.layers);
+        for (const std::string& fault : stored.faults) needs_.err << "vantor: " << fault << "\n";
         return runTimeline(command, needs_.catalogue(), *needs_.makeDefaults(), *needs_.makeClock(), needs_.out,
-                           needs_.err);
+                           needs_.err, stored.above);
+    }
+    std::optional<int> operator()(const CheckCatalogue& command) const {
+        return runCatalogueCheck(command, needs_.catalogue(), needs_.layers, needs_.out, needs_.err);
+    }
+    std::optional<int> operator()(const RollBackCatalogue&) const {
+        const int status = runCatalogueRollback(needs_.layers, needs_.out, needs_.err);
+        // A Vantor that runs reads it anew; where none does, nobody has to.
+        if (status == 0) (void)needs_.askRunning(requestLine({AskRunning::What::readCatalogue}));
+        return status;
     }
     std::optional<int> operator()(const PrintKeyMap&) const {
         const auto layout = needs_.makeKeyboardLayout();

@@ -10,6 +10,7 @@
 
 #include "app/cli/CommandLine.h"
 #include "app/cli/RemoteCommand.h"
+#include "catalogue/LayeredCatalogue.h"
 #include "platform/Capability.h"
 #include "platform/Clock.h"
 #include "platform/Defaults.h"
@@ -26,6 +27,7 @@ struct CommandNeeds {
     std::function<std::unique_ptr<TypingBackend>()> makeTyping;           // may be null
     std::function<std::vector<Capability>()> examineCapabilities;
     std::function<std::string()> catalogue;  // the embedded one
+    LayeredCatalogue::Needs layers{};        // what lies over it
     std::function<std::string()> version;    // with a line feed at its end
     std::function<RemoteReply(const std::string& line)> askRunning;
     Pause& pause;

@@ -22,6 +22,8 @@ std::string requestLine(const AskRunning& command) {
         case AskRunning::What::fill:
             return fillWord +
                    QByteArray::fromStdString(command.username.value_or("")).toPercentEncoding().toStdString();
+        case AskRunning::What::readCatalogue:
+            return "read-catalogue";
         case AskRunning::What::quit:
             break;
     }
@@ -30,6 +32,7 @@ std::string requestLine(const AskRunning& command) {
 
 std::optional<AskRunning> parseRequest(const std::string& line) {
     if (line == "toggle-app") return AskRunning{AskRunning::What::toggleApp};
+    if (line == "read-catalogue") return AskRunning{AskRunning::What::readCatalogue};
     if (line == "quit") return AskRunning{AskRunning::What::quit};
     if (!line.starts_with(fillWord)) return std::nullopt;
     return AskRunning{
@@ -64,6 +67,9 @@ RemoteAnswer answerRequest(const std::string& line, const RemoteActions& actions
         case AskRunning::What::fill:
             if (!actions.isAccount(*command->username)) return {.line = unknownName};
             actions.fillCredentials(*command->username);
+            break;
+        case AskRunning::What::readCatalogue:
+            actions.readCatalogue();
             break;
         case AskRunning::What::quit:
             return {.line = done, .afterwards = actions.quit};

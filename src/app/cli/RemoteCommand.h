@@ -29,6 +29,7 @@ struct RemoteActions {
     std::function<bool(const std::string& username)> isAccount;
     std::function<void(const std::string& username)> fillCredentials;
     std::function<void()> quit;
+    std::function<void()> readCatalogue{};
 };
 struct RemoteAnswer {
     std::string line;

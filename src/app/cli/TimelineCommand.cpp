@@ -1,12 +1,13 @@
 #include "app/cli/TimelineCommand.h"
 
-#include <QtCore/QByteArray>
-#include <QtCore/QFile>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
 #include <iomanip>
 
+#include "app/cli/CatalogueCommand.h"
+#include "catalogue/Days.h"
+#include "catalogue/Layers.h"
 #include "data/Decoder.h"
 #include "timers/DataFault.h"
 #include "timers/TimeText.h"
@@ -16,13 +17,6 @@
 namespace vantor {
 
 namespace {
-
-std::optional<std::string> contentsOf(const std::string& name) {
-    QFile file(QFile::decodeName(QByteArray::fromStdString(name)));
-    if (!file.open(QIODevice::ReadOnly)) return std::nullopt;
-    const QByteArray contents = file.readAll();
-    return file.error() == QFileDevice::NoError ? std::optional(contents.toStdString()) : std::nullopt;
-}
 
 struct Row {
     const TimelineEvent& occurrence;
@@ -80,7 +74,7 @@ void writeTable(const std::vector<Row>& rows, std::ostream& out) {
 }  // namespace
 
 int runTimeline(const PrintTimeline& request, std::string_view embeddedCatalogue, const Defaults& defaults,
-                const Clock& clock, std::ostream& out, std::ostream& err) {
+                const Clock& clock, std::ostream& out, std::ostream& err, const std::vector<EventsSection>& above) {
     std::string fileText;
     if (request.catalogueFile) {
         auto contents = contentsOf(*request.catalogueFile);
@@ -90,17 +84,19 @@ int runTimeline(const PrintTimeline& request, std::string_view embeddedCatalogue
         }
         fileText = *std::move(contents);
     }
-    const auto sections = decodeJson<std::vector<EventsSection>>(request.catalogueFile ? fileText : embeddedCatalogue);
+    auto sections = decodeJson<std::vector<EventsSection>>(request.catalogueFile ? fileText : embeddedCatalogue);
     if (!sections.value) {
         err << oneLine("Error filling Array<EventsSection>: " + sections.error) << "\n";
         return 1;
     }
+    if (!request.catalogueFile) sections.value = layered(*std::move(sections.value), above);
 
     const auto dataFault = [&](const TimelineFault& fault) {
         err << oneLine("vantor: " + describe(fault)) << "\n";
         return dataFaultStatus;
     };
     const Clock::Seconds now = request.now ? resolve(*request.now, clock) : clock.now();
+    sections.value = onDay(*std::move(sections.value), dayNumber(now));
     auto computed = computeTimeline(*sections.value, {}, readTimerFilters(defaults), clock.utcOffsetSeconds(now));
     if (const auto* fault = std::get_if<TimelineFault>(&computed)) return dataFault(*fault);
     auto& occurrences = std::get<Timeline>(computed).events;

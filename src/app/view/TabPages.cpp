@@ -5,6 +5,8 @@
 #include "accounts/view/AccountsView.h"
 #include "app/GameData.h"
 #include "app/WindowPlaces.h"
+#include "app/view/CatalogueView.h"
+#include "catalogue/CatalogueWords.h"
 #include "feedback/view/Support.h"
 #include "input/view/HotkeyButton.h"
 #include "input/view/HotkeyText.h"
@@ -35,18 +37,20 @@ QWidget* makeTimersTab(DataPart& data, TypingPart& typing, SettingsPart& setting
                        const TabLinks& links, QWidget* parent) {
     GameData& gameData = data.data();
     const ChatLinkNeeds chatLink{typing.clipboardManager(), typing.pasteboard(), settings.defaults()};
-    return new TimersView({.source = timelineOf(data, settings),
-                           .state = [&gameData] { return gameData.timersState(); },
-                           .progress = [&gameData] { return gameData.eventsProgress(); },
-                           .names = gameData.achievementNames(),
-                           .makeWaypointButton =
-                               [&needs, chatLink](const QString& link, QWidget* row) {
-                                   return new WaypointButton(link, chatLink, needs.scheduler, row);
-                               },
-                           .openWiki = [&needs, open = links.openPage](
-                                           const std::string& page) { open(wikiPageAddress(needs.webHosts, page)); },
-                           .emptyActions = links.emptyActions},
-                          parent);
+    return new TimersView(
+        {.source = timelineOf(data, settings),
+         .state = [&gameData] { return gameData.timersState(); },
+         .progress = [&gameData] { return gameData.eventsProgress(); },
+         .names = gameData.achievementNames(),
+         .makeWaypointButton = [&needs, chatLink](
+                                   const QString& link,
+                                   QWidget* row) { return new WaypointButton(link, chatLink, needs.scheduler, row); },
+         .openWiki = [&needs,
+                      open = links.openPage](const std::string& page) { open(wikiPageAddress(needs.webHosts, page)); },
+         .emptyActions = links.emptyActions,
+         .aged = [&gameData,
+                  &clock = data.clock()] { return agedText(gameData.catalogueStatus()->facts, clock.now()); }},
+        parent);
 }
 
 QWidget* makeBestiaryTab(DataPart& data, const ViewNeeds& needs, const TabLinks& links, QWidget* parent) {
@@ -88,7 +92,17 @@ SettingsView* makeSettingsTab(SettingsPart& settings, TypingPart& typing, Accoun
              },
          .makeTimersPage =
              [&settings, &data](QWidget* page) {
-                 return new TimerSettingsView(settings.defaults(), [&data] { data.data().reloadEvents(); }, page);
+                 GameData& gameData = data.data();
+                 const CatalogueNeeds catalogue{
+                     .status = [&gameData] { return gameData.catalogueStatus(); },
+                     .observe = [&gameData](auto handler) { return gameData.observe(std::move(handler)); },
+                     .readPlayerFiles = [&gameData] { gameData.readPlayerFiles(); },
+                     .rollBack = [&gameData] { gameData.rollBackCatalogue(); },
+                     .defaults = settings.defaults()};
+                 return new TimerSettingsView(
+                     settings.defaults(), [&gameData] { gameData.reloadEvents(); }, page,
+                     {.belowFilters = [&](QWidget* inside) { return new FestivalsHint(catalogue, inside); },
+                      .atEnd = [&](QWidget* inside) { return new CatalogueView(catalogue, inside); }});
              },
          .makeAccountsPage =
              [&accounts](QWidget* page) {

@@ -49,7 +49,8 @@ GW2Slider* windowSlider(Defaults& defaults, std::string_view key, const QString&
 
 }  // namespace
 
-TimerSettingsView::TimerSettingsView(Defaults& defaults, std::function<void()> reloadEvents, QWidget* parent)
+TimerSettingsView::TimerSettingsView(Defaults& defaults, std::function<void()> reloadEvents, QWidget* parent,
+                                     const More& more)
     : QWidget(parent), updated_(new TextBlock(TextRole::success, QStringLiteral("Timers updated!"), this)) {
     auto* const page = new QWidget;
     auto* const column = new QVBoxLayout(page);
@@ -62,6 +63,7 @@ TimerSettingsView::TimerSettingsView(Defaults& defaults, std::function<void()> r
         toggle->bind(defaults, filter.key, TimerFilters().*filter.byDefault);
         column->addWidget(toggle);
     }
+    if (more.belowFilters) column->addWidget(more.belowFilters(page));
     column->addSpacing(12);
     const auto shown = QStringLiteral("Shown events - time window");
     column->addWidget(new SectionTitle(shown, page));
@@ -79,6 +81,10 @@ TimerSettingsView::TimerSettingsView(Defaults& defaults, std::function<void()> r
     row->addWidget(reload);
     row->addWidget(updated_, 1);
     column->addLayout(row);
+    if (more.atEnd) {
+        column->addSpacing(16);
+        column->addWidget(more.atEnd(page));
+    }
     column->addStretch(1);
 
     for (auto* const slider : page->findChildren<QAbstractSlider*>()) slider->installEventFilter(this);

@@ -13,8 +13,14 @@ class TextBlock;
 
 class TimerSettingsView : public QWidget {
 public:
+    // What others put on the page, or nothing.
+    struct More {
+        std::function<QWidget*(QWidget* page)> belowFilters;
+        std::function<QWidget*(QWidget* page)> atEnd;
+    };
+
     // reloadEvents: computes the timeline again from what is loaded.
-    TimerSettingsView(Defaults& defaults, std::function<void()> reloadEvents, QWidget* parent);
+    TimerSettingsView(Defaults& defaults, std::function<void()> reloadEvents, QWidget* parent, const More& more = {});
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -100,6 +100,8 @@ void TimersView::showCount(double windowMinutes) {
     if (occurrences_.size() < occurrences_.inWindow())
         text += QStringLiteral(" of ") + QString::number(occurrences_.inWindow());
     text += QStringLiteral(" in the next ") + QString::fromStdString(windowText(windowMinutes));
+    if (const std::string aged = needs_.aged ? needs_.aged() : std::string(); !aged.empty())
+        text += QStringLiteral(" · ") + QString::fromStdString(aged);
     if (text != count_->text()) count_->setText(text);
     count_->show();
 }

@@ -30,6 +30,8 @@ struct TimersNeeds {
     std::function<void(const std::string& page)> openWiki;
     // `clearSearch` is the tab's own.
     EmptyListActions emptyActions;
+    // Beside the count where the times are old; empty where they are not.
+    std::function<std::string()> aged{};
 };
 
 class TimersView : public QWidget {
