@@ -164,7 +164,9 @@ TEST_F(Fetch, AsksNobodyWithoutAHostOrWhenSwitchedOffAndIsNotFooledByTheClock) {
 
     for (const char* host : {"https://files.example", "http://127.0.0.1:8000", "http://localhost:1"})
         EXPECT_TRUE(isUpdateHost(host)) << host;
-    for (const char* host : {"", "https://", "http://files.example", "http://127.0.0.1.example", "file:///tmp"})
+    for (const char* host :
+         {"", "https://", "https:///", "https://a b", "https://files.example/", "http://files.example",
+          "http://127.0.0.1.example", "http://127.0.0.1:80@files.example", "file:///tmp"})
         EXPECT_FALSE(isUpdateHost(host)) << host;
 }
 
