@@ -5,6 +5,7 @@
 
 #include "catalogue/Days.h"
 #include "catalogue/LayerCheck.h"
+#include "timers/DataFault.h"
 
 namespace vantor {
 
@@ -19,7 +20,9 @@ std::optional<std::int64_t> positive(const std::string& text) {
     return number;
 }
 
-Decoded<CatalogueFacts> refused(std::string what) { return {std::nullopt, "trusted comment: " + std::move(what)}; }
+Decoded<CatalogueFacts> refused(std::string what) {
+    return {std::nullopt, oneLine("trusted comment: " + std::move(what))};
+}
 
 }  // namespace
 
