@@ -97,17 +97,17 @@ Decoded<bool> CatalogueUpdates::offer(const std::string& signature, const std::s
                                       std::size_t sectionsBefore) {
     // Another Vantor may have changed it since.
     readState();
-    const auto wanted = wants(signature);
+    auto wanted = wants(signature);
     if (!wanted.value || !*wanted.value) return wanted;
     auto update = readUpdate(signature, body, needs_.keys, sectionsBefore);
     if (!update.value) return {std::nullopt, update.error};
 
     // At each step what is in force before or after it is whole on disk, and the newest is noted last.
-    const Decoded<bool> unwritten{std::nullopt, "the cache folder cannot be written to"};
+    const auto unwritten = [] { return Decoded<bool>{std::nullopt, "the cache folder cannot be written to"}; };
     const bool keep = counts(current_);
-    if (keep && !needs_.files->replace(previousName, current_->stored)) return unwritten;
+    if (keep && !needs_.files->replace(previousName, current_->stored)) return unwritten();
     Held held{together(signature, body), *std::move(update.value)};
-    if (!needs_.files->replace(currentName, held.stored)) return unwritten;
+    if (!needs_.files->replace(currentName, held.stored)) return unwritten();
     if (keep) previous_ = std::move(current_);
     current_ = std::move(held);
     state_.highest = current_->update.facts.version;

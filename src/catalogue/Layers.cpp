@@ -33,11 +33,11 @@ Day dayOf(EventsSection section) {
 void appendTimes(const Day& before, const Day& after, std::vector<std::string>& lines) {
     for (const auto& [name, times] : after)
         if (const auto old = before.find(name); old == before.end())
-            lines.push_back("  " + name + ": new, at" + times);
+            lines.emplace_back("  ").append(name).append(": new, at").append(times);
         else if (old->second != times)
-            lines.push_back("  " + name + ": at" + times + ", was" + old->second);
+            lines.emplace_back("  ").append(name).append(": at").append(times).append(", was").append(old->second);
     for (const auto& [name, times] : before)
-        if (!after.contains(name)) lines.push_back("  " + name + ": gone");
+        if (!after.contains(name)) lines.emplace_back("  ").append(name).append(": gone");
 }
 
 }  // namespace

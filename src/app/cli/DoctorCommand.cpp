@@ -17,6 +17,7 @@ std::vector<DoctorRow> catalogueRows(const StoredCatalogue& stored) {
 
 std::string capabilitiesAsText(const std::vector<Capability>& capabilities, const std::vector<DoctorRow>& more) {
     std::vector<DoctorRow> rows;
+    rows.reserve(capabilities.size() + more.size());
     for (const auto& each : capabilities) rows.push_back({capabilityName(each.kind), each.present, each.advice});
     rows.insert(rows.end(), more.begin(), more.end());
     std::size_t widest = 0;
