@@ -115,7 +115,7 @@ public:
     // What the screen shows, of the window's head: its title and the tabs.
     [[nodiscard]] std::string head(xcb_window_t window) const {
         constexpr std::int16_t left = 40, top = 20;
-        constexpr std::uint16_t width = 600, height = 80;
+        constexpr std::uint16_t width = 300, height = 80;
         const auto cookie = xcb_translate_coordinates(connection_, window, root_, left, top);
         const Owned<xcb_translate_coordinates_reply_t> at(
             xcb_translate_coordinates_reply(connection_, cookie, nullptr));
@@ -271,6 +271,7 @@ Instant awaitPixels(const Server& server, xcb_window_t window, std::chrono::mill
         } else if (now - since > settled) {
             return since;
         }
+        usleep(1'000);  // the server paints for the program as well
     }
 }
 
