@@ -1,12 +1,17 @@
 #!/usr/bin/env python3
 """Who may include whom: holds every #include below src/ against the rooms' rules. The build guards the same by what each
-room links; this also catches headers that are reachable by chance."""
+room links; this also catches headers that are reachable by chance. And that every planned break still fits its line."""
 
 import re
 import sys
 from pathlib import Path
 
-SOURCE = Path(__file__).resolve().parents[2] / "src"
+TOP = Path(__file__).resolve().parents[2]
+SOURCE = TOP / "src"
+sys.dont_write_bytecode = True
+sys.path.insert(0, str(TOP / "tests/mutate"))
+import mutate  # noqa: E402
+
 # room: the rooms that it may include besides itself, the base and the seam
 RULES = {
     "base": set(),
@@ -83,6 +88,9 @@ def main() -> int:
                 faults.append(f"{where}: X11 outside platform/linux")
             elif re.match(r"(Foundation|AppKit|CoreGraphics|WebKit|Security)/", name) and here != "platform/macos":
                 faults.append(f"{where}: a framework of macOS outside platform/macos")
+    # A break that fits no line any more would be tried by nobody.
+    for mutants in sorted((TOP / "tests/mutate").glob("mutants*.txt")):
+        faults += mutate.misfits(mutate.read_list(mutants))
     print("\n".join(faults) if faults else "layers: every include points down")
     return 1 if faults else 0
 

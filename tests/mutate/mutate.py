@@ -17,7 +17,6 @@ import shutil
 import signal
 import subprocess
 import sys
-import time
 import zlib
 
 TOP = pathlib.Path(__file__).resolve().parents[2]
@@ -75,8 +74,13 @@ class Mutant:
 
 
 def read_list(path):
-    lines = [line for line in path.read_text().splitlines() if line and not line.startswith("#")]
-    return [Mutant(re.sub(r"\|\s*$", "| ", line)) for line in lines]
+    return [Mutant(re.sub(r"\|\s*$", "| ", line)) for line in path.read_text().splitlines() if line and line[0] != "#"]
+
+
+def misfits(mutants):
+    """What the code no longer has, or has more than once: a line each."""
+    texts = {file: (TOP / file).read_text() if (TOP / file).is_file() else "" for file in {mutant.file for mutant in mutants}}
+    return [f"mutate: not once in {each.file}: {each.old}" for each in mutants if texts[each.file].count(each.old) != 1]
 
 
 def mutated(file, text, mutants):
@@ -99,9 +103,6 @@ def make_copy(mutants):
     by_file = {}
     for mutant in mutants:
         by_file.setdefault(mutant.file, []).append(mutant)
-    lost = [mutant for mutant in mutants if files.get(mutant.file, b"").decode().count(mutant.old) != 1]
-    if lost:
-        sys.exit("\n".join(f"mutate: not once in {mutant.file}: {mutant.old}" for mutant in lost))
     for name, some in by_file.items():
         files[name] = mutated(name, files[name].decode(), some).encode()
     files["src/mutant.h"] = HEADER.encode()
@@ -110,7 +111,7 @@ def make_copy(mutants):
         if not target.is_file() or target.read_bytes() != content:
             target.parent.mkdir(parents=True, exist_ok=True)
             target.write_bytes(content)
-            if name != "src/mutant.h":
+            if (TOP / name).is_file():
                 shutil.copymode(TOP / name, target)
     for folder in {name.split("/")[0] for name in files}:
         for old in (COPY / folder).rglob("*"):
@@ -168,6 +169,8 @@ def main():
     parser.add_argument("--list", type=pathlib.Path, default=pathlib.Path(__file__).with_name("mutants.txt"))
     options = parser.parse_args()
     known = read_list(options.list)
+    if lost := misfits(known):
+        sys.exit("\n".join(lost))
     if wrong := set(options.rooms) - {mutant.room for mutant in known}:
         sys.exit(f"mutate: no mutants of {', '.join(sorted(wrong))}")
     make_copy(known)
@@ -177,10 +180,8 @@ def main():
     programs = [program for mutant in chosen for program in mutant.programs]
     build(programs)
     for program in {tuple(program) for program in programs}:
-        started = time.monotonic()
         if not is_green(list(program)):
             sys.exit(f"mutate: {' '.join(program)} is red without any mutant")
-        print(f"{' '.join(program)}: {time.monotonic() - started:.0f} s", flush=True)
     table = {}
     with concurrent.futures.ThreadPoolExecutor(2) as pool:
         for mutant, survived in zip(chosen, pool.map(survives, chosen)):
