@@ -63,6 +63,7 @@ public:
     [[nodiscard]] DataState timersState() const;
     [[nodiscard]] DataState bestiaryState() const;
     [[nodiscard]] std::shared_ptr<const Timeline> timeline() const { return feed_.timeline(); }
+    [[nodiscard]] std::shared_ptr<const Timeline> shownTimeline() const { return feed_.shown(); }
     [[nodiscard]] auto beasts() const { return beasts_.snapshot().array; }
     [[nodiscard]] auto eventsProgress() const { return eventsAchievementsCompletition_.snapshot().array; }
     [[nodiscard]] auto bestiaryProgress() const { return bestiaryCompletition_.snapshot().array; }

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "timers/ShownTimeline.h"
+
 namespace vantor {
 
 TimelineFeed::TimelineFeed(const Clock& clock, const Defaults& defaults, Stop stop, Published published)
@@ -16,9 +18,11 @@ std::vector<std::int64_t> TimelineFeed::compute(const std::vector<EventsSection>
         return {};
     }
     auto timeline = std::make_shared<const Timeline>(std::get<Timeline>(std::move(computed)));
+    auto shown = std::make_shared<const Timeline>(shownTimeline(*timeline, offset));
     {
         const std::lock_guard lock(mutex_);
         timeline_ = timeline;
+        shown_ = std::move(shown);
         utcOffsetSeconds_ = offset;
     }
     published_();
@@ -28,6 +32,11 @@ std::vector<std::int64_t> TimelineFeed::compute(const std::vector<EventsSection>
 std::shared_ptr<const Timeline> TimelineFeed::timeline() const {
     const std::lock_guard lock(mutex_);
     return timeline_;
+}
+
+std::shared_ptr<const Timeline> TimelineFeed::shown() const {
+    const std::lock_guard lock(mutex_);
+    return shown_;
 }
 
 bool TimelineFeed::zoneChanged() {

@@ -31,6 +31,8 @@ public:
 
     // Nothing before the first computation.
     [[nodiscard]] std::shared_ptr<const Timeline> timeline() const;
+    // The same for lists: with the evenings before and after.
+    [[nodiscard]] std::shared_ptr<const Timeline> shown() const;
     // True once for each change of the zone's offset since the last computation, and never before the first one.
     [[nodiscard]] bool zoneChanged();
 
@@ -42,6 +44,7 @@ private:
 
     mutable std::mutex mutex_;
     std::shared_ptr<const Timeline> timeline_;
+    std::shared_ptr<const Timeline> shown_;
     int utcOffsetSeconds_ = 0;
 };
 

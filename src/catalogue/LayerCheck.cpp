@@ -17,7 +17,6 @@ namespace {
 using Fault = std::optional<std::string>;
 
 constexpr std::int64_t highestId = 99;
-constexpr std::int64_t minutesPerDay = 1440;
 // Of all sections together. A real day takes some two thousand; 105 zones must be computed within a moment.
 constexpr std::int64_t stepsPerDay = 50'000;
 // Beyond any real schedule, and within what a clock can show.

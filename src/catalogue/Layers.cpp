@@ -22,7 +22,7 @@ Day dayOf(EventsSection section) {
     Day day;
     if (const auto* timeline = std::get_if<Timeline>(&computed))
         for (const TimelineEvent& occurrence : timeline->events) {
-            if (occurrence.startMinute >= 1440) continue;
+            if (occurrence.startMinute >= minutesPerDay) continue;
             const Event& event = occurrence.event();
             std::string& times = day[event.name + (event.chatlink ? " " + *event.chatlink : "")];
             times += " " + startText(occurrence).value_or("");

@@ -4,19 +4,11 @@
 #include <utility>
 
 #include "timers/AchievementBlock.h"
-#include "timers/DataFault.h"
 #include "timers/TimeText.h"
 
 namespace vantor {
 
 namespace {
-
-std::string orStop(std::optional<std::string> text, const TimelineEvent& occurrence) {
-    if (!text)
-        stopForDataFault("events catalogue, section \"" + occurrence.sectionName() + "\", event " +
-                         std::to_string(occurrence.event().id) + ": its time is beyond all clocks");
-    return *std::move(text);
-}
 
 std::string remainingOf(const TimelineEvent& occurrence, RowPhase phase, int now) {
     // Within the minute of its start an occurrence is still listed.
@@ -40,7 +32,7 @@ OccurrenceRow occurrenceRow(const TimelineEvent& occurrence, RowPhase phase, int
     OccurrenceRow row;
     row.id = occurrence.id;
     row.phase = phase;
-    row.time = orStop(startText(occurrence), occurrence);
+    row.time = clockText(occurrence.startMinute);
     row.remaining = remainingOf(occurrence, phase, now);
     row.eventName = event.name;
     row.name = event.name.empty() ? "–" : event.name;
@@ -48,7 +40,7 @@ OccurrenceRow occurrenceRow(const TimelineEvent& occurrence, RowPhase phase, int
     if (const std::string& category = occurrence.scheduled->sectionCategory; !category.empty())
         row.place += " · " + category;
     if (const auto& note = occurrence.scheduled->sectionNote) row.place += " · " + *note;
-    if (event.lfg) row.getThereBy = "get there by " + orStop(gatheringText(occurrence), occurrence) + " to LFG";
+    if (event.lfg) row.getThereBy = "get there by " + clockText(occurrence.gatheringMinute()) + " to LFG";
     row.chatlink = event.chatlink.value_or(std::string());
     row.wikiPage = event.link.value_or(std::string());
     row.accent = accentOf(event);

@@ -26,6 +26,11 @@ std::optional<std::string> timeText(double minutes) {
     return std::string(text, static_cast<std::size_t>(length));
 }
 
+std::string clockText(std::int64_t minute) {
+    const std::int64_t ofDay = (minute % minutesPerDay + minutesPerDay) % minutesPerDay;
+    return timeText(static_cast<double>(ofDay)).value_or(std::string());
+}
+
 std::string remainingText(std::int64_t minutes) {
     if (minutes <= 0) return "now";
     const std::int64_t hours = minutes / 60;

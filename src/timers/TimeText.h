@@ -22,6 +22,9 @@ namespace vantor {
     return timeText(occurrence.id);
 }
 
+// The same of a minute counted from any local midnight, as a clock shows it: 10 before midnight is "23:50".
+[[nodiscard]] std::string clockText(std::int64_t minute);
+
 // "now", "5 min", "1 h", "2 h 05 min".
 [[nodiscard]] std::string remainingText(std::int64_t minutes);
 

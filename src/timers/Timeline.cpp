@@ -11,7 +11,6 @@ namespace {
 
 using AchievementIds = std::unordered_set<std::int64_t>;
 
-constexpr std::int64_t minutesPerDay = 1440;
 // Of all sections together. A day takes some thousands; a schedule that starts years ago, or a damaged file, could take
 // all memory before its end is seen.
 constexpr std::size_t stepLimit = 2'000'000;
@@ -115,11 +114,7 @@ private:
     [[nodiscard]] bool append(const std::shared_ptr<const ScheduledEvent>& scheduled) {
         std::int64_t gathering = 0;
         if (__builtin_sub_overflow(start_, scheduled->event.lfg.value_or(0), &gathering)) return false;
-        const double eventPart = static_cast<double>(scheduled->event.id) / 10000.0;
-        const double sectionPart = static_cast<double>(section_.id) / 100.0;
-        // The order of these additions is part of the identity: another one rounds differently.
-        const double id = eventPart + sectionPart + static_cast<double>(gathering);
-        occurrences_.push_back({id, start_, scheduled});
+        occurrences_.push_back({packedId(gathering, section_.id, scheduled->event.id), start_, scheduled});
         return true;
     }
 

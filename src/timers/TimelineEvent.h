@@ -21,6 +21,15 @@ struct ScheduledEvent {
     bool operator==(const ScheduledEvent&) const = default;
 };
 
+inline constexpr std::int64_t minutesPerDay = 1440;
+
+// The order of these additions is part of the identity: another one rounds differently.
+[[nodiscard]] inline double packedId(std::int64_t gatheringMinute, std::int64_t sectionId, std::int64_t eventId) {
+    const double eventPart = static_cast<double>(eventId) / 10000.0;
+    const double sectionPart = static_cast<double>(sectionId) / 100.0;
+    return eventPart + sectionPart + static_cast<double>(gatheringMinute);
+}
+
 struct TimelineEvent {
     // Minutes from local midnight at which players gather, with the section's and the event's id packed in the
     // fraction.

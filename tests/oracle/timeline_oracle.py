@@ -91,6 +91,18 @@ def occurrences(section, filters, offset_minutes):
             raise Fault(section["id"], "sequences.pattern")
 
 
+def with_neighbours(day, offset_minutes):
+    """The days before and after as well, each occurrence once; what runs beyond a day is the next one's."""
+    found = {}
+    for shift in (-1440, 0, 1440):
+        for _, start, gathering, section, event in day:
+            if start < offset_minutes + 1440 and -2**63 <= gathering + shift < 2**63:
+                packed = event["id"] / 10000.0 + section["id"] / 100.0 + float(gathering + shift)
+                one = (packed, start + shift, gathering + shift, section, event)
+                found.setdefault((section["id"], event["id"], start + shift), one)
+    return sorted(found.values(), key=lambda occurrence: occurrence[0])
+
+
 def time_text(minutes):
     return "%02d:%02d" % (remainder(int(minutes / 60), 24), remainder(int(minutes), 60))
 
@@ -105,6 +117,7 @@ def timeline(sections, filters, when, zone, window_hours=None):
     found.sort(key=lambda occurrence: occurrence[0])
 
     if window_hours is not None:
+        found = with_neighbours(found, toward_zero(offset, 60))
         local = when.astimezone(timezone.utc).astimezone(zone)
         now = local.hour * 60 + local.minute
         if local.hour < toward_zero(offset, 3600):
@@ -123,8 +136,9 @@ def timeline(sections, filters, when, zone, window_hours=None):
             "name": event["name"],
             "startMinute": start,
             "gatheringMinute": gathering,
-            "start": time_text(packed + (event.get("lfg") or 0)),
-            "gathering": time_text(packed),
+            # A shown one has the minute of its local day.
+            "start": time_text(packed + (event.get("lfg") or 0) if window_hours is None else start % 1440),
+            "gathering": time_text(packed if window_hours is None else gathering % 1440),
             "chatlink": event.get("chatlink"),
         }
         for packed, start, gathering, section, event in found

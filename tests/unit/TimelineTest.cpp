@@ -8,9 +8,12 @@
 #include <QtCore/QDateTime>
 #include <QtCore/QTimeZone>
 #include <limits>
+#include <set>
 
 #include "data/SettingKeys.h"
 #include "fake/FakeDefaults.h"
+#include "timers/OccurrenceRow.h"
+#include "timers/ShownTimeline.h"
 #include "timers/TimeText.h"
 #include "timers/VisibleWindow.h"
 #include "timers/WatchedEvents.h"
@@ -188,6 +191,68 @@ private:
 std::vector<TimelineEvent> timelineAt(int offset) {
     return computed({section(3, {event(7, "Boss", 10), event(8, "Other")}, {}, {{7, 60}, {8, 60}})}, timersOnly, offset)
         .events;
+}
+
+// Section, event and moment of what the lists show.
+using Shown = std::set<std::tuple<std::int64_t, std::int64_t, Clock::Seconds>>;
+
+// Every minute of the two days from noon: all zones show what there is at that moment, and no negative times.
+void expectTheSameAsInUtc(const char* zone, const char* from) {
+    SCOPED_TRACE(zone);
+    constexpr int window = 180;
+    // The last pass of the second reaches far into the next day, and the third has a step of no length.
+    const std::vector sections{section(3, {event(7, "Boss", 10), event(8, "Other")}, {}, {{7, 60}, {8, 60}}),
+                               section(4, {event(1, "Long", 45)}, {{1, 30}}, {{1, 1000}}),
+                               section(5, {event(1, "Night")}, {}, {{1, 0}, {1, 480}})};
+    const Timeline utc = computed(sections);
+    const ZoneClock clock(zone);
+    const Clock::Seconds start = clock.moment(from) / minute * minute;
+    std::optional<int> offset;
+    Timeline shown;
+    for (Clock::Seconds at = start; at < start + 48 * 60 * minute; at += minute) {
+        if (offset != clock.utcOffsetSeconds(at)) {
+            offset = clock.utcOffsetSeconds(at);
+            shown = shownTimeline(computed(sections, timersOnly, *offset), *offset);
+        }
+        const int now = currentMinute(clock, at);
+        Shown here;
+        for (const TimelineEvent& each : visibleWindow(shown.events, now, window)) {
+            const auto row = occurrenceRow(each, RowPhase::next, now, false);
+            ASSERT_EQ((row.time + row.getThereBy).find('-'), std::string::npos) << row.time << row.getThereBy;
+            const bool once =
+                here.emplace(each.scheduled->sectionId, each.event().id, at + (each.startMinute - now) * minute).second;
+            ASSERT_TRUE(once) << at << " " << each.id;
+        }
+        Shown expected;
+        const Clock::Seconds midnight = at / (minutesPerDay * minute) * minutesPerDay * minute;
+        for (const std::int64_t day : {-1, 0, 1})
+            for (const TimelineEvent& each : utc.events) {
+                const Clock::Seconds moment = midnight + (day * minutesPerDay + each.startMinute) * minute;
+                const Clock::Seconds gathering = moment - each.event().lfg.value_or(0) * minute;
+                if (each.startMinute < minutesPerDay && at <= moment && gathering <= at + window * minute)
+                    expected.emplace(each.scheduled->sectionId, each.event().id, moment);
+            }
+        ASSERT_EQ(here, expected) << at;
+    }
+}
+
+TEST(ShownTimeline, IsWholeAtEachMinuteInEachZone) {
+    for (const char* zone : {"UTC", "America/St_Johns", "America/Sao_Paulo", "America/Caracas", "Pacific/Marquesas",
+                             "Pacific/Honolulu", "Pacific/Pago_Pago", "Pacific/Kiritimati", "Asia/Kathmandu",
+                             "Asia/Kolkata", "Asia/Tehran", "Asia/Yangon", "Asia/Tokyo", "Australia/Eucla"})
+        expectTheSameAsInUtc(zone, "2026-01-10 12:00:00");
+    for (const char* zone : {"America/New_York", "America/Los_Angeles", "America/Halifax", "America/Anchorage"}) {
+        expectTheSameAsInUtc(zone, "2026-03-07 12:00:00");
+        expectTheSameAsInUtc(zone, "2026-10-31 12:00:00");
+    }
+    for (const char* zone : {"Europe/Berlin", "Europe/London", "Europe/Athens", "Atlantic/Azores"}) {
+        expectTheSameAsInUtc(zone, "2026-03-28 12:00:00");
+        expectTheSameAsInUtc(zone, "2026-10-24 12:00:00");
+    }
+    for (const char* zone : {"Australia/Lord_Howe", "Australia/Adelaide", "Pacific/Chatham"}) {
+        expectTheSameAsInUtc(zone, "2026-04-04 12:00:00");
+        expectTheSameAsInUtc(zone, "2026-09-26 12:00:00");
+    }
 }
 
 TEST(WatchedEvents, KeepTheNamesInTheirStoredForm) {

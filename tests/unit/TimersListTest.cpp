@@ -4,7 +4,6 @@
 
 #include <set>
 
-#include "timers/DataFault.h"
 #include "timers/OccurrenceRow.h"
 
 namespace vantor {
@@ -133,13 +132,6 @@ TEST(OccurrenceRow, HoldsEverythingThatIsShown) {
     EXPECT_FALSE(plain.opens);
     EXPECT_EQ(plain.accent, std::nullopt);
     EXPECT_EQ(occurrenceRow(occurrence(600, "Boss"), RowPhase::gathering, 600, false).remaining, "now");
-}
-
-TEST(OccurrenceRowDeathTest, StopsTheProgramForATimeThatCannotBeWritten) {
-    TimelineEvent far = occurrence(0, "Boss", {}, "Far\naway");
-    far.id = 1e300;
-    EXPECT_EXIT((void)occurrenceRow(far, RowPhase::later, 0, false), testing::ExitedWithCode(dataFaultStatus),
-                "^vantor: events catalogue, section \"Far away\", event 0: [^\n]+\n$");
 }
 
 }  // namespace

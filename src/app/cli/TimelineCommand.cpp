@@ -10,6 +10,7 @@
 #include "catalogue/Layers.h"
 #include "data/Decoder.h"
 #include "timers/DataFault.h"
+#include "timers/ShownTimeline.h"
 #include "timers/TimeText.h"
 #include "timers/Timeline.h"
 #include "timers/VisibleWindow.h"
@@ -24,9 +25,13 @@ struct Row {
     std::string gathering;
 };
 
-std::variant<std::vector<Row>, TimelineFault> rowsOf(std::span<const TimelineEvent> occurrences) {
+std::variant<std::vector<Row>, TimelineFault> rowsOf(std::span<const TimelineEvent> occurrences, bool asShown) {
     std::vector<Row> rows;
     for (const TimelineEvent& occurrence : occurrences) {
+        if (asShown) {
+            rows.push_back({occurrence, clockText(occurrence.startMinute), clockText(occurrence.gatheringMinute())});
+            continue;
+        }
         auto start = startText(occurrence);
         auto gathering = gatheringText(occurrence);
         if (!start || !gathering)
@@ -97,13 +102,15 @@ int runTimeline(const PrintTimeline& request, std::string_view embeddedCatalogue
     };
     const Clock::Seconds now = request.now ? resolve(*request.now, clock) : clock.now();
     sections.value = onDay(*std::move(sections.value), dayNumber(now));
-    auto computed = computeTimeline(*sections.value, {}, readTimerFilters(defaults), clock.utcOffsetSeconds(now));
+    const int offset = clock.utcOffsetSeconds(now);
+    auto computed = computeTimeline(*sections.value, {}, readTimerFilters(defaults), offset);
     if (const auto* fault = std::get_if<TimelineFault>(&computed)) return dataFault(*fault);
-    auto& occurrences = std::get<Timeline>(computed).events;
+    auto occurrences = std::get<Timeline>(std::move(computed)).events;
     if (request.windowOnly)
-        occurrences = visibleWindow(occurrences, currentMinute(clock, now), windowMinutes(defaults, WindowKind::shown));
+        occurrences = visibleWindow(shownTimeline({std::move(occurrences), {}}, offset).events,
+                                    currentMinute(clock, now), windowMinutes(defaults, WindowKind::shown));
 
-    const auto rows = rowsOf(occurrences);
+    const auto rows = rowsOf(occurrences, request.windowOnly);
     if (const auto* fault = std::get_if<TimelineFault>(&rows)) return dataFault(*fault);
     (request.json ? writeJson : writeTable)(std::get<std::vector<Row>>(rows), out);
     out.flush();

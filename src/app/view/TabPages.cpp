@@ -29,7 +29,7 @@ QRect gamesScreen(const Screens& screens) {
 
 TimelineSource timelineOf(DataPart& part, SettingsPart& settings) {
     GameData& data = part.data();
-    return {part.clock(), settings.defaults(), [&data] { return data.timeline(); }, [&data] { data.followZone(); },
+    return {part.clock(), settings.defaults(), [&data] { return data.shownTimeline(); }, [&data] { data.followZone(); },
             [&data](std::function<void()> handler) { return data.observe(std::move(handler)); }};
 }
 
