@@ -396,8 +396,10 @@ def logins(report, arguments, folder):
             unknown = ask("--fill", "nobody")
             report.check(unknown.returncode == 1 and unknown.stderr.count("\n") == 1, "--fill of an unknown name is one line",
                          unknown.stderr)
-            files = [path for path in Path(vantor.environment["XDG_CONFIG_HOME"]).rglob("*") if path.is_file()]
+            folders = [vantor.environment["XDG_CONFIG_HOME"], *map(os.environ.get, ("XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_RUNTIME_DIR"))]
+            files = [path for each in folders for path in Path(each).rglob("*") if path.is_file()]
             process = Path(f"/proc/{vantor.pid}")
+            report.check(re.search(r"^Max core file size +0 +0 ", (process / "limits").read_text(), re.M), "a crash would write no core file")
             places = [path.read_bytes() for path in (*files, process / "cmdline", process / "environ")]
             places += ["\n".join(vantor.lines).encode(), "\n".join(service.lines).encode()]
             report.check(files and not any(canary.encode() in place for place in places), "the password is nowhere else")
