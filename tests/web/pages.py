@@ -50,7 +50,7 @@ class Server(http.server.ThreadingHTTPServer):
 
     def __init__(self, certificate=None):
         super().__init__(("127.0.0.1", 0), Handler)
-        self.paths, self.seen, self.bodies = [], [], {}  # appended to by many threads, which Python's lists allow
+        self.paths, self.seen, self.bodies, self.ended = [], [], {}, 0  # appended to by many threads, which Python's lists allow
         if certificate:
             context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
             context.load_cert_chain(certificate)
@@ -67,6 +67,10 @@ class Server(http.server.ThreadingHTTPServer):
 
     def handle_error(self, *_):
         """A client that goes away, or refuses the certificate, is what some tests want."""
+
+    def shutdown_request(self, request):
+        super().shutdown_request(request)
+        self.ended += 1
 
     def __exit__(self, *_):
         self.shutdown()

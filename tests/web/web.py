@@ -206,6 +206,8 @@ def certificates():
             probe.do("show", "internet", f"load {server.host}/secret")
             if flags:
                 check(probe.becomes(f"{server.host}/secret", "trusted", "secure"), "an accepted certificate is trust")
+            else:
+                check(desk.wait_until(lambda: server.ended) and probe.becomes("running"), "a wrong one ends the load")
             probe.load("/plain")
             check(probe.becomes(f"{plain.host}/plain") and not {"trusted"} & {*probe.do("look")}, "none is not")
             check(bool(server.paths) == bool(flags), "a page with a wrong one is never asked for", server.paths)
