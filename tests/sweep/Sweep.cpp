@@ -5,7 +5,6 @@
 #include <array>
 #include <cstdio>
 #include <optional>
-#include <thread>
 
 #include "fake/FakeKeyMonitors.h"
 #include "fake/FakeWorkspace.h"
@@ -112,17 +111,10 @@ struct Typist {
     ClipboardManager clipboard;
 };
 
-std::vector<std::string> stateNames() {
-    std::vector<std::string> names;
-    for (const State& each : states) names.emplace_back(each.name);
-    return names;
-}
-
 void Sweep::run(const LayoutName& layout) {
     std::optional<Groups> loaded;
     std::optional<Typist> typist;
     for (const State& state : states) {
-        if (!wanted_.empty() && std::find(wanted_.begin(), wanted_.end(), state.name) == wanted_.end()) continue;
         Row& row = rows_[state.name];
         // The list also names the layout that players may write themselves; there is nothing to load until they do.
         if (!layout.isInstalled()) {
@@ -239,8 +231,7 @@ void Sweep::letGo() {
     player_.letGo();
 }
 
-void Sweep::wait(std::chrono::microseconds duration) {
-    if (pace_.count() > 0) std::this_thread::sleep_for(std::max(pace_, duration));
+void Sweep::wait(std::chrono::microseconds) {
     if (hand_) hand_();
     if (++waits_ % waitsBetweenReads == 0) player_.drain();
 }

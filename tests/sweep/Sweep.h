@@ -22,14 +22,10 @@ struct State;
 // takes, so that it comes at any moment of one.
 inline constexpr unsigned waitsBetweenPresses = 11;
 
-[[nodiscard]] std::vector<std::string> stateNames();
-
 class Sweep final : public Pause {
 public:
-    // Only the states of these names, or all without a name. The same text is typed so many times under a hand in
-    // mid-text, which begins one key later each time. Without a pace there is no wait between keys.
-    Sweep(NestedServer& nested, std::vector<std::string> wanted, unsigned handMoments, std::chrono::microseconds pace)
-        : nested_(nested), wanted_(std::move(wanted)), handMoments_(handMoments), pace_(pace) {}
+    // The same text is typed so many times under a hand in mid-text, which begins one key later each time.
+    Sweep(NestedServer& nested, unsigned handMoments) : nested_(nested), handMoments_(handMoments) {}
 
     void run(const LayoutName& layout);
     // The first failures of every state by name, the table, then "N passed, M failed". True when all were exact.
@@ -42,7 +38,7 @@ private:
         std::vector<std::string> failures;
     };
 
-    // Lets the player's window read on while Vantor types, and a hand act.
+    // No wait: lets the player's window read on while Vantor types, and a hand act.
     void wait(std::chrono::microseconds duration) override;
     [[nodiscard]] bool load(const LayoutName& layout, const State& state);
     // Why it was not exact; empty where it was, and "no such key" where the state does not apply.
@@ -53,9 +49,7 @@ private:
 
     NestedServer& nested_;
     Player player_;
-    const std::vector<std::string> wanted_;
     const unsigned handMoments_;
-    const std::chrono::microseconds pace_;
     XkbKeymap keymap_;
     std::function<void()> hand_;
     unsigned moment_ = 0;  // when the next hand begins
