@@ -6,7 +6,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <array>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
@@ -53,37 +52,19 @@ using Act = std::function<void(std::size_t, std::size_t)>;
     _exit(0);
 }
 
-// A process that stands over a typist and ends when the typist and its guardian have ended, with the typist's status.
-struct Typing {
-    pid_t overseer = 0;
-    pid_t typist = 0;
-};
-
-Typing startTyping(const Act& act) {
-    std::array<int, 2> hello{};
-    EXPECT_EQ(pipe(hello.data()), 0);
-    Typing typing;
-    typing.overseer = fork();
-    if (typing.overseer == 0) {
-        prctl(PR_SET_CHILD_SUBREAPER, 1);
-        const pid_t typist = fork();
-        if (typist == 0) typeInThisProcess(act);
-        if (write(hello[1], &typist, sizeof typist) != sizeof typist) _exit(3);
-        int status = 0;
-        int typistStatus = 0;
-        for (pid_t ended = wait(&status); ended > 0; ended = wait(&status))
-            if (ended == typist) typistStatus = status;
-        _exit(WIFSIGNALED(typistStatus) ? 100 + WTERMSIG(typistStatus) : WEXITSTATUS(typistStatus));
-    }
-    EXPECT_EQ(read(hello[0], &typing.typist, sizeof typing.typist), static_cast<ssize_t>(sizeof typing.typist));
-    for (const int end : hello) close(end);
-    return typing;
+pid_t startTyping(const Act& act) {
+    const pid_t typist = fork();
+    if (typist == 0) typeInThisProcess(act);
+    return typist;
 }
 
-int endOf(const Typing& typing) {
+// The typist's status, once its guardian has ended too, which is ours by then.
+int endOf(pid_t typist) {
     int status = 0;
-    waitpid(typing.overseer, &status, 0);
-    return WEXITSTATUS(status);
+    waitpid(typist, &status, 0);
+    while (wait(nullptr) > 0) {
+    }
+    return WIFSIGNALED(status) ? 100 + WTERMSIG(status) : WEXITSTATUS(status);
 }
 
 // Not the one that is posted for capitals.
@@ -94,12 +75,14 @@ constexpr int killed = 100 + SIGKILL;
 class GuardianTest : public testing::Test {
 protected:
     void SetUp() override {
+        prctl(PR_SET_CHILD_SUBREAPER, 1);
         ASSERT_TRUE(std::filesystem::exists(guardianProgram()));
         ASSERT_EQ(std::system("setxkbmap -layout us,de"), 0);
         player.takeFocus();
         disturb();
     }
     void TearDown() override {
+        prctl(PR_SET_CHILD_SUBREAPER, 0);
         player.letGo();
         EXPECT_EQ(std::system("setxkbmap -layout us"), 0);
     }
@@ -138,10 +121,10 @@ TEST_F(GuardianTest, AKillAtAnyPointOfATextLeavesNothingBehind) {
             EXPECT_EQ(status, killed);
         } else {
             // At any moment, from before the guardian's start to after its end.
-            const auto typing = startTyping([](std::size_t, std::size_t) {});
+            const pid_t typist = startTyping([](std::size_t, std::size_t) {});
             std::this_thread::sleep_for(whole * (random() % 1000) / 1000);
-            kill(typing.typist, SIGKILL);
-            status = endOf(typing);
+            kill(typist, SIGKILL);
+            status = endOf(typist);
         }
         cutShort += status == killed;
         SCOPED_TRACE(each);
@@ -195,6 +178,14 @@ auto openDescriptors(pid_t process) {
     return std::distance(begin(folder), end(folder));
 }
 
+bool isBlocked(pid_t process, int signal) {
+    std::ifstream status("/proc/" + std::to_string(process) + "/status");
+    std::uint64_t blocked = 0;
+    for (std::string name; status >> name;)
+        if (name == "SigBlk:") status >> std::hex >> blocked;
+    return (blocked >> (signal - 1) & 1) != 0;
+}
+
 // The guardian of this process; 0 where none lives.
 pid_t guardian() {
     for (const auto& each : std::filesystem::directory_iterator("/proc")) {
@@ -235,8 +226,11 @@ TEST_F(GuardianTest, StandsApartStartsAgainAndIsMissedByNobody) {
         type(poster, [&] {
             ASSERT_TRUE(comesTrue([&] { return (first = guardian()) != 0; }));
             EXPECT_EQ(getsid(first), first);
-            EXPECT_EQ(openDescriptors(first), 4);
-            for (const int each : {SIGTERM, SIGINT, SIGHUP}) kill(first, each);
+            EXPECT_TRUE(comesTrue([&] { return openDescriptors(first) == 4; })) << "it has one of ours";
+            for (const int each : {SIGTERM, SIGINT, SIGHUP}) {
+                EXPECT_TRUE(isBlocked(first, each)) << "before it could ignore it, it would end it";
+                kill(first, each);
+            }
         });
         type(poster, [&] {
             EXPECT_EQ(guardian(), first) << "one guardian for all texts, and no signal ends it";

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <QtCore/QEventLoop>
+#include <QtCore/QScopeGuard>
 #include <QtCore/QTimer>
 #include <QtGui/QWindow>
 #include <QtWidgets/QApplication>
@@ -32,17 +33,12 @@ constexpr auto flagsChanged = KeyEventType::flagsChanged;
 constexpr KeyEventMask everyType = maskOf(keyDown) | maskOf(keyUp) | maskOf(flagsChanged);
 const Events cPressed = {{keyDown, 8, 0, "c"}, {keyUp, 8, 0, "c"}};
 
-// A display that no server has, for as long as it lives.
-class NoServer {
-public:
-    NoServer() { qputenv("DISPLAY", ":971"); }
-    ~NoServer() { qputenv("DISPLAY", before_); }
-    NoServer(const NoServer&) = delete;
-    NoServer& operator=(const NoServer&) = delete;
-
-private:
-    const QByteArray before_ = qgetenv("DISPLAY");
-};
+// Names a display that no server has, for as long as the guard lives.
+auto withoutServer() {
+    auto guard = qScopeGuard([before = qgetenv("DISPLAY")] { qputenv("DISPLAY", before); });
+    qputenv("DISPLAY", ":971");
+    return guard;
+}
 
 class KeysTest : public testing::Test, protected Typist {
 protected:
@@ -173,6 +169,11 @@ TEST_F(KeysTest, PostedTextArrivesAndIsToldFromThePlayersPressesOfTheSameKeys) {
     const auto played = heard();
     EXPECT_EQ(played.size(), 40U);
     EXPECT_TRUE(std::all_of(played.begin(), played.end(), [](const KeyEvent& each) { return each.keyCode == 0; }));
+    // Nor does what Vantor holds change them.
+    post({{56, 0, true}});
+    tap(0);
+    post({{56, 0, false}});
+    EXPECT_EQ(heard(), (Events{{keyDown, 0, 0, "a"}, {keyUp, 0, 0, "a"}}));
     EXPECT_TRUE(record.empty());
     EXPECT_EQ(poster.post({52, 0, true}), PostVerdict::noSuchKey);
     // What never comes back is not taken for a later key of the player's.
@@ -231,6 +232,14 @@ TEST_F(KeysTest, KeysInOwnWindowsReachTheLocalMonitorsOnlyAndMayBeSwallowed) {
     EXPECT_EQ(local, cPressed);
     player.takeFocus();
     EXPECT_EQ(heard(), Events());
+
+    // A click brings what is held: that key went to another program.
+    press(56, true);
+    local.clear();
+    player.click(140, 140);
+    EXPECT_TRUE(comesTrue([&] { return local == Events{{flagsChanged, 56, shift, ""}}; }));
+    press(56, false);
+    (void)heard();
 
     // What another program was given is heard, though the focus is here by the time that the stream is read.
     tap(8);
@@ -328,11 +337,13 @@ TEST_F(KeysTest, ALostConnectionIsRenewedAndEveryMonitorGoesOn) {
         press(56, true);
         (void)heard();
         loseConnection();
+        const bool letGo = loss == 3;  // unseen; else the hand does not move
+        if (letGo) press(56, false);
         ASSERT_TRUE(comesTrue([&] { return renewals == loss; }));
-        // The hand has not moved.
         tap(4);
-        press(56, false);
-        EXPECT_EQ(heard(), (Events{{keyDown, 4, shift, "h"}, {keyUp, 4, shift, "h"}, {flagsChanged, 56, 0, ""}}));
+        if (!letGo) press(56, false);
+        const Events withShift = {{keyDown, 4, shift, "h"}, {keyUp, 4, shift, "h"}, {flagsChanged, 56, 0, ""}};
+        EXPECT_EQ(heard(), letGo ? (Events{{keyDown, 4, 0, "h"}, {keyUp, 4, 0, "h"}}) : withShift);
         (void)player.typed();
         post(strokesOfText(map, "Again."));
         EXPECT_EQ(player.typedText(), "Again.");
@@ -381,7 +392,7 @@ TEST_F(KeysTest, ATextEndsWhereTheConnectionIsLostAndTheNextOneIsWhole) {
 
 TEST_F(KeysTest, WhileTheServerTakesNoConnectionTheLossShowsAndItIsTriedAgain) {
     {
-        const NoServer noServer;
+        const auto noServer = withoutServer();
         loseConnection();
         EXPECT_TRUE(comesTrue([&] { return !monitors.available(); }));
         EXPECT_EQ(poster.beginTyping(), nullptr);
@@ -401,7 +412,7 @@ TEST_F(KeysTest, WhileTheServerTakesNoConnectionTheLossShowsAndItIsTriedAgain) {
 }
 
 TEST(KeysWithoutADisplay, AreNamedAbsentAndHarmless) {
-    const NoServer noServer;
+    const auto noServer = withoutServer();
     Typist typist;
     EXPECT_EQ(typist.connection.verdict(), XConnection::Verdict::noDisplay);
     EXPECT_EQ(typist.poster.post({0, 0, true}), PostVerdict::unavailable);

@@ -66,6 +66,12 @@ public:
         press(xKeycode, true);
         press(xKeycode, false);
     }
+    void click(std::int16_t x, std::int16_t y) {
+        xcb_test_fake_input(server_.get(), XCB_MOTION_NOTIFY, 0, XCB_CURRENT_TIME, server_.root(), x, y, 0);
+        for (const auto kind : std::to_array<std::uint8_t>({XCB_BUTTON_PRESS, XCB_BUTTON_RELEASE}))
+            xcb_test_fake_input(server_.get(), kind, 1, XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
+        settle();
+    }
     void lock(std::uint8_t modifiers) {
         xcb_xkb_latch_lock_state(server_.get(), XCB_XKB_ID_USE_CORE_KBD, 0xff, modifiers, 0, 0, 0, 0, 0);
         settle();
@@ -248,6 +254,7 @@ inline constexpr std::uint8_t numLock = 77;
 inline constexpr std::uint8_t controlRight = 105;
 inline constexpr std::uint8_t altRight = 108;
 inline constexpr std::uint8_t superLeft = 133;
+inline constexpr std::uint8_t menu = 135;
 }  // namespace xkey
 
 namespace xmod {

@@ -289,24 +289,6 @@ TEST_F(WorkspaceTest, BelongsToTheGameBeforeItIsMappedAndLeavesTheGameAlone) {
     EXPECT_TRUE(comesTrue([&] { return server->isViewable(idOf(*own)); }));
 }
 
-TEST_F(WorkspaceTest, ComesBackWithAGameThatWasMinimised) {
-    const auto game = start();
-    overlays.setOwnerWindow(game->window());
-    const auto own = makeWindow(WindowNature::nonActivating);
-    own->show();
-    ASSERT_TRUE(liesOver(*own, *game));
-    for (int round = 0; round < 2; ++round) {
-        minimise(*game);
-        ASSERT_TRUE(vanishes(*own)) << "this window manager iconifies ours with the game";
-        own->hide();
-        server->requestActivation(game->window());
-        server->flush();
-        ASSERT_TRUE(becomesActive(game->window()));
-        own->show();
-        ASSERT_TRUE(liesOver(*own, *game)) << round;
-    }
-}
-
 TEST_F(WorkspaceTest, LiesOverANewGameThatBearsTheNumberOfTheOneBefore) {
     followOwner();
     const auto own = makeWindow(WindowNature::nonActivating);
