@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Runs a command in a desktop of its own: private_desktop.sh COMMAND [ARGUMENT...]. X server, bus, keyring, window manager and
 # compositor are made for it and end with it; settings, data and runtime folders are temporary. Its status is the command's.
+# The window manager's process is VANTOR_WINDOW_MANAGER.
 # VANTOR_DESKTOP_MANAGER is openbox, xfwm4, kwin_x11, mutter, marco or i3; VANTOR_DESKTOP_COMPOSITING is picom, own (the
 # manager's) or none; VANTOR_DESKTOP_CONFIG is the configuration of openbox or i3.
 set -euo pipefail
@@ -97,6 +98,7 @@ case $manager in
     marco) start manager marco --sm-disable "$(own --composite --no-composite)" ;;
     *) echo "private_desktop: no window manager '$manager'" >&2; exit 2 ;;
 esac
+export VANTOR_WINDOW_MANAGER=${started[-1]}
 await "window manager" sh -c 'xprop -root _NET_SUPPORTING_WM_CHECK | grep -q "window id"'
 if [[ $compositing == picom ]]; then
     start picom picom --config /dev/null --backend xrender --no-fading-openclose

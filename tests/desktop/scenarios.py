@@ -1,12 +1,14 @@
 #!/usr/bin/env python3
 """Black-box runs of the whole program: real X server, window manager, compositor, bus and keyring, the stand-in game and the
-stand-in web service. Prints "N passed, M failed" as its last line."""
+stand-in web service. Names of scenarios run these alone. Prints "N passed, M failed" as its last line."""
 
 import argparse
+import contextlib
 import datetime
 import json
 import os
 import re
+import signal
 import subprocess
 import sys
 import tempfile
@@ -19,122 +21,131 @@ sys.path.insert(0, str(TOP / "demo"))
 import desk  # noqa: E402
 import web_service  # noqa: E402
 
+PARSER = argparse.ArgumentParser(description=__doc__)
+PARSER.add_argument("--vantor", required=True, type=Path)
+PARSER.add_argument("--game", required=True, type=Path)
+PARSER.add_argument("names", nargs="*")
+ARGUMENTS = PARSER.parse_args()
+desk.enter_private_desktop()
+REPORT = desk.Report()
+check, wait_until = REPORT.check, desk.wait_until
+
 NO_DATA = r"^No data for Array<AchievementCompletition>$"
 ERROR_FILLING = r"^Error filling Array<AchievementCompletition>: "
+EVENTS = json.loads((TOP / "resources/catalogue/events.json").read_text())
 FAKETIME = ":".join(map(str, Path("/usr/lib").glob("*/faketime")))
 DEAD_HOST = "http://127.0.0.1:9"  # the discard port: nobody listens
 PASTED = "The quick [&BFAEAAA=] fox: <jumps> over_the \"lazy\" dog; #1 @ 50%! " + "".join(map(chr, range(33, 127)))
+CHAT_LINK = r"\[&[A-Za-z0-9+/]+=*\]"
+# Inside the main window, from its top left corner.
+TIMERS_TAB, SETTINGS_TAB, HOTKEY_FIELD = (180, 87), (765, 87), (460, 224)
+ACCEPT = (160, 40)  # in the popup, from its bottom right corner
+FIRST_WAYPOINT = (775, 205)
+
+
+def play(**options):
+    return desk.Game(ARGUMENTS.game, FOLDER, **options)
+
+
+@contextlib.contextmanager
+def running(service, *expected, **options):
+    """The program; afterwards it has printed what was expected and nothing else."""
+    with desk.Vantor(ARGUMENTS.vantor, getattr(service, "host", DEAD_HOST), FOLDER, **options) as vantor:
+        yield vantor
+        check(not vantor.unexpected_lines(*expected), "nothing unexpected is printed", vantor.lines)
+
+
+@contextlib.contextmanager
+def everything(game=None, **options):
+    """Service, game and the program, once its icon is there."""
+    with desk.WebService() as service, play(**(game or {})) as one, running(service, **options) as vantor:
+        check(started(vantor), "the icon floats over the game", vantor.lines)
+        yield service, one, vantor
+
+
+def started(vantor):
+    return wait_until(lambda: "icon" in vantor.windows())
+
+
+def ask(*words, **more):
+    """The program called with a command."""
+    return subprocess.run([ARGUMENTS.vantor, *words], capture_output=True, text=True, timeout=60, check=False, **more)
+
+
+def opens(vantor):
+    desk.press(*desk.HOTKEY)
+    return wait_until(vantor.overlay_shown)
+
+
+def closes(vantor):
+    desk.press("Escape")
+    return wait_until(lambda: not vantor.overlay_shown())
 
 
 def opens_and_closes(game, vantor):
     """The hotkey opens the overlay and Escape closes it, the camera key replayed once each."""
     before = game.presses(desk.CAMERA_KEY)
-    desk.press(*desk.HOTKEY)
-    opened = desk.wait_until(vantor.overlay_shown) and desk.wait_until(
-        lambda: game.presses(desk.CAMERA_KEY) == before + 1)
-    desk.press("Escape")
-    closed = desk.wait_until(lambda: not vantor.overlay_shown()) and desk.wait_until(
-        lambda: game.presses(desk.CAMERA_KEY) == before + 2)
-    return opened and closed and desk.wait_until(game.keys_are_up)
+    return all(turn(vantor) and wait_until(lambda: game.presses(desk.CAMERA_KEY) == before + times)
+               for times, turn in ((1, opens), (2, closes))) and wait_until(game.keys_are_up)
 
 
-def started(vantor):
-    return desk.wait_until(lambda: "icon" in vantor.windows())
+def types(game, act):
+    """What an act types, up to the Return that ends it."""
+    before = len(game.record())
+    act()
+    wait_until(lambda: game.typed(before).endswith("\r") and game.typed(before) != "\r")
+    return game.typed(before)
 
 
-def player_keys(report, arguments, folder):
-    with desk.WebService() as service, desk.Game(arguments.game, folder) as game, \
-            desk.Vantor(arguments.vantor, service.host, folder, settings=desk.every_event()) as vantor:
-        report.check(started(vantor), "start: the icon floats over the game", vantor.lines)
-        report.check(desk.wait_until(lambda: "watched" in vantor.windows()) and game.has_focus(),
-                     "start: the watched list is there, the game keeps the focus", vantor.windows())
+def player_keys():
+    with everything(settings=desk.every_event()) as (_, game, vantor):
+        check(wait_until(lambda: "watched" in vantor.windows()) and game.has_focus(),
+              "the watched list is there, the game keeps the focus", vantor.windows())
         for round_ in (1, 2, 3):
-            report.check(opens_and_closes(game, vantor), f"hotkey and Escape, round {round_}", game.record()[-12:])
+            check(opens_and_closes(game, vantor), f"hotkey and Escape, round {round_}", game.record()[-12:])
         before = game.presses(desk.CAMERA_KEY)
         desk.press("Escape")
         desk.press("F9")
-        desk.wait_until(lambda: game.presses("F9") == 1)
-        report.check(game.presses(desk.CAMERA_KEY) == before, "Escape with the overlay closed replays nothing")
+        wait_until(lambda: game.presses("F9") == 1)
+        check(game.presses(desk.CAMERA_KEY) == before, "Escape with the overlay closed replays nothing")
 
         # The focus is ours after a click; the camera key must reach the game all the same.
-        desk.press(*desk.HOTKEY)
-        desk.wait_until(vantor.overlay_shown)
+        opens(vantor)
         x, y, width, height = vantor.windows()["main"]
         desk.click(x + 220, y + 40)
-        report.check(desk.wait_until(lambda: not game.has_focus()), "a click into the overlay takes the focus")
+        check(wait_until(lambda: not game.has_focus()), "a click into the overlay takes the focus")
         # A Space meant for the game presses nothing here: were the overlay closed, the next click would give the game the focus.
         desk.press("space")
         desk.click(x + width // 2, y + height // 2)
         desk.settled_pixels(x, y, width, height)
-        report.check(vantor.overlay_shown() and not game.has_focus(), "a Space after it presses no control")
+        check(vantor.overlay_shown() and not game.has_focus(), "a Space after it presses no control")
         before = game.presses(desk.CAMERA_KEY)
         desk.press(*desk.HOTKEY)
-        report.check(desk.wait_until(lambda: not vantor.overlay_shown()), "the hotkey in our own window toggles once",
-                     vantor.windows())
-        report.check(desk.wait_until(lambda: game.presses(desk.CAMERA_KEY) == before + 1),
-                     "the camera key reaches the game after the focus came back", game.record()[-12:])
-        report.check(game.has_focus(), "the game has the focus again")
+        check(wait_until(lambda: not vantor.overlay_shown()), "the hotkey in our own window toggles once", vantor.windows())
+        check(wait_until(lambda: game.presses(desk.CAMERA_KEY) == before + 1) and game.has_focus(),
+              "the camera key reaches the game after the focus came back", game.record()[-12:])
 
         with desk.clipboard(PASTED):
-            start = len(game.record())
+            before = len(game.record())
             desk.press(*desk.PASTE_KEYS)
-            desk.wait_until(lambda: len(game.typed(start)) >= len(PASTED))
-            report.check(game.typed(start) == PASTED, "every printable character is pasted, and nothing before it",
-                         repr(game.typed(start)))
-        report.check(desk.wait_until(game.keys_are_up), "no key is left down")
-        report.check(not vantor.unexpected_lines(), "nothing unexpected is printed", vantor.lines)
+            wait_until(lambda: len(game.typed(before)) >= len(PASTED))
+            check(game.typed(before) == PASTED, "every printable character is pasted, and nothing before it",
+                  repr(game.typed(before)))
+        check(wait_until(game.keys_are_up), "no key is left down")
 
 
-def held_pointer(report, arguments, folder):
-    """A full-screen game that keeps every click while it has the focus: the open overlay has it instead."""
-    with desk.WebService() as service, desk.Game(arguments.game, folder, holds_pointer=True) as game, \
-            desk.Vantor(arguments.vantor, service.host, folder, settings={"general.enableChatLinkReturnKey": "true"}) as vantor:
-        started(vantor)
-        x, y, *_ = vantor.windows()["icon"]
-        desk.click(x + 16, y + 16)
-        desk.press("F9")
-        report.check(desk.wait_until(lambda: game.presses("F9") == 1) and not vantor.overlay_shown(), "the game keeps the clicks")
-        start = len(game.record())
-
-        def told():
-            """The game's own account of the focus and of the camera key, which no capital in a chat link is."""
-            return [event.get("key", "gained" if event.get("in") else "lost") for event in game.record(start)
-                    if event["event"] == "focus" or event.get("key") == desk.CAMERA_KEY and event["down"] and event["text"] == "h"]
-
-        desk.press(*desk.HOTKEY)
-        report.check(desk.wait_until(lambda: vantor.overlay_shown() and told() == ["H", "lost"]),
-                     "the open overlay has the focus, after the camera key", told())
-        x, y, *_ = vantor.overlay()
-        title = (x + 40, y + 10, 300, 40)
-        home = desk.settled_pixels(*title)
-        desk.click(x + TIMERS_TAB[0], y + TIMERS_TAB[1])
-        report.check(desk.wait_until(lambda: desk.pixels(*title) != home), "a click opens a tab", game.record(start))
-        desk.settled_pixels(x + 40, y + 170, 400, 200)
-        typing = len(game.record())
-        with desk.held("Shift_L"):
-            desk.click(x + WAYPOINT, y + FIRST_ROW)
-            typed = typed_since(game, typing, "\r")
-        report.check(re.fullmatch(rf"\r{CHAT_LINK}\r", typed) and desk.wait_until(lambda: told()[2:] == ["gained", "lost"]),
-                     "after a chat link has been typed into the game, the overlay has the focus again", (typed, told()))
-        desk.press("Escape")
-        report.check(desk.wait_until(lambda: told()[4:] == ["gained", "H"]), "the closing's camera key comes after the focus", told())
-        report.check(not vantor.unexpected_lines(), "nothing unexpected is printed", vantor.lines)
-
-
-def opens_once(report, arguments, folder):
+def opens_once():
     """What an opening maps stays until the closing, and nothing flashes when the page comes. What holds nothing is not there."""
-    with desk.WebService() as service, desk.Game(arguments.game, folder, scene="bright") as game, \
-            desk.Vantor(arguments.vantor, service.host, folder, settings={"events.watching": "[]"}) as vantor:
-        started(vantor)
-        report.check(set(vantor.windows()) == {"icon"}, "with nothing watched and no emotes only the icon is there", vantor.windows())
+    with everything({"scene": "bright"}, settings={"events.watching": "[]"}) as (_, game, vantor):
+        check(set(vantor.windows()) == {"icon"}, "with nothing watched and no emotes only the icon is there", vantor.windows())
         middle = [length // 2 for length in desk.screen_size()]
         for when in ("first", "second"):
-            start = len(game.record())
+            before = len(game.record())
             desk.click(*middle)
-            report.check(desk.wait_until(lambda: any(event["event"] == "click" for event in game.record(start))),
-                         f"{when} opening: before it a click into the middle is the game's", vantor.windows())
+            check(wait_until(lambda: any(event["event"] == "click" for event in game.record(before))),
+                  f"{when} opening: before it a click into the middle is the game's", vantor.windows())
             with desk.Program("xev", "-root", "-event", "substructure", "-event", "property") as server:
-                desk.wait_until(lambda: server.lines or desk.ask("xprop", "-root", "-f", "ASKED", "8s", "-set", "ASKED", "yes"))
+                wait_until(lambda: server.lines or desk.ask("xprop", "-root", "-f", "ASKED", "8s", "-set", "ASKED", "yes"))
                 desk.press(*desk.HOTKEY)
                 x, y, *_ = vantor.overlay()
                 empty, title = (x + 50, y + 300, 100, 100), (x + 210, y + 150, 250, 60)
@@ -144,40 +155,34 @@ def opens_once(report, arguments, folder):
                     dark.append(max(desk.pixels(*empty)) < 100)
                     return max(desk.pixels(*title)) > 200
 
-                report.check(desk.wait_until(has_title) and all(dark[dark.index(True):]), f"{when} opening: the page comes without a flash",
-                             dark)
+                check(wait_until(has_title) and all(dark[dark.index(True):]), f"{when} opening: the page comes without a flash", dark)
                 notices = re.findall(r"(Map|Unmap|Destroy)Notify event.*\n.* window (\w+)", "\n".join(server.lines))
             mapped = [window for kind, window in notices if kind == "Map"]
             gone = [window for kind, window in notices if kind != "Map" and window in mapped]
-            report.check(len(mapped) == 1 and not gone, f"{when} opening: one map, and it stays", notices)
+            check(len(mapped) == 1 and not gone, f"{when} opening: one map, and it stays", notices)
             desk.press("Escape")
-            desk.wait_until(lambda: set(vantor.windows()) == {"icon"})
+            wait_until(lambda: set(vantor.windows()) == {"icon"})
 
 
-def hotkeys(report, arguments, folder):
+def hotkeys():
     """Whichever key goes up first, with Caps Lock on, held for long; and the popup that takes a new one."""
     def keys(*steps):
         desk.ask("xdotool", *(word for step in steps for word in step.split()))
 
     down = [f"keydown {key}" for key in ("Control_L", "Shift_L", "t")]
-    with desk.WebService() as service, desk.Game(arguments.game, folder) as game, \
-            desk.Vantor(arguments.vantor, service.host, folder) as vantor:
-        started(vantor)
+    with everything() as (_, game, vantor):
         for what, steps in (("with its modifiers let go first", [*down, "keyup Control_L", "keyup Shift_L", "keyup t"]),
                             ("with Caps Lock on", ["key Caps_Lock", *down, "keyup t", "keyup Shift_L", "keyup Control_L", "key Caps_Lock"])):
             keys(*steps)
-            report.check(desk.wait_until(vantor.overlay_shown) and game.has_focus(), f"the hotkey opens {what}", vantor.windows())
-            desk.press("Escape")
-            desk.wait_until(lambda: not vantor.overlay_shown())
+            check(wait_until(vantor.overlay_shown) and game.has_focus(), f"the hotkey opens {what}", vantor.windows())
+            closes(vantor)
         keys(*down, "sleep 0.6", "keyup t", "keyup Shift_L", "keyup Control_L")
-        report.check(desk.wait_until(lambda: vantor.overlay_shown() and not game.has_focus()),
-                     "held for half a second it gives the overlay the keyboard", desk.active_window())
+        check(wait_until(lambda: vantor.overlay_shown() and not game.has_focus()),
+              "held for half a second it gives the overlay the keyboard", desk.active_window())
         x, y, *_ = vantor.overlay()
-        desk.press("Escape")
-        desk.wait_until(lambda: game.has_focus() and not vantor.overlay_shown())
-
-        desk.press(*desk.HOTKEY)
-        desk.wait_until(vantor.overlay_shown)
+        closes(vantor)
+        wait_until(game.has_focus)
+        opens(vantor)
         desk.click(x + SETTINGS_TAB[0], y + SETTINGS_TAB[1])
         desk.settled_pixels(x + 160, y + 140, 400, 200)
 
@@ -186,314 +191,355 @@ def hotkeys(report, arguments, folder):
 
         def opens_popup():
             desk.click(x + HOTKEY_FIELD[0], y + HOTKEY_FIELD[1])
-            return desk.wait_until(lambda: popup() and desk.ask("xdotool", "getwindowfocus", "getwindowname") == "Vantor hotkey")
+            return wait_until(lambda: popup() and desk.ask("xdotool", "getwindowfocus", "getwindowname") == "Vantor hotkey")
 
         opened = opens_popup()
         keys("key F7", "key Escape")
-        report.check(opened and desk.wait_until(lambda: not popup()) and vantor.overlay_shown(),
-                     "Escape in the popup cancels it and leaves the overlay", vantor.windows())
+        check(opened and wait_until(lambda: not popup()) and vantor.overlay_shown(),
+              "Escape in the popup cancels it and leaves the overlay", vantor.windows())
         opened = opens_popup()
         desk.click(x + 860, y + 48)
-        report.check(opened and desk.wait_until(lambda: not vantor.overlay_shown() and not popup()),
-                     "the popup goes with the overlay", vantor.windows())
-        keys("key F7")
-        report.check(vantor.setting("general.windowToggleEvent") == "\u2303 + \u21e7 + T", "and what it took is not stored",
-                     vantor.setting("general.windowToggleEvent"))
+        check(opened and wait_until(lambda: not vantor.overlay_shown() and not popup()), "the popup goes with the overlay",
+              vantor.windows())
+        stored = vantor.setting("general.windowToggleEvent")
+        check(stored == "⌃ + ⇧ + T", "and what it took is not stored", stored)
+        opens(vantor)
+        desk.settled_pixels(x + 160, y + 140, 400, 200)
+        for taken, name in (("key F7", "F7"), ("key KP_5", "numpad 5"), ("key shift+Right", "⇧ + →"),
+                            ("key super+ctrl+shift+a", "⌘ + ⌃ + ⇧ + A"), ("key dead_circumflex key b key Shift_L", "B")):
+            opens_popup()
+            keys(taken)
+            left, top, width, height = vantor.windows()["Vantor hotkey"]
+            desk.click(left + width - ACCEPT[0], top + height - ACCEPT[1])
+            wait_until(lambda: not popup())
+            stored = vantor.setting("general.windowToggleEvent")
+            check(stored == name and vantor.overlay_shown(), f"{taken} is taken, stored, and does nothing else", repr(stored))
 
 
-def second_start(report, arguments, folder):
-    with desk.WebService() as service, desk.Game(arguments.game, folder) as game, \
-            desk.Vantor(arguments.vantor, service.host, folder) as vantor:
-        started(vantor)
-        second = desk.Program(arguments.vantor, environment=vantor.environment)
-        desk.wait_until(lambda: not second.alive())
-        report.check(second.end() == 0 and not second.lines, "a second start ends with 0", second.lines)
-        report.check(desk.wait_until(vantor.overlay_shown), "a second start opens the overlay", vantor.windows())
-        report.check(game.has_focus(), "a second start leaves the focus with the game", desk.active_window())
+def second_start():
+    with everything() as (service, game, vantor):
+        second = desk.Program(ARGUMENTS.vantor, environment=vantor.environment)
+        wait_until(lambda: not second.alive())
+        check(second.end() == 0 and not second.lines, "a second start ends with 0", second.lines)
+        check(wait_until(vantor.overlay_shown) and game.has_focus(), "it opens the overlay and leaves the game the focus",
+              (vantor.windows(), desk.active_window()))
         vantor.process.kill()
         vantor.process.wait()
-        with desk.Vantor(arguments.vantor, service.host, folder) as next_one:
-            report.check(started(next_one), "after a killed one, a new start works", next_one.lines)
+        with running(service) as next_one:
+            check(started(next_one), "after a killed one, a new start works", next_one.lines)
 
 
-def faults(report, arguments, folder):
-    cases = [
-        ("service absent", None, {}, NO_DATA),
-        ("connection closed", "close", {}, NO_DATA),
-        ("empty body", "empty", {}, NO_DATA),
-        ("garbage", "garbage", {}, ERROR_FILLING),
-        ("another shape", "shape", {}, ERROR_FILLING),
-        ("status 500", "status500", {}, ERROR_FILLING),
-        ("revoked key", "none", {"key": web_service.REVOKED_KEY}, ERROR_FILLING),
-        ("key without progression", "none", {"key": web_service.WITHOUT_PROGRESSION_KEY}, ERROR_FILLING),
-    ]
-    with desk.Game(arguments.game, folder) as game:
-        for name, fault, options, expected in cases:
-            with desk.WebService(fault or "none") as service, \
-                    desk.Vantor(arguments.vantor, service.host if fault else DEAD_HOST, folder, **options) as vantor:
-                report.check(vantor.line(expected), f"{name}: the line is printed", vantor.lines)
-                report.check(started(vantor) and opens_and_closes(game, vantor), f"{name}: the program goes on",
-                             vantor.lines)
-                report.check(not vantor.unexpected_lines(expected), f"{name}: nothing else is printed", vantor.lines)
-                key = options.get("key", web_service.VALID_KEY)
-                report.check(not any(key in line for line in vantor.lines), f"{name}: the key is not printed")
-        with desk.WebService("slow", delay=4.0) as service, \
-                desk.Vantor(arguments.vantor, service.host, folder) as vantor:
-            report.check(started(vantor) and opens_and_closes(game, vantor), "slow service: the overlay does not wait")
-            waiting = not service.line(r"^GET /v2/account/achievements", patience=0)
-            report.check(waiting, "slow service: the answer was still outstanding")
-            report.check(service.line(r"^GET /v2/account/achievements 200"), "slow service: the answer arrives",
-                         service.lines)
-            report.check(vantor.alive() and not vantor.unexpected_lines(), "slow service: nothing is printed",
-                         vantor.lines)
-        with desk.WebService("hang") as service, desk.Vantor(arguments.vantor, service.host, folder) as vantor:
-            report.check(service.line(r"hang"), "hanging service: it was asked", service.lines)
-            report.check(started(vantor) and opens_and_closes(game, vantor), "hanging service: the overlay does not wait")
-            report.check(vantor.alive() and not vantor.unexpected_lines(), "hanging service: nothing is printed",
-                         vantor.lines)
+def faults():
+    with play() as game:
+        for fault, key, expected in ((None, web_service.VALID_KEY, NO_DATA), ("close", web_service.VALID_KEY, NO_DATA),
+                                     ("empty", web_service.VALID_KEY, NO_DATA), ("shape", web_service.VALID_KEY, ERROR_FILLING),
+                                     ("garbage", web_service.VALID_KEY, ERROR_FILLING),
+                                     ("status500", web_service.VALID_KEY, ERROR_FILLING),
+                                     ("none", web_service.REVOKED_KEY, ERROR_FILLING),
+                                     ("none", web_service.WITHOUT_PROGRESSION_KEY, ERROR_FILLING)):
+            with desk.WebService(fault or "none") as service, running(fault and service, expected, key=key) as vantor:
+                check(vantor.line(expected), f"fault {fault}: the line is printed", vantor.lines)
+                check(started(vantor) and opens_and_closes(game, vantor), f"fault {fault}: the program goes on", vantor.lines)
+                check(not any(key in line for line in vantor.lines), "the key is not printed")
+        answered = r"^GET /v2/account/achievements \d"
+        for fault, later in (("slow", answered), ("hang", "hang")):
+            with desk.WebService(fault, delay=4.0) as service, running(service) as vantor:
+                check(started(vantor) and opens_and_closes(game, vantor), f"{fault} service: the overlay does not wait")
+                check(fault == "slow" or not service.line(answered, patience=0), "there is still no answer", service.lines)
+                check(service.line(later), f"{fault} service: it was asked", service.lines)
+                check(vantor.alive(), f"{fault} service: the program goes on")
 
 
-# Inside the main window, from its top left corner.
-TIMERS_TAB = (180, 87)
-SETTINGS_TAB, HOTKEY_FIELD = (765, 87), (460, 224)
-FIRST_ROW = 205
-ROW = 58
-WAYPOINT, WATCH = 775, 850
-CHAT_LINK = r"\[&[A-Za-z0-9+/]+=*\]"
-
-
-def typed_since(game, start, ending):
-    desk.wait_until(lambda: game.typed(start).endswith(ending) and game.typed(start) != ending)
-    return game.typed(start)
-
-
-def chat_links_and_watching(report, arguments, folder):
+def chat_links_and_watching():
+    """Beside a full-screen game that keeps every click while it has the focus: the open overlay has it instead."""
     settings = {"general.enableChatLinkReturnKey": "true", "timer.watchedWindowDuration": "10"}
-    with desk.WebService() as service, desk.Game(arguments.game, folder) as game, \
-            desk.Vantor(arguments.vantor, service.host, folder, settings=settings) as vantor:
-        started(vantor)
-        desk.press(*desk.HOTKEY)
-        report.check(service.line(r"^page /wiki/Game_updates"), "the first opening loads the game's updates", service.lines)
+    with everything({"holds_pointer": True}, settings=settings) as (service, game, vantor):
+        before = len(game.record())
+
+        def told(*expected):
+            """Whether this is the game's own account of the focus and of the camera key, which no capital in a chat link is."""
+            return wait_until(lambda: expected == tuple(
+                event.get("key", "gained" if event.get("in") else "lost") for event in game.record(before)
+                if event["event"] == "focus" or event.get("key") == desk.CAMERA_KEY and event["down"] and event["text"] == "h"))
+
+        check(opens(vantor) and told("H", "lost"), "the open overlay has the focus, after the camera key", game.record(before))
+        check(service.line(r"^page /wiki/Game_updates"), "the first opening loads the game's updates", service.lines)
         x, y, *_ = vantor.overlay()
         desk.click(x + TIMERS_TAB[0], y + TIMERS_TAB[1])
         desk.settled_pixels(x + 40, y + 170, 400, 200)
-        start = len(game.record())
+        waypoint = (x + FIRST_WAYPOINT[0], y + FIRST_WAYPOINT[1])
+        desk.click(*waypoint)
+        copied = wait_until(lambda: re.fullmatch(rf"\n{CHAT_LINK}\n", desk.clipboard_text()))
+        check(copied, "a click on a tab and one on a waypoint copy its chat link", repr(desk.clipboard_text()))
         with desk.held("Shift_L"):
-            desk.click(x + WAYPOINT, y + FIRST_ROW)
-            typed = typed_since(game, start, "\r")
-        report.check(re.fullmatch(rf"\r{CHAT_LINK}\r", typed), "a click with Shift held types the chat link", repr(typed))
-        report.check(desk.wait_until(game.has_focus) and desk.wait_until(game.keys_are_up), "the game has the keyboard again")
-        desk.click(x + WAYPOINT, y + FIRST_ROW)
-        copied = desk.wait_until(lambda: re.fullmatch(rf"\n{CHAT_LINK}\n", desk.clipboard_text()))
-        report.check(copied, "a plain click copies it", repr(desk.clipboard_text()))
+            typed = types(game, lambda: desk.click(*waypoint))
+        check(re.fullmatch(rf"\r{CHAT_LINK}\r", typed), "a click with Shift held types it", repr(typed))
+        check(told("H", "lost", "gained", "lost"), "then the overlay has the focus again", game.record(before))
+        desk.press("Escape")
+        check(told("H", "lost", "gained", "lost", "gained", "H") and wait_until(game.keys_are_up),
+              "the closing's camera key comes after the focus", game.record(before))
 
         # The watched list follows the settings file, so that no clock has to be waited for.
-        desk.press("Escape")
-        desk.wait_until(lambda: not vantor.overlay_shown())
-        desk.store(arguments.vantor, vantor.environment, desk.every_event(), web_service.VALID_KEY)
-        shown = desk.wait_until(lambda: vantor.windows().get("watched"))
+        desk.store(ARGUMENTS.vantor, vantor.environment, desk.every_event(), web_service.VALID_KEY)
+        shown = wait_until(lambda: vantor.windows().get("watched"))
         # At some hours there are more rows than find room below the corner.
         width, height = desk.screen_size()
-        report.check(shown and shown[0] == (width - 250) // 2 and shown[1] in ((height - 60) // 2, height - shown[3]) and shown[1] >= 0,
-                     "the watched list grows from its corner and stays on the screen", shown)
-        report.check(game.has_focus(), "the watched list takes no focus", desk.active_window())
-        report.check(not vantor.unexpected_lines(), "nothing unexpected is printed", vantor.lines)
+        check(shown and shown[0] == (width - 250) // 2 and shown[1] in ((height - 60) // 2, height - shown[3]) and shown[1] >= 0,
+              "the watched list grows from its corner and stays on the screen", shown)
+        check(game.has_focus(), "the watched list takes no focus", desk.active_window())
 
 
-def moved_clock(report, arguments, folder):
+def moved_clock():
     """A watched event enters the floating list at its minute and leaves it at its minute, past local midnight in a zone with a
     half hour. The program's clock is moved to some seconds before each of the two."""
-    clock = Path(folder) / "clock"
     midnight = datetime.datetime(2026, 11, 23)
-
-    def moved(moment):
-        clock.write_text(f"@{moment:%Y-%m-%d %H:%M:%S}\n")
-        return {"LD_PRELOAD": "libfaketimeMT.so.1", "LD_LIBRARY_PATH": FAKETIME, "FAKETIME_TIMESTAMP_FILE": str(clock),
-                "FAKETIME_NO_CACHE": "1", "FAKETIME_DONT_FAKE_MONOTONIC": "1", "TZ": "Asia/Kolkata"}
-
-    timeline = json.loads(subprocess.run([arguments.vantor, "--timeline", "--json"], env={**os.environ, **moved(midnight)},
-                                         capture_output=True, text=True, timeout=30, check=True).stdout)
+    clock = Path(FOLDER) / "clock"
+    moved = {"LD_PRELOAD": "libfaketimeMT.so.1", "LD_LIBRARY_PATH": FAKETIME, "FAKETIME_TIMESTAMP_FILE": str(clock),
+             "FAKETIME_NO_CACHE": "1", "FAKETIME_DONT_FAKE_MONOTONIC": "1", "TZ": "Asia/Kolkata"}
+    clock.write_text(f"@{midnight:%Y-%m-%d %H:%M:%S}\n")
+    timeline = json.loads(ask("--timeline", "--json", env={**os.environ, **moved}).stdout)
     # In this zone the day's frame begins at 05:30, so that what comes after midnight has minutes of 1440 and more.
     event = next(row for row in timeline if row["startMinute"] == 1470 and row["startMinute"] > row["gatheringMinute"])
     settings = {"events.watching": json.dumps([event["name"]]), "timer.watchedWindowDuration": "10"}
-    with desk.WebService() as service, desk.Game(arguments.game, folder) as game:
-        desk.wait_until(game.has_focus)
+    with desk.WebService() as service, play() as game:
+        wait_until(game.has_focus)
         for what, minute, entering in (("enters", event["gatheringMinute"] - 10, True), ("leaves", event["startMinute"] + 1, False)):
-            early = datetime.timedelta(seconds=10)
-            extra = moved(midnight + datetime.timedelta(minutes=minute % 1440) - early)
-            before = {name: os.environ.get(name) for name in extra}
-            os.environ.update(extra)
-            vantor = desk.Vantor(arguments.vantor, service.host, folder, settings=settings)
-            begin = time.monotonic()
-            for name, value in before.items():
-                os.environ.pop(name) if value is None else os.environ.update({name: value})
-            with vantor:
+            early = midnight + datetime.timedelta(minutes=minute % 1440, seconds=-10)
+            clock.write_text(f"@{early:%Y-%m-%d %H:%M:%S}\n")
+            with running(service, settings=settings, environment=moved) as vantor:
+                begin = time.monotonic()
                 started(vantor)
                 there = lambda: "watched" in vantor.windows()
-                if entering:
-                    report.check(not there(), f"no watched event is there before it {what}")
-                    changed = desk.wait_until(there, patience=20)
-                else:
-                    report.check(desk.wait_until(there), f"a watched event is there before it {what}")
-                    changed = desk.wait_until(lambda: not there(), patience=20)
+                check(not there() if entering else wait_until(there), f"the list is right before a watched event {what}")
+                changed = wait_until(lambda: there() == entering, patience=20)
                 seconds = time.monotonic() - begin
-                report.check(changed and 8.5 < seconds < 30, f"a watched event {what} at its minute", (event, seconds))
+                check(changed and 8.5 < seconds < 30, f"a watched event {what} at its minute", (event, seconds))
 
 
-def emotes(report, arguments, folder):
-    with desk.WebService() as service, desk.Game(arguments.game, folder) as game, \
-            desk.Vantor(arguments.vantor, service.host, folder) as vantor:
-        started(vantor)
-        desk.store(arguments.vantor, vantor.environment, {"general.enableEmojiCommands": "true"}, web_service.VALID_KEY)
-        x, y, *_ = desk.wait_until(lambda: vantor.windows().get("emoji"))
+def emotes():
+    with everything() as (_, game, vantor):
+        desk.store(ARGUMENTS.vantor, vantor.environment, {"general.enableEmojiCommands": "true"}, web_service.VALID_KEY)
+        x, y, *_ = wait_until(lambda: vantor.windows().get("emoji"))
+
+        def turns(wide):
+            return wait_until(lambda: (vantor.windows()["emoji"][2] > 100) == wide)
 
         def use(place):
             desk.click(x + 15, y + 15)
-            desk.wait_until(lambda: vantor.windows()["emoji"][2] > 100)
-            start = len(game.record())
-            desk.click(x + 15 + 32 * (place + 1), y + 15)
-            typed = typed_since(game, start, "\r")
-            return typed, desk.wait_until(lambda: vantor.windows()["emoji"][2] < 100) and game.has_focus()
+            turns(wide=True)
+            typed = types(game, lambda: desk.click(x + 15 + 32 * (place + 1), y + 15))
+            return typed if turns(wide=False) and game.has_focus() else ""
 
         desk.click(x + 15, y + 15)
-        desk.wait_until(lambda: vantor.windows()["emoji"][2] > 100)
+        turns(wide=True)
         before = set(vantor.windows())
         desk.point_at(x + 15 + 32 * 7, y + 15)
-        report.check(desk.wait_until(lambda: set(vantor.windows()) - before) and game.has_focus(),
-                     "a tooltip comes while the game has the focus", vantor.windows())
+        check(wait_until(lambda: set(vantor.windows()) - before) and game.has_focus(),
+              "a tooltip comes while the game has the focus", vantor.windows())
         desk.click(x + 15, y + 15)
-        desk.wait_until(lambda: vantor.windows()["emoji"][2] < 100)
-        used = use(26)
-        report.check(used == ("\r/wave @\r", True), "an emote is typed between two Returns, and the row closes", used)
-        report.check(use(0) == ("\r/wave @\r", True), "the emote used last is the first one")
-        report.check(use(20)[0] == "\r/sit\r" and use(1)[0] == "\r/wave @\r", "the order follows each use")
+        turns(wide=False)
+        check(use(26) == "\r/wave @\r", "an emote is typed between two Returns, and the row closes", game.record()[-12:])
+        check(use(0) == "\r/wave @\r", "the emote used last is the first one")
+        check(use(20) == "\r/sit\r" and use(1) == "\r/wave @\r", "the order follows each use")
         vantor.end()
-        with desk.Program(arguments.vantor, environment=vantor.environment) as again:
+        with desk.Program(ARGUMENTS.vantor, environment=vantor.environment) as again:
             vantor.pid = again.pid
-            desk.wait_until(lambda: "emoji" in vantor.windows())
-            report.check(use(0)[0] == "\r/wave @\r", "the order is kept over a restart")
+            wait_until(lambda: "emoji" in vantor.windows())
+            check(use(0) == "\r/wave @\r", "the order is kept over a restart")
 
 
-def logins(report, arguments, folder):
+def logins():
     """A login in the real keyring, filled by command; its password goes nowhere else."""
     canary = "c4nary-Pa55 & <word>"
-    with desk.WebService() as service, desk.Game(arguments.game, folder) as game:
-        subprocess.run(["secret-tool", "store", "--label=Vantor", "class", "generic-password", "account",
-                        "orvendel.Vantor.accounts"], input=json.dumps({"player@example.org": canary}), text=True, check=True,
-                       timeout=desk.PATIENCE)
-        with desk.Vantor(arguments.vantor, service.host, folder) as vantor:
-            started(vantor)
-            environment = {**os.environ, **vantor.environment}
-
-            def ask(*words):
-                return subprocess.run([arguments.vantor, *words], env=environment, capture_output=True, text=True, timeout=30)
-
-            start = len(game.record())
-            filled = desk.wait_until(lambda: ask("--fill", "player@example.org").returncode == 0)
-            expected = f"player@example.org\t{canary}"
-            desk.wait_until(lambda: game.typed(start) == expected)
-            report.check(filled and game.typed(start) == expected, "--fill types name, tab and password", game.typed(start))
-            unknown = ask("--fill", "nobody")
-            report.check(unknown.returncode == 1 and unknown.stderr.count("\n") == 1, "--fill of an unknown name is one line",
-                         unknown.stderr)
-            files = [path for path in Path(vantor.environment["XDG_CONFIG_HOME"]).rglob("*") if path.is_file()]
-            process = Path(f"/proc/{vantor.pid}")
-            places = [path.read_bytes() for path in (*files, process / "cmdline", process / "environ")]
-            places += ["\n".join(vantor.lines).encode(), "\n".join(service.lines).encode()]
-            report.check(files and not any(canary.encode() in place for place in places), "the password is nowhere else")
-            report.check(ask("--toggle-app").returncode == 0 and desk.wait_until(lambda: not vantor.windows()),
-                         "--toggle-app takes Vantor off the application in front", vantor.windows())
-            report.check(ask("--quit").returncode == 0 and desk.wait_until(lambda: not vantor.alive()), "--quit ends it")
-            report.check(ask("--quit").returncode == 1, "--quit without a running one says so")
+    subprocess.run(["secret-tool", "store", "--label=Vantor", "class", "generic-password", "account", "orvendel.Vantor.accounts"],
+                   input=json.dumps({"player@example.org": canary}), text=True, check=True, timeout=desk.PATIENCE)
+    with everything() as (service, game, vantor):
+        environment = {**os.environ, **vantor.environment}
+        filled = wait_until(lambda: ask("--fill", "player@example.org", env=environment).returncode == 0)
+        expected = f"player@example.org\t{canary}"
+        check(filled and wait_until(lambda: game.typed() == expected), "--fill types name, tab and password", game.typed())
+        unknown = ask("--fill", "nobody", env=environment)
+        check(unknown.returncode == 1 and unknown.stderr.count("\n") == 1, "--fill of an unknown name is one line", unknown)
+        folders = [environment[f"XDG_{name}"] for name in ("CONFIG_HOME", "DATA_HOME", "CACHE_HOME", "RUNTIME_DIR")]
+        files = [path for each in folders for path in Path(each).rglob("*") if path.is_file()]
+        process = Path(f"/proc/{vantor.pid}")
+        limits = (process / "limits").read_text()
+        check(re.search(r"^Max core file size +0 +0 ", limits, re.M), "a crash would write no core file", limits)
+        places = [path.read_bytes() for path in (*files, process / "cmdline", process / "environ")]
+        places += ["\n".join(vantor.lines).encode(), "\n".join(service.lines).encode()]
+        check(files and not any(canary.encode() in place for place in places), "the password is nowhere else")
+        check(ask("--toggle-app", env=environment).returncode == 0 and wait_until(lambda: not vantor.windows()),
+              "--toggle-app takes Vantor off the application in front", vantor.windows())
+        ends = ask("--quit", env=environment).returncode == 0 and wait_until(lambda: not vantor.alive())
+        check(ends and ask("--quit", env=environment).returncode == 1, "--quit ends it, and says so without a running one")
 
 
-def command_line(report, arguments, folder):
-    doctor = subprocess.run([arguments.vantor, "--doctor"], capture_output=True, text=True, timeout=desk.PATIENCE)
-    report.check(doctor.returncode == 0 and all(name in doctor.stdout for name in ("display", "raw keys", "keyring")),
-                 "--doctor names the capabilities", doctor.stdout + doctor.stderr)
-    with desk.Game(arguments.game, folder) as game:
-        desk.wait_until(game.has_focus)
+def command_line():
+    doctor = ask("--doctor")
+    check(doctor.returncode == 0 and all(name in doctor.stdout for name in ("display", "raw keys", "keyring")),
+          "--doctor names the capabilities", doctor)
+    with play() as game:
+        wait_until(game.has_focus)
         text = "Typed [once] & for All"
-        typing = subprocess.run([arguments.vantor, "--type", "-"], input=text, text=True, capture_output=True, timeout=30)
-        report.check(typing.returncode == 0 and desk.wait_until(lambda: game.typed() == text), "--type - types once",
-                     (typing.stderr, game.typed()))
-        start = len(game.record())
-        partly = subprocess.run([arguments.vantor, "--type", "a☃b🙂"], text=True, capture_output=True, timeout=30)
-        report.check(partly.returncode == 0 and partly.stderr.count("\n") == 1 and " 2 " in partly.stderr and
-                     "☃" not in partly.stderr and desk.wait_until(lambda: game.typed(start) == "ab"),
-                     "--type says how many characters have no key", (partly.stderr, game.typed(start)))
-        pressing = subprocess.run([arguments.vantor, "--press", "⌃ + ⇧ + K"], capture_output=True, text=True, timeout=30)
-        pressed = desk.wait_until(lambda: game.presses("K") == 1 and game.keys_are_up())
-        report.check(pressing.returncode == 0 and pressed, "--press presses a hotkey", (pressing.stderr, game.record()))
+        typing = ask("--type", "-", input=text)
+        check(typing.returncode == 0 and wait_until(lambda: game.typed() == text), "--type - types once", (typing, game.typed()))
+        before = len(game.record())
+        partly = ask("--type", "a☃b🙂")
+        check(partly.returncode == 0 and partly.stderr.count("\n") == 1 and " 2 " in partly.stderr and "☃" not in partly.stderr
+              and wait_until(lambda: game.typed(before) == "ab"), "--type says how many characters have no key", partly)
+        pressing = ask("--press", "⌃ + ⇧ + K")
+        check(pressing.returncode == 0 and wait_until(lambda: game.presses("K") == 1 and game.keys_are_up()),
+              "--press presses a hotkey", (pressing, game.record()))
 
 
-def two_monitors(report, arguments, folder):
-    """Everything comes on the game's monitor, goes over with it, and has a place on each. X + 680 is the right one."""
-    half = desk.screen_size()[0] // 2
-    height = desk.screen_size()[1]
+def slow_and_dying():
+    """A game that reads nothing for a while, and one that dies in mid-text."""
+    text = "The Quick Brown Fox (17 + 4) jumps; \"Over\" the Lazy Dog: [&AgEAWgAA=]! " * 3
+    with play(window_class="notes", size="300x200") as notes:
+        with play() as game:
+            wait_until(game.has_focus)
+            game.process.send_signal(signal.SIGSTOP)
+            ask("--type", "-", input=text)
+            game.process.send_signal(signal.SIGCONT)
+            check(wait_until(lambda: game.typed() == text), "a game that was busy has the whole text", game.typed())
+            before = len(game.record())
+            typing = desk.Program(ARGUMENTS.vantor, "--type", text)
+            wait_until(lambda: len(game.typed(before)) > 20)
+            game.process.kill()
+            wait_until(lambda: not typing.alive())
+            check(typing.end() == 0 and text.startswith(game.typed(before)), "a text goes on when its game dies",
+                  (typing.end(), typing.lines, game.typed(before)))
+        wait_until(notes.has_focus)
+        ask("--type", "{Next}")
+        check(wait_until(lambda: notes.typed().endswith("{Next}")), "the next one is whole", notes.typed())
+
+
+def release(folder, version, name):
+    """Signed by minisign itself, with the key for tests; the section of the world bosses bears the name."""
+    folder.mkdir(exist_ok=True)
+    catalogue = folder / "events.json"
+    catalogue.write_text(json.dumps([EVENTS[0], {**EVENTS[1], "name": name}, *EVENTS[2:]]))
+    return subprocess.run([TOP / "packaging/catalogue/sign.sh", str(version), "2026-09-30", TOP / "demo/catalogue/test.key",
+                           folder / "served", catalogue], env={**os.environ, "VANTOR": str(ARGUMENTS.vantor)},
+                          stdin=subprocess.DEVNULL, capture_output=True, text=True, timeout=60, check=False)
+
+
+def releases():
+    folder = Path(FOLDER) / "released"
+    signed = release(folder, 7, "First")
+    check(signed.returncode == 0 and signed.stdout.startswith("version 7 of "), "a release is signed and holds", signed)
+    again = release(folder, 7, "Again")
+    check(again.returncode == 1 and "version 7 is there already" in again.stderr, "versions only grow", again)
+    old = release(folder / "other", 1, "Old")
+    check(old.returncode == 1 and not (folder / "other/served").exists(), "what Vantor refuses is not released", old)
+
+
+def catalogues():
+    """Catalogues from outside: an update that is served, one that is damaged, the player's files, a faulty one."""
+    folder = Path(FOLDER) / "layers"
+    served, data, cache = (folder / name for name in ("served", "data", "cache"))
+    own = data / "vantor/catalogue"
+    own.mkdir(parents=True)
+    release(folder, 7, "First")
+    with desk.WebService(catalogue=served) as service, play():
+        environment = {"XDG_DATA_HOME": str(data), "XDG_CACHE_HOME": str(cache), "VANTOR_CATALOGUE_HOST": service.host}
+
+        def said(*words):
+            return ask(*words, env={**os.environ, **environment})
+
+        def section(name):
+            return any(row["section"] == name for row in json.loads(said("--timeline", "--json").stdout))
+
+        def run(*expected):
+            return running(service, *expected, environment=environment)
+
+        with run() as vantor:
+            taken = wait_until(lambda: (cache / "vantor/catalogue/state.json").exists())
+            check(taken and "catalogue version 7 of " in said("--version").stdout, "the update is fetched and kept", vantor.lines)
+            check(section("First"), "its times are shown")
+        with run():
+            check(service.line(r"minisig 304"), "the next start is told that nothing is new", service.lines)
+        # Another body below the signature, as from a host that was broken into.
+        release(folder, 8, "Second")
+        file = served / "1/catalogue.json"
+        file.write_text(file.read_text().replace("Second", "Forged"))
+        refusal = "^The catalogue update was refused: signature: is not this document's$"
+        with run(refusal) as vantor:
+            check(vantor.line(refusal), "a damaged update is refused in one line", vantor.lines)
+            check(section("First") and not section("Forged"), "and the old one stays")
+        release(folder, 9, "Third")
+        (own / "mine.json").write_text(json.dumps([{**EVENTS[2], "name": "Mine"}]))
+        (own / "wrong.json").write_text(json.dumps([{**EVENTS[3], "segments": []}]))
+        fault = r"^Error in your catalogue file wrong\.json: \[0\]\.sequences\."
+        with run(fault) as vantor:
+            check(vantor.line(fault), "a faulty file of the player's is named", vantor.lines)
+            check(wait_until(lambda: "version 9" in said("--version").stdout), "the next update is taken", vantor.lines)
+            check(section("Third") and section("Mine") and section(EVENTS[3]["name"]), "the player's file lies over it")
+            doctor = said("--doctor").stdout
+            check("catalogue" in doctor and "mine.json" in doctor and "wrong.json: [0]" in doctor, "--doctor tells all of it", doctor)
+            back = said("--catalogue-rollback")
+            check(back.returncode == 0 and back.stdout.startswith("catalogue version 7") and section("First"),
+                  "--catalogue-rollback goes back to the one before", back)
+
+
+def two_monitors():
+    """Everything comes on the game's monitor, goes over with it, and has a place on each."""
+    width, height = desk.screen_size()
+    half = width // 2
     with desk.monitors(LEFT=(0, 0, half, height), RIGHT=(half, 0, half, height)) as unplug, desk.WebService() as service, \
-            desk.Game(arguments.game, folder, size="600x400") as game:
+            play(size="600x400") as game:
         def play_on(x):
             subprocess.run(["xdotool", "windowmove", str(game.window), str(x + 20), "200"], check=True, timeout=desk.PATIENCE)
 
-        def stands(vantor, **corners):
-            return desk.wait_until(lambda: all(vantor.windows().get(role, ())[:2] == corner for role, corner in corners.items()))
-
         play_on(half)
         settings = {**desk.every_event(), "general.enableEmojiCommands": "true"}
-        with desk.Vantor(arguments.vantor, service.host, folder, settings=settings) as vantor:
-            report.check(stands(vantor, icon=(half, 0), emoji=(half + 36, 0)) and
-                         desk.wait_until(lambda: vantor.windows().get("watched", (0,))[0] == half + (half - 250) // 2),
-                         "icon, emotes and list come on the game's monitor", vantor.windows())
-            desk.press(*desk.HOTKEY)
-            report.check(desk.wait_until(lambda: vantor.windows().get("main", (0,))[0] == half), "so does the overlay", vantor.windows())
+        with running(service, settings=settings) as vantor:
+            def stands(what, **corners):
+                there = wait_until(lambda: all(vantor.windows().get(role, ())[:2] == corner for role, corner in corners.items()))
+                check(there, what, vantor.windows())
+
+            stands("icon and emotes come on the game's monitor", icon=(half, 0), emoji=(half + 36, 0))
+            check(wait_until(lambda: vantor.windows().get("watched", (0,))[0] == half + (half - 250) // 2), "so does the list",
+                  vantor.windows())
+            opens(vantor)
             x, y, *_ = vantor.overlay()
+            check(x == half, "so does the overlay", vantor.windows())
             desk.drag(x + 400, y + 40, x + 330, y + 90)
-            report.check(stands(vantor, main=(half - 70, y + 50)), "it can be dragged over the edge between them", vantor.windows())
+            stands("it can be dragged over the edge between them", main=(half - 70, y + 50))
             play_on(0)
-            report.check(stands(vantor, icon=(0, 0), main=(0, y + 50)), "they go over with the game while they are shown", vantor.windows())
+            stands("they go over with the game while they are shown", icon=(0, 0), main=(0, y + 50))
             desk.drag(400, y + 90, 400, y + 60)
-            report.check(stands(vantor, main=(0, y + 20)), "the overlay has its place there", vantor.windows())
+            stands("the overlay has its place there", main=(0, y + 20))
             play_on(half)
-            report.check(stands(vantor, main=(half - 70, y + 50)), "and its own on the other", vantor.windows())
+            stands("and its own on the other", main=(half - 70, y + 50))
             unplug("RIGHT")
-            report.check(stands(vantor, icon=(0, 0), main=(0, y + 20)), "they come back when that monitor goes", vantor.windows())
-            report.check(not vantor.unexpected_lines(), "nothing unexpected is printed", vantor.lines)
+            stands("they come back when that monitor goes", icon=(0, 0), main=(0, y + 20))
 
 
-def without_compositor(report, arguments, folder):
+def without_compositor():
     """Where nothing is blended the game is seen beside the torn edge. This ends the compositor."""
     width, height = desk.screen_size()
     corner = ((width - 920) // 2, (height - 600) // 2, 5, 5)
     middle = (width // 2, height // 2, 50, 50)
-    with desk.WebService() as service, desk.Game(arguments.game, folder):
+    with everything() as (_, _, vantor):
         scene = {part: desk.settled_pixels(*part) for part in (corner, middle)}
-        with desk.Vantor(arguments.vantor, service.host, folder) as vantor:
-            started(vantor)
-            compositor = desk.ask("xdotool", "search", "--name", "^picom$").split()
-            subprocess.run(["xdotool", "windowkill", compositor[-1]], check=True, timeout=desk.PATIENCE)
-            desk.press(*desk.HOTKEY)
-            shown = desk.wait_until(lambda: desk.pixels(*middle) != scene[middle])
-            report.check(shown and desk.settled_pixels(*corner) == scene[corner], "the overlay has no black frame", vantor.windows())
+        compositor = desk.ask("xdotool", "search", "--name", "^picom$").split()
+        subprocess.run(["xdotool", "windowkill", compositor[-1]], check=True, timeout=desk.PATIENCE)
+        desk.press(*desk.HOTKEY)
+        shown = wait_until(lambda: desk.pixels(*middle) != scene[middle])
+        check(shown and desk.settled_pixels(*corner) == scene[corner], "the overlay has no black frame", vantor.windows())
 
 
-def main():
-    parser = argparse.ArgumentParser(description=__doc__)
-    parser.add_argument("--vantor", required=True, type=Path)
-    parser.add_argument("--game", required=True, type=Path)
-    arguments = parser.parse_args()
-    desk.enter_private_desktop()
-    report = desk.Report()
-    with tempfile.TemporaryDirectory(prefix="vantor-scenarios.") as folder:
-        for scenario in (player_keys, held_pointer, opens_once, hotkeys, second_start, chat_links_and_watching, moved_clock, emotes, logins, faults,
-                         command_line, two_monitors, without_compositor):
-            try:
-                scenario(report, arguments, folder)
-            except (OSError, RuntimeError, KeyError, subprocess.SubprocessError, json.JSONDecodeError) as fault:
-                report.check(False, scenario.__name__, repr(fault))
-    print(f"{report.passed} passed, {report.failed} failed")
-    return 1 if report.failed else 0
-
-
-if __name__ == "__main__":
-    sys.exit(main())
+SCENARIOS = (player_keys, opens_once, hotkeys, second_start, chat_links_and_watching, moved_clock, emotes, logins,
+             faults, command_line, slow_and_dying, releases, catalogues, two_monitors, without_compositor)
+with tempfile.TemporaryDirectory(prefix="vantor-scenarios.") as FOLDER:
+    for scenario in SCENARIOS:
+        if ARGUMENTS.names and scenario.__name__ not in ARGUMENTS.names:
+            continue
+        print(f"-- {scenario.__name__}", flush=True)
+        try:
+            scenario()
+        except (OSError, RuntimeError, KeyError, TypeError, subprocess.SubprocessError, json.JSONDecodeError) as fault:
+            check(False, scenario.__name__, repr(fault))
+print(f"{REPORT.passed} passed, {REPORT.failed} failed")
+sys.exit(1 if REPORT.failed else 0)

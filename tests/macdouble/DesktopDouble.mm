@@ -13,10 +13,7 @@ NSString* const NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification = @"
 
 @implementation NSRunningApplication
 @synthesize bundleIdentifier = bundleIdentifier_;
-- (void)dealloc {
-    [bundleIdentifier_ release];
-    [super dealloc];
-}
+OWNS(bundleIdentifier_)
 @end
 
 @implementation NSWorkspace
@@ -147,12 +144,7 @@ AXError AXUIElementSetMessagingTimeout(AXUIElementRef, float) { return kAXErrorS
     opaque_ = hasShadow_ = hidesOnDeactivate_ = YES;
     return self;
 }
-- (void)dealloc {
-    [buttons_ release];
-    [backgroundColor_ release];
-    [frameName_ release];
-    [super dealloc];
-}
+OWNS(buttons_, backgroundColor_, frameName_)
 - (NSButton*)standardWindowButton:(NSWindowButton)b {
     return [buttons_ objectAtIndex:b];
 }
@@ -207,10 +199,7 @@ AXError AXUIElementSetMessagingTimeout(AXUIElementRef, float) { return kAXErrorS
     subviews_ = [[NSMutableArray alloc] init];
     return self;
 }
-- (void)dealloc {
-    [subviews_ release];
-    [super dealloc];
-}
+OWNS(subviews_)
 - (NSRect)bounds {
     return NSMakeRect(0, 0, frame_.size.width, frame_.size.height);
 }

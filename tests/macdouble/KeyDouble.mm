@@ -107,15 +107,16 @@ DoubleCGEvent* eventOf(CGEventType type, CGKeyCode keyCode, CGEventFlags flags) 
 }  // namespace
 
 @implementation NSEvent
+@synthesize CGEvent = event_, type = type_, keyCode = keyCode_, modifierFlags = modifierFlags_;
 + (NSEvent*)eventWithCGEvent:(CGEventRef)cgEvent {
     NSEvent* const event = [[[NSEvent alloc] init] autorelease];
     event->event_ = (CGEventRef)[of(cgEvent) retain];
+    event->type_ = (NSEventType)of(cgEvent)->type;
+    event->keyCode_ = of(cgEvent)->keyCode;
+    event->modifierFlags_ = of(cgEvent)->flags;
     return event;
 }
-- (void)dealloc {
-    [of(event_) release];
-    [super dealloc];
-}
+OWNS(of(event_))
 + (id)addGlobalMonitorForEventsMatchingMask:(NSEventMask)mask handler:(void (^)(NSEvent*))block {
     return addMonitor(true, mask, (id)block);
 }
@@ -124,18 +125,6 @@ DoubleCGEvent* eventOf(CGEventType type, CGKeyCode keyCode, CGEventFlags flags) 
 }
 + (void)removeMonitor:(id)eventMonitor {
     [monitors() removeObject:eventMonitor];
-}
-- (NSEventType)type {
-    return (NSEventType)of(event_)->type;
-}
-- (unsigned short)keyCode {
-    return of(event_)->keyCode;
-}
-- (NSEventModifierFlags)modifierFlags {
-    return of(event_)->flags;
-}
-- (CGEventRef)CGEvent {
-    return event_;
 }
 - (NSString*)characters {
     return charactersOf(event_, of(event_)->flags);

@@ -8,6 +8,7 @@
 #import <WebKit/WebKit.h>
 
 #include <functional>
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <vector>
@@ -53,7 +54,16 @@
 @property(getter=isMainFrame) BOOL mainFrame;
 @end
 
+// The end of an object that owns these.
+#define OWNS(...)                        \
+    -(void)dealloc {                     \
+        macdouble::letGo({__VA_ARGS__}); \
+        [super dealloc];                 \
+    }
+
 namespace macdouble {
+
+void letGo(std::initializer_list<id> owned);
 
 struct Mac {
     // What reached others than Vantor, in order: posted keys, questions to the player, loaded pages.

@@ -23,11 +23,7 @@ using macdouble::mac;
     imageScaling_ = NSImageScaleNone;  // not the value that is asked for
     return self;
 }
-- (void)dealloc {
-    [title_ release];
-    [image_ release];
-    [super dealloc];
-}
+OWNS(title_, image_)
 @end
 
 @implementation NSStatusBarButton
@@ -40,11 +36,7 @@ using macdouble::mac;
     button_ = [[NSStatusBarButton alloc] init];
     return self;
 }
-- (void)dealloc {
-    [button_ release];
-    [menu_ release];
-    [super dealloc];
-}
+OWNS(button_, menu_)
 @end
 
 @implementation NSStatusBar
@@ -72,11 +64,7 @@ using macdouble::mac;
     autoenablesItems_ = YES;
     return self;
 }
-- (void)dealloc {
-    [title_ release];
-    [items_ release];
-    [super dealloc];
-}
+OWNS(title_, items_)
 - (void)addItem:(NSMenuItem*)newItem {
     [items_ addObject:newItem];
 }
@@ -104,12 +92,7 @@ using macdouble::mac;
     enabled_ = YES;
     return self;
 }
-- (void)dealloc {
-    [title_ release];
-    [representedObject_ release];
-    [submenu_ release];
-    [super dealloc];
-}
+OWNS(title_, representedObject_, submenu_)
 @end
 
 bool macdouble::Mac::choose(NSMenuItem* item) {

@@ -120,26 +120,5 @@ TEST_F(UserDefaultsTest, TellsOfEachChangeOnceOnTheMainThreadWhoeverMadeIt) {
     EXPECT_THAT(changes(), IsEmpty()) << "the settings are gone";
 }
 
-TEST_F(UserDefaultsTest, LetsGoOfWhatItCompares) {
-    // Of the library's own class, which keeps some for itself, and so is not counted after each test.
-    const auto live = [] {
-        @autoreleasepool {
-            return GSDebugAllocationCount([[[[store() dictionaryRepresentation] copy] autorelease] class]);
-        }
-    };
-    constexpr int times = 20;
-    int before = 0;
-    for (int time = -1; time < times; ++time) {
-        if (time == 0) before = live();
-        @autoreleasepool {
-            UserDefaults going(&mainThread);
-            const Subscription observer = going.observe([](const std::string&) {});
-            EXPECT_EQ(going.setValue("test.bool", time % 2 == 0), Defaults::Verdict::stored);
-            mainThread.runAll();
-        }
-    }
-    EXPECT_LT(live(), before + times);
-}
-
 }  // namespace
 }  // namespace vantor

@@ -13,10 +13,7 @@ using macdouble::note;
                                              forMainFrameOnly ? @"the main frame" : @"all frames"];
     return self;
 }
-- (void)dealloc {
-    [text_ release];
-    [super dealloc];
-}
+OWNS(text_)
 - (NSString*)description {
     return text_;
 }
@@ -40,11 +37,7 @@ using macdouble::note;
 
 @implementation WKNavigationAction
 @synthesize targetFrame = targetFrame_, navigationType = navigationType_, request = request_;
-- (void)dealloc {
-    [targetFrame_ release];
-    [request_ release];
-    [super dealloc];
-}
+OWNS(targetFrame_, request_)
 @end
 
 @implementation WKWebView
@@ -58,12 +51,7 @@ using macdouble::note;
     drawsBackground_ = YES;
     return self;
 }
-- (void)dealloc {
-    [configuration_ release];
-    [title_ release];
-    [url_ release];
-    [super dealloc];
-}
+OWNS(configuration_, title_, url_)
 - (WKNavigation*)loadRequest:(NSURLRequest*)request {
     note(std::string("load ") + [[[request URL] absoluteString] UTF8String] + " policy " +
          std::to_string([request cachePolicy]) + " timeout " + std::to_string(lround([request timeoutInterval])));

@@ -23,6 +23,9 @@ static std::optional<Mac> current;
 Mac& mac() { return *current; }
 void note(std::string call) { mac().done.push_back(std::move(call)); }
 std::vector<std::string> done() { return std::exchange(mac().done, {}); }
+void letGo(std::initializer_list<id> owned) {
+    for (const id each : owned) [each release];
+}
 void needsMainThread() { EXPECT_TRUE([NSThread isMainThread]) << "called on another thread"; }
 
 namespace {
@@ -89,6 +92,8 @@ extern "C" const char* __lsan_default_options() { return "print_suppressions=0";
 int main(int count, char** arguments) {
     if (!getenv(macdouble::settingsVariable)) macdouble::moveSettings(arguments);
     NSAutoreleasePool* const pool = [[NSAutoreleasePool alloc] init];
+    kCFBooleanTrue = (CFBooleanRef)[[NSNumber numberWithBool:YES] retain];
+    kCFBooleanFalse = (CFBooleanRef)[[NSNumber numberWithBool:NO] retain];
     GSDebugAllocationActive(YES);
     testing::InitGoogleMock(&count, arguments);
     testing::UnitTest::GetInstance()->listeners().Append(new macdouble::MacListener);

@@ -72,6 +72,9 @@ extern NSString* const NSWorkspaceAccessibilityDisplayOptionsDidChangeNotificati
 
 @interface NSEvent : NSObject {
     CGEventRef event_;
+    NSEventType type_;
+    unsigned short keyCode_;
+    NSEventModifierFlags modifierFlags_;
 }
 + (NSEvent*)eventWithCGEvent:(CGEventRef)cgEvent;
 + (id)addGlobalMonitorForEventsMatchingMask:(NSEventMask)mask handler:(void (^)(NSEvent*))block;
