@@ -20,7 +20,7 @@ import desk  # noqa: E402
 
 IDENTITY = "Vantor Self-Signed"
 VERSION = re.search(r"^project\(vantor VERSION ([0-9.]+)", (TOP / "CMakeLists.txt").read_text(), re.M)[1]
-FOR_BUILDING = "cmake ninja ccache python qt librsvg googletest fonttools font-eb-garamond font-lato".split()
+FOR_BUILDING = "cmake ninja ccache python qt librsvg libsodium googletest fonttools font-eb-garamond font-lato".split()
 LINUX_PARTS = "bench|macos|fuzz|desktop|package|tidy"
 # What a Mac's bash 3.2 cannot do, and what GNU's tools know and a Mac's do not.
 LATER_BASH = r"(declare|local|typeset) -[Ang]|mapfile|readarray|\$\{\w+(\[[@*]\])?(@\w|,,?|\^\^?)|&>>|\|&|coproc|\[\[ -v "
