@@ -5,6 +5,7 @@
 #include <csignal>
 
 #include "Mac.h"
+#include "fake/FakePause.h"
 #include "input/ClipboardManager.h"
 #include "input/ReadableKeyText.h"
 #include "platform/macos/EventKeyboardLayout.h"
@@ -24,10 +25,6 @@ constexpr ModifierFlags plain = modifier::nonCoalesced;
 constexpr bool here = true;
 constexpr bool elsewhere = false;
 
-struct NoPause final : Pause {
-    void wait(std::chrono::microseconds) override {}
-};
-
 class KeysTest : public testing::Test {
 protected:
     Subscription hearElsewhere(KeyEventType type) {
@@ -46,7 +43,7 @@ protected:
     SharedWorkspace workspace;
     HidTapKeyPoster poster{events, workspace};
     EventMonitors monitors;
-    NoPause pause;
+    FakePause pause;
     KeyMonitors::Passing passing = KeyMonitors::Passing::passOn;
     std::vector<std::string> heard;
 };

@@ -14,12 +14,10 @@
 #include "app/AppDelegate.h"
 #include "app/SystemCapability.h"
 #include "fake/FakeClock.h"
-#include "fake/FakeDefaults.h"
-#include "fake/FakeMainThread.h"
+#include "fake/FakePause.h"
 #include "fake/FakeScheduler.h"
-#include "fake/FakeTaskQueue.h"
-#include "fake/FakeUrlSession.h"
 #include "platform/macos/WebKitPage.h"
+#include "unit/Services.h"
 
 namespace vantor {
 namespace {
@@ -46,11 +44,7 @@ struct WindowDouble final : AppWindow {
     Windows& shown;
 };
 
-struct NoPause final : Pause {
-    void wait(std::chrono::microseconds) override {}
-};
-
-class StartUpTest : public testing::Test {
+class StartUpTest : public testing::Test, protected Services {
 protected:
     StartUpTest() {
         mac().loopTurns = false;
@@ -64,14 +58,7 @@ protected:
         const TypingServices keys = backend->typing();
         delegate = std::make_unique<AppDelegate>(
             AppObserver::Needs{
-                {defaults,
-                 session,
-                 queue,
-                 mainThread,
-                 clock,
-                 {"https://api", "qrc:/catalogue"},
-                 [](const std::string&) {},
-                 [](const std::string&) {}},
+                {defaults, session, queue, mainThread, clock, {"https://api", "qrc:/catalogue"}, print, print},
                 keys.monitors,
                 keys.poster,
                 keys.layout,
@@ -106,13 +93,9 @@ protected:
         return names;
     }
 
-    FakeDefaults defaults;
-    FakeTaskQueue queue;
-    FakeUrlSession session{queue};
-    FakeMainThread mainThread;
     FakeScheduler scheduler;
     FakeClock clock{0, 0};
-    NoPause pause;
+    FakePause pause;
     Windows shown;
     std::unique_ptr<backend::Backend> backend;
     std::unique_ptr<AppDelegate> delegate;
@@ -138,8 +121,8 @@ TEST_F(StartUpTest, ShowsItselfBesideTheGameAndLeavesItTheFocus) {
 }
 
 TEST_F(StartUpTest, AHotkeyHeardInTheGameOpensTheOverlayAndPressesTheCamerasKey) {
-    (void)defaults.setValue("general.windowToggleEvent", std::string("⌘ + ⇧ + A"));
-    (void)defaults.setValue("general.actionCamToggleEvent", std::string(" ⌃ + V "));
+    defaults.put("general.windowToggleEvent", std::string("⌘ + ⇧ + A"));
+    defaults.put("general.actionCamToggleEvent", std::string(" ⌃ + V "));
     launch();
     release(keyA, modifier::command);
     EXPECT_THAT(done(), IsEmpty());
@@ -161,7 +144,7 @@ TEST_F(StartUpTest, ThePasteboardAndALoginAreTypedIntoTheGame) {
         (id)kSecAttrAccount : @"orvendel.Vantor.accounts",
         (id)kSecValueData : [@"{\"a\":\"V\"}" dataUsingEncoding:NSUTF8StringEncoding],
     }];
-    (void)defaults.setValue("general.pasteClipoard", true);
+    defaults.put("general.pasteClipoard", true);
     launch();
     backend->pasteboard().setText("a");
     release(keyV, modifier::command);
@@ -176,7 +159,7 @@ TEST_F(StartUpTest, ThePasteboardAndALoginAreTypedIntoTheGame) {
 TEST_F(StartUpTest, HotkeysWorkFromTheMomentThePlayerAllowsTheLast) {
     mac().trusted = false;
     mac().listening = kIOHIDAccessTypeUnknown;
-    (void)defaults.setValue("general.windowToggleEvent", std::string("A"));
+    defaults.put("general.windowToggleEvent", std::string("A"));
     launch();
     EXPECT_EQ(missing(), "raw keys: Accessibility; posting: Accessibility; ");
     backend->ask(CapabilityKind::rawKeys)();
