@@ -77,8 +77,7 @@ def read_list(path):
     return [Mutant(re.sub(r"\|\s*$", "| ", line)) for line in path.read_text().splitlines() if line and line[0] != "#"]
 
 
-def misfits(mutants):
-    """What the code no longer has, or has more than once: a line each."""
+def misfits(mutants):  # a line for each whose old text the code has no longer, or more than once
     texts = {file: (TOP / file).read_text() if (TOP / file).is_file() else "" for file in {mutant.file for mutant in mutants}}
     return [f"mutate: not once in {each.file}: {each.old}" for each in mutants if texts[each.file].count(each.old) != 1]
 
@@ -126,8 +125,8 @@ def build(programs):
         for command in (configured, ["ninja", "-C", "build/macos", "macos_tests"]):
             if subprocess.run(command, cwd=COPY, stdout=subprocess.DEVNULL).returncode:
                 sys.exit("mutate: the mutated copy does not build")
-    helpers = ["vantor-guardian", "standin-game"]
-    if targets and subprocess.run(["packaging/build.sh", "release", *helpers, *sorted(targets)], cwd=COPY).returncode:
+    targets = sorted(targets and targets | {"vantor-guardian", "standin-game"})
+    if targets and subprocess.run(["packaging/build.sh", "release", *targets], cwd=COPY).returncode:
         sys.exit("mutate: the mutated copy does not build")
 
 
