@@ -235,6 +235,10 @@ TEST_F(WorkspaceTest, WindowsComeWithoutTheFocusAndOnlyTheOverlayTakesItOnAClick
             own->show();
             ASSERT_TRUE(liesOver(*own, *game)) << round;
             EXPECT_TRUE(isActive(game->window())) << "being mapped it took the focus, round " << round;
+            EXPECT_TRUE(comesTrue([&] {
+                const auto states = server->numbers(idOf(*own), server->atoms().netWmState, XCB_ATOM_ATOM);
+                return std::count(states.begin(), states.end(), server->atoms().netWmStateSkipTaskbar) == 1;
+            })) << "it stands in the task bar";
             EXPECT_TRUE(workspace.awaitFocusReturned(30s));
             workspace.hideAndUnhideWithoutActivation();  // nothing to hand back
 
@@ -253,6 +257,10 @@ TEST_F(WorkspaceTest, WindowsComeWithoutTheFocusAndOnlyTheOverlayTakesItOnAClick
                 EXPECT_TRUE(workspace.awaitFocusReturned(30s));
                 ASSERT_TRUE(becomesActive(game->window()));
                 EXPECT_TRUE(own->isVisible());
+                overlays.takeFocus(own->winId());
+                ASSERT_TRUE(becomesActive(idOf(*own)));
+                workspace.hideAndUnhideWithoutActivation();
+                ASSERT_TRUE(becomesActive(game->window()));
                 ASSERT_TRUE(liesOver(*own, *game)) << "the focused full-screen game covers the overlay";
             }
             EXPECT_TRUE(isActive(game->window()));

@@ -7,6 +7,7 @@
 #include <QtCore/QTemporaryDir>
 #include <filesystem>
 #include <fstream>
+#include <map>
 
 #include "platform/linux/desktop/DesktopEntries.h"
 
@@ -49,10 +50,11 @@ TEST_F(DesktopEntriesTest, IdentifiesApplicationsByClassThenByEntryThenByTheClas
         {{"vantor", "Vantor"}, ownIdentifier},
         {{"orvendel.Vantor", ""}, ownIdentifier},
         {{"x", "web-browser"}, "org.example.Web"},
+        {{"org.example.Notes", "web-browser"}, "org.example.Web"},
         {{"Web-Browser", "Navigator"}, "org.example.Web"},
         {{"org.example.notes", "Org.example.Notes"}, "org.example.Notes"},
-        {{"kde-terminal", "kde-terminal"}, "kde-terminal"},
-        {{"link", "link"}, "link"},
+        {{"Kde-Terminal", "Kde-Terminal"}, "kde-terminal"},
+        {{"Link", "Link"}, "Link"},
         {{"other", "Other"}, "Other"},
         {{"xterm", ""}, "xterm"},
         {{"", ""}, ""},
@@ -73,6 +75,20 @@ TEST_F(DesktopEntriesTest, NamesApplicationsAndFollowsNewEntries) {
     std::filesystem::last_write_time(root() / "shared",
                                      std::filesystem::file_time_type::clock::now() + std::chrono::seconds(2));
     EXPECT_EQ(applicationDisplayName("installed.later", lookup()), "Later");
+}
+
+TEST(DesktopEntriesFoldersTest, AreTheWholePathsOfTheEnvironment) {
+    const std::map<const char*, QByteArray> variables = {
+        {"HOME", "/home/amy"}, {"XDG_DATA_HOME", ""}, {"XDG_DATA_DIRS", "/a:b::/c"}};
+    std::map<const char*, QByteArray> before;
+    for (const auto& [name, value] : variables) {
+        before[name] = qgetenv(name);
+        qputenv(name, value);
+    }
+    EXPECT_EQ(DesktopEntries::standardFolders(),
+              (std::vector<std::filesystem::path>{"/home/amy/.local/share/applications", "/a/applications",
+                                                  "/c/applications"}));
+    for (const auto& [name, value] : before) qputenv(name, value);
 }
 
 }  // namespace
