@@ -1,5 +1,6 @@
 #include "app/view/ContentView.h"
 
+#include <QtGui/QPainter>
 #include <QtWidgets/QVBoxLayout>
 #include <utility>
 
@@ -10,8 +11,15 @@
 #include "input/view/HotkeyText.h"
 #include "platform/Defaults.h"
 #include "translators/view/TranslatorView.h"
+#include "ui/NineParts.h"
 
 namespace vantor {
+
+namespace {
+
+constexpr int groundLeft = 8;  // where the panel's torn edge ends
+
+}  // namespace
 
 ContentView::ContentView(AppObserver& appObserver, const ViewNeeds& needs, WatchedFeed& watched, QWidget* parent)
     : QWidget(parent),
@@ -94,6 +102,15 @@ TabLinks ContentView::links() {
 void ContentView::openSettings(SettingsView::Page page) {
     appObserver_.tabs().select(tab_position::settings);
     settingsView_->select(page);
+}
+
+// The ground of the tabs and their pages; the title's stroke lies on the panel above it.
+void ContentView::paintEvent(QPaintEvent*) {
+    const QRect frame = rect().adjusted(groundLeft, titleBar_->height(), 0, 0);
+    if (frame.isEmpty()) return;
+    if (ground_.deviceIndependentSize().toSize() != frame.size() || ground_.devicePixelRatio() != devicePixelRatioF())
+        ground_ = drawNineParts(QStringLiteral("content.bg"), frame.size(), devicePixelRatioF());
+    QPainter(this).drawPixmap(frame.topLeft(), ground_);
 }
 
 void ContentView::openPage(const std::string& address) {

@@ -2,6 +2,7 @@
 // The main window's content: title bar, tab row, and the content of the selected tab, which is made when it is first
 // shown. Main thread.
 
+#include <QtGui/QPixmap>
 #include <QtWidgets/QStackedWidget>
 #include <QtWidgets/QWidget>
 #include <array>
@@ -19,6 +20,9 @@ namespace vantor {
 class ContentView : public QWidget {
 public:
     ContentView(AppObserver& appObserver, const ViewNeeds& needs, WatchedFeed& watched, QWidget* parent);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
 
 private:
     void showTab();
@@ -38,6 +42,7 @@ private:
     std::array<QWidget*, tabEntries.size()> pages_{};
     WebPanel* web_ = nullptr;
     SettingsView* settingsView_ = nullptr;
+    QPixmap ground_;
     Subscription selection_;
     Subscription settings_;
     Subscription badge_;
