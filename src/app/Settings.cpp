@@ -32,6 +32,8 @@ constexpr std::array table = {
     Setting{settings::timerWindowDuration, SettingType::number},
     Setting{settings::timerWatchedWindowDuration, SettingType::number},
     Setting{settings::watching, SettingType::text},
+    Setting{settings::explainedIcon, SettingType::boolean},
+    Setting{settings::explainedEnter, SettingType::boolean},
     Setting{settings::frameMain, SettingType::text},
     Setting{settings::frameWatchedEvents, SettingType::text},
 };

@@ -29,6 +29,10 @@ inline constexpr std::string_view timerWatchedWindowDuration = "timer.watchedWin
 
 inline constexpr std::string_view watching = "events.watching";
 
+// What has been explained once and is not explained again.
+inline constexpr std::string_view explainedIcon = "explained.icon";
+inline constexpr std::string_view explainedEnter = "explained.enter";
+
 // Where the windows stood: "x y" or "x y width height", in points from the top left of the main screen.
 inline constexpr std::string_view frameMain = "frame.Main";
 inline constexpr std::string_view frameWatchedEvents = "frame.WatchedEvents";

@@ -67,8 +67,9 @@ void ContentView::showTab() {
 }
 
 void ContentView::showTitle() {
-    titleBar_->setTexts(QString::fromStdString(appObserver_.tabs().title()),
-                        hotkeyHint(appObserver_.defaults().get<std::string>(settings::windowToggleEvent)));
+    const auto hotkey = appObserver_.defaults().get<std::string>(settings::windowToggleEvent);
+    titleBar_->setTexts(QString::fromStdString(appObserver_.tabs().title()), hotkeyHint(hotkey),
+                        hotkeyWords(hotkey.value_or(""), needs_.pcKeyboards));
 }
 
 QWidget* ContentView::makePage(std::size_t position) {

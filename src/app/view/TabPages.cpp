@@ -77,7 +77,7 @@ SettingsView* makeSettingsTab(SettingsPart& settings, TypingPart& typing, Accoun
                               [&needs](WId window, WindowNature nature) {
                                   needs.overlayWindows.prepare(static_cast<NativeWindow>(window), nature);
                               },
-                              [&needs] { return gamesScreen(needs.screens); }};
+                              [&needs] { return gamesScreen(needs.screens); }, needs.pcKeyboards};
     const auto text = [](const std::string& host) { return QString::fromStdString(host); };
     return new SettingsView(
         {.defaults = settings.defaults(),

@@ -49,8 +49,11 @@ private:
 }  // namespace
 
 HotkeyPopup::HotkeyPopup(const QString& message, Defaults& defaults, std::string_view key, KeyMonitors& monitors,
-                         Prepare prepare, std::function<void()> closed)
-    : OverlayWindow({.focus = Focus::onClick, .movable = true}, std::move(prepare)), closed_(std::move(closed)) {
+                         Prepare prepare, std::function<void()> closed, bool pcKeyboard)
+    : OverlayWindow({.focus = Focus::onClick, .movable = true}, std::move(prepare)),
+      words_(new TextBlock(TextRole::second, {}, this)),
+      pcKeyboard_(pcKeyboard),
+      closed_(std::move(closed)) {
     setWindowTitle(QStringLiteral("Vantor hotkey"));
     setAttribute(Qt::WA_ShowWithoutActivating, false);
     setMinimumWidth(440);
@@ -60,7 +63,7 @@ HotkeyPopup::HotkeyPopup(const QString& message, Defaults& defaults, std::string
     column->addWidget(new TextBlock(TextRole::heading, QStringLiteral("Assign inputs to: ") + message, this));
     field_ = new CaptureField([this] { return shownText(); }, this);
     column->addWidget(field_);
-    column->addWidget(new TextBlock(TextRole::second, QStringLiteral("Press the keys that you want."), this));
+    column->addWidget(words_);
 
     auto* const buttons = new QHBoxLayout;
     const auto add = [&](const char* text, GW2ButtonStyle::Kind kind, std::function<void()> action) {
@@ -81,11 +84,15 @@ HotkeyPopup::HotkeyPopup(const QString& message, Defaults& defaults, std::string
     add("Cancel", Kind::standard, [this] { finish(); });
     column->addLayout(buttons);
 
-    capture_ = std::make_unique<HotkeyCapture>(defaults, key, monitors, [this] {
-        field_->setAccessibleName(shownText());
-        field_->update();
-    });
+    capture_ = std::make_unique<HotkeyCapture>(defaults, key, monitors, [this] { showCaptured(); });
+    showCaptured();
+}
+
+void HotkeyPopup::showCaptured() {
     field_->setAccessibleName(shownText());
+    field_->update();
+    const QString words = hotkeyWords(capture_->newEvent(), pcKeyboard_);
+    words_->setText(words.isEmpty() ? QStringLiteral("Press the keys that you want.") : words);
 }
 
 QString HotkeyPopup::shownText() const { return hotkeyText(capture_->newEvent()); }

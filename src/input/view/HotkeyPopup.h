@@ -3,6 +3,7 @@
 // with Accept or Cancel. Main thread.
 
 #include <QtCore/QString>
+#include <QtWidgets/QLabel>
 #include <functional>
 
 #include "input/HotkeyCapture.h"
@@ -14,7 +15,7 @@ class HotkeyPopup : public OverlayWindow {
 public:
     // `closed`: it is off the screen and captures no more; the owner lets it go, but not within the call.
     HotkeyPopup(const QString& message, Defaults& defaults, std::string_view key, KeyMonitors& monitors,
-                Prepare prepare, std::function<void()> closed);
+                Prepare prepare, std::function<void()> closed, bool pcKeyboard = false);
 
     [[nodiscard]] QString shownText() const;
 
@@ -24,9 +25,12 @@ protected:
 
 private:
     void finish();
+    void showCaptured();
 
     std::unique_ptr<HotkeyCapture> capture_;
     QWidget* field_;
+    QLabel* words_;  // below the field
+    bool pcKeyboard_;
     std::function<void()> closed_;
 };
 

@@ -5,6 +5,8 @@
 #include <optional>
 #include <string>
 
+#include "input/PcKeyWords.h"
+
 namespace vantor {
 
 // Empty for a hotkey that is not set.
@@ -16,6 +18,11 @@ namespace vantor {
 [[nodiscard]] inline QString hotkeyHint(const std::optional<std::string>& stored) {
     if (!stored || *stored == " ") return {};
     return QLatin1Char('[') + QString::fromStdString(*stored) + QLatin1Char(']');
+}
+
+// In words, where the keyboard has words; empty where it has signs, and while no hotkey is set.
+[[nodiscard]] inline QString hotkeyWords(const std::string& stored, bool pcKeyboard) {
+    return pcKeyboard ? QString::fromStdString(pcKeyWords(stored)) : QString();
 }
 
 }  // namespace vantor
