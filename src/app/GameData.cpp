@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "data/SettingKeys.h"
+
 namespace vantor {
 
 namespace {
@@ -40,7 +42,8 @@ GameData::GameData(const Needs& needs)
       chain_(
           needs.queue,
           {allCompletedAchievements_, eventsSections_, beasts_, eventsAchievementsCompletition_, bestiaryCompletition_},
-          [this](const auto& sections, const auto& progress) { return feed_.compute(sections, progress); }) {
+          [this](const auto& sections, const auto& progress) { return feed_.compute(sections, progress); },
+          [this] { return !hasKey() && withoutProgress_; }) {
     eventsSections_.onChange([this] { announceLater(); });
     allCompletedAchievements_.onChange([this] { announceLater(); });
     beasts_.onChange([this] { announceLater(); });
@@ -50,13 +53,21 @@ GameData::GameData(const Needs& needs)
 }
 
 void GameData::start() {
-    startedWithKey_ = hasKey();
+    withoutProgress_ = defaults_.get<bool>(settings::timerWithoutProgress).value_or(false);
+    began_ = mayLoad();
     chain_.start();
 }
 
 void GameData::restart() {
-    startedWithKey_ = hasKey();
+    began_ = mayLoad();
     chain_.restart();
+}
+
+void GameData::showWithoutProgress() {
+    withoutProgress_ = true;
+    // What cannot be stored holds until the program ends; the store itself says why.
+    (void)defaults_.setValue(settings::timerWithoutProgress, true);
+    restart();
 }
 
 void GameData::followZone() {
@@ -65,8 +76,7 @@ void GameData::followZone() {
 
 GameData::State GameData::state() const {
     if (feed_.timeline()) return State::ready;
-    if (!hasKey()) return State::noKey;
-    if (!startedWithKey_) return State::keyIsNew;
+    if (const auto why = whyNotBegun()) return *why == DataState::noKey ? State::noKey : State::keyIsNew;
     const bool waiting =
         allCompletedAchievements_.snapshot().activeRequests > 0 || eventsSections_.snapshot().activeRequests > 0;
     return waiting ? State::loading : State::failed;
@@ -80,9 +90,14 @@ DataState GameData::bestiaryState() const {
     return beasts.activeRequests > 0 ? DataState::loading : whyNothing();
 }
 
+std::optional<DataState> GameData::whyNotBegun() const {
+    if (!mayLoad()) return DataState::noKey;
+    if (!began_) return DataState::keyIsNew;
+    return std::nullopt;
+}
+
 DataState GameData::whyNothing() const {
-    if (!hasKey()) return DataState::noKey;
-    if (!startedWithKey_) return DataState::keyIsNew;
+    if (const auto why = whyNotBegun()) return *why;
     if (allCompletedAchievements_.snapshot().activeRequests > 0 || eventsSections_.snapshot().activeRequests > 0)
         return DataState::loading;
     switch (progressSession_.last()) {

@@ -31,6 +31,7 @@ constexpr std::array table = {
     Setting{settings::timerIsSpecialEvent, SettingType::boolean},
     Setting{settings::timerWindowDuration, SettingType::number},
     Setting{settings::timerWatchedWindowDuration, SettingType::number},
+    Setting{settings::timerWithoutProgress, SettingType::boolean},
     Setting{settings::watching, SettingType::text},
     Setting{settings::explainedIcon, SettingType::boolean},
     Setting{settings::explainedEnter, SettingType::boolean},

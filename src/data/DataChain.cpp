@@ -27,8 +27,12 @@ std::vector<std::int64_t> unlocksOf(const std::vector<BeastCategory>& categories
 
 }  // namespace
 
-DataChain::DataChain(TaskQueue& queue, ChainLoaders loaders, ComputeTimeline computeTimeline)
-    : queue_(queue), loaders_(loaders), computeTimeline_(std::move(computeTimeline)) {
+DataChain::DataChain(TaskQueue& queue, ChainLoaders loaders, ComputeTimeline computeTimeline,
+                     WithoutProgress withoutProgress)
+    : queue_(queue),
+      loaders_(loaders),
+      computeTimeline_(std::move(computeTimeline)),
+      withoutProgress_(std::move(withoutProgress)) {
     const auto look = [this] {
         // Later: in the middle of a response the loaders look idle between one step of the chain and the next.
         if (restartWanted_) queue_.post([this] { restartWhenIdle(); });
@@ -72,7 +76,13 @@ void DataChain::empty() {
 }
 
 void DataChain::load() {
+    if (withoutProgress_()) {
+        hasProgress_ = false;
+        loadCatalogue({});
+        return loadBestiary({});
+    }
     loaders_.allCompletedAchievements.fetchNow({}, [this](Progress progress) {
+        hasProgress_ = true;
         loadCatalogue(progress);
         loadBestiary(progress);
         return progress;

@@ -27,6 +27,9 @@ inline constexpr std::string_view timerIsSpecialEvent = "timer.isSpecialEvent";
 inline constexpr std::string_view timerWindowDuration = "timer.windowDuration";
 inline constexpr std::string_view timerWatchedWindowDuration = "timer.watchedWindowDuration";
 
+// The times are loaded also while there is no API key, without the player's progress.
+inline constexpr std::string_view timerWithoutProgress = "timer.withoutProgress";
+
 inline constexpr std::string_view watching = "events.watching";
 
 // What has been explained once and is not explained again.

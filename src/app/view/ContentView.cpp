@@ -97,7 +97,9 @@ TabLinks ContentView::links() {
             .emptyActions = {.openKeyField = [this] { openSettings(SettingsView::Page::general); },
                              .openFilters = [this] { openSettings(SettingsView::Page::timers); },
                              .clearSearch = {},
-                             .tryAgain = [this] { appObserver_.data().restart(); }}};
+                             .tryAgain = [this] { appObserver_.data().restart(); },
+                             .showWithoutProgress = [this] { appObserver_.data().showWithoutProgress(); }},
+            .openTimers = [this] { appObserver_.tabs().select(tab_position::timers); }};
 }
 
 void ContentView::openSettings(SettingsView::Page page) {

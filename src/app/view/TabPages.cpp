@@ -45,7 +45,8 @@ QWidget* makeTimersTab(DataPart& data, TypingPart& typing, SettingsPart& setting
                                },
                            .openWiki = [&needs, open = links.openPage](
                                            const std::string& page) { open(wikiPageAddress(needs.webHosts, page)); },
-                           .emptyActions = links.emptyActions},
+                           .emptyActions = links.emptyActions,
+                           .progressKnown = [&gameData] { return gameData.progressKnown(); }},
                           parent);
 }
 
@@ -58,7 +59,8 @@ QWidget* makeBestiaryTab(DataPart& data, const ViewNeeds& needs, const TabLinks&
          .observe = [&gameData](std::function<void()> handler) { return gameData.observe(std::move(handler)); },
          .lookUp = [&needs,
                     open = links.openPage](const std::string& family) { open(lookUpAddress(needs.webHosts, family)); },
-         .emptyActions = links.emptyActions},
+         .emptyActions = links.emptyActions,
+         .progressKnown = [&gameData] { return gameData.progressKnown(); }},
         parent);
 }
 

@@ -18,6 +18,7 @@ namespace vantor {
 struct TabLinks {
     std::function<void(const std::string& address)> openPage;  // in the shared page, on the Internet tab
     EmptyListActions emptyActions;
+    std::function<void()> openTimers;
 };
 
 [[nodiscard]] TimelineSource timelineOf(DataPart& data, SettingsPart& settings);

@@ -112,16 +112,17 @@ void TimersView::showEmpty(EmptyReason reason, double windowMinutes) {
 }
 
 OccurrenceListView::Rows TimersView::rows() {
-    return {[this] { return occurrences_.size(); },
-            [this](std::size_t place) -> const TimelineEvent& { return occurrences_.at(place); },
-            [this](std::size_t place) {
-                const TimelineEvent& occurrence = occurrences_.at(place);
-                return occurrenceRow(occurrence, occurrences_.phase(place), now_,
-                                     isWatched(watched_, occurrence.event().name));
-            },
-            [this](const Event& event) { return achievementBlock(event, progress_, needs_.names); },
-            [this](const Event& event) { needs_.names.need(achievementIds(event)); },
-            [this](double id) { return occurrences_.isAhead(id); }};
+    return {
+        [this] { return occurrences_.size(); },
+        [this](std::size_t place) -> const TimelineEvent& { return occurrences_.at(place); },
+        [this](std::size_t place) {
+            const TimelineEvent& occurrence = occurrences_.at(place);
+            return occurrenceRow(occurrence, occurrences_.phase(place), now_,
+                                 isWatched(watched_, occurrence.event().name));
+        },
+        [this](const Event& event) { return achievementBlock(event, progress_, needs_.names, needs_.progressKnown()); },
+        [this](const Event& event) { needs_.names.need(achievementIds(event)); },
+        [this](double id) { return occurrences_.isAhead(id); }};
 }
 
 void TimersView::showEvent(QShowEvent* event) {

@@ -30,6 +30,7 @@ struct TimersNeeds {
     std::function<void(const std::string& page)> openWiki;
     // `clearSearch` is the tab's own.
     EmptyListActions emptyActions;
+    std::function<bool()> progressKnown = [] { return true; };
 };
 
 class TimersView : public QWidget {
