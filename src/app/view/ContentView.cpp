@@ -83,8 +83,8 @@ QWidget* ContentView::makePage(std::size_t position) {
         case tab_position::support:
             return makeSupportTab(appObserver_, appObserver_, needs_, content_);
         case tab_position::settings:
-            settingsView_ =
-                makeSettingsTab(appObserver_, appObserver_, appObserver_, appObserver_, apiKey_, needs_, content_);
+            settingsView_ = makeSettingsTab(appObserver_, appObserver_, appObserver_, appObserver_, apiKey_, needs_,
+                                            links(), content_);
             return settingsView_;
         default:
             if (!web_) web_ = new WebPanel(needs_.webPage(), appObserver_.webViewStore(), needs_.webHosts, content_);

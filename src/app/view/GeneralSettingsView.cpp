@@ -39,7 +39,7 @@ GeneralSettingsView::GeneralSettingsView(const SettingsView::Needs& needs, QWidg
               settings::enableChatLinkReturnKey, true);
 
     addSection(QStringLiteral("API Key"));
-    column_->addWidget(new EditableKeyView(needs_.apiKey, page_));
+    column_->addWidget(new EditableKeyView(needs_.apiKey, needs_.keyGain, page_));
     column_->addWidget(new ApiSettingsView(needs_.helpHosts, needs_.openLink, page_));
 
     addSection(QStringLiteral("What Vantor needs on this machine"));

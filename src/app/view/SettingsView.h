@@ -7,6 +7,7 @@
 
 #include "app/ApiKeyField.h"
 #include "app/view/ApiSettingsView.h"
+#include "app/view/EditableKeyView.h"
 #include "app/view/SystemCapabilitiesView.h"
 #include "platform/Defaults.h"
 #include "ui/Tabber.h"
@@ -34,6 +35,7 @@ public:
         SystemCapabilitiesView::Examine examineSystem;
         OpenLink openLink;
         HelpHosts helpHosts;
+        KeyGain keyGain = {};
     };
 
     enum class Page { general, timers, accounts };

@@ -1,5 +1,6 @@
 #include "app/view/TabPages.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "accounts/view/AccountsView.h"
@@ -9,6 +10,7 @@
 #include "input/view/HotkeyButton.h"
 #include "input/view/HotkeyText.h"
 #include "input/view/WaypointButton.h"
+#include "timers/VisibleWindow.h"
 #include "timers/view/BestiaryView.h"
 #include "timers/view/TimerSettingsView.h"
 #include "timers/view/TimersView.h"
@@ -21,6 +23,17 @@ QRect gamesScreen(const Screens& screens) {
     const std::vector<Screen> all = screens.all();
     const Rect& frame = screenOf(screens.frontmostWindow(), all).frame;
     return {frame.x, frame.y, frame.width, frame.height};
+}
+
+QString listedEvents(const TimelineSource& source, DataState state) {
+    const auto timeline = source.timeline();
+    if (state == DataState::loading) return QStringLiteral("The events are on their way.");
+    if (state != DataState::ready || !timeline) return QStringLiteral("The events could not be loaded.");
+    const int now = currentMinute(source.clock, source.clock.now());
+    const double minutes = windowMinutes(source.defaults, WindowKind::shown);
+    const auto count = std::ranges::count_if(
+        timeline->events, [&](const TimelineEvent& occurrence) { return isVisible(occurrence, now, minutes); });
+    return count == 1 ? QStringLiteral("1 event is listed.") : QStringLiteral("%1 events are listed.").arg(count);
 }
 
 }  // namespace
@@ -74,13 +87,14 @@ QWidget* makeSupportTab(NetworkPart& network, TypingPart& typing, const ViewNeed
 }
 
 SettingsView* makeSettingsTab(SettingsPart& settings, TypingPart& typing, AccountsPart& accounts, DataPart& data,
-                              ApiKeyField& apiKey, const ViewNeeds& needs, QWidget* parent) {
+                              ApiKeyField& apiKey, const ViewNeeds& needs, const TabLinks& links, QWidget* parent) {
     const HotkeyNeeds hotkeys{settings.defaults(), typing.keyMonitors(),
                               [&needs](WId window, WindowNature nature) {
                                   needs.overlayWindows.prepare(static_cast<NativeWindow>(window), nature);
                               },
                               [&needs] { return gamesScreen(needs.screens); }, needs.pcKeyboards};
     const auto text = [](const std::string& host) { return QString::fromStdString(host); };
+    GameData& gameData = data.data();
     return new SettingsView(
         {.defaults = settings.defaults(),
          .apiKey = apiKey,
@@ -100,7 +114,12 @@ SettingsView* makeSettingsTab(SettingsPart& settings, TypingPart& typing, Accoun
              },
          .examineSystem = needs.examineSystem,
          .openLink = [&needs](const QString& address) { needs.openLink(address.toStdString()); },
-         .helpHosts = {text(needs.webHosts.wiki), text(needs.accountSite)}},
+         .helpHosts = {text(needs.webHosts.wiki), text(needs.accountSite)},
+         .keyGain = {.sentence = [source = timelineOf(data, settings),
+                                  &gameData] { return listedEvents(source, gameData.timersState()); },
+                     .observe =
+                         [&gameData](std::function<void()> handler) { return gameData.observe(std::move(handler)); },
+                     .show = links.openTimers}},
         parent);
 }
 

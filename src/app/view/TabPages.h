@@ -30,6 +30,6 @@ struct TabLinks {
                                       QWidget* parent);
 [[nodiscard]] SettingsView* makeSettingsTab(SettingsPart& settings, TypingPart& typing, AccountsPart& accounts,
                                             DataPart& data, ApiKeyField& apiKey, const ViewNeeds& needs,
-                                            QWidget* parent);
+                                            const TabLinks& links, QWidget* parent);
 
 }  // namespace vantor
