@@ -28,12 +28,15 @@ ContentView::ContentView(AppObserver& appObserver, const ViewNeeds& needs, Watch
       apiKey_(appObserver.defaults(), appObserver.apiKeyCheckNeeds(), [&appObserver] { appObserver.data().restart(); }),
       titleBar_(new TitleBar([&appObserver] { appObserver.closePressed(); }, this)),
       tabRow_(new TabRow(appObserver.tabs(), this)),
+      firstSteps_(new FirstStepsView(
+          appObserver.defaults(), [this](FirstStep step) { lead(step); }, this)),
       content_(new QStackedWidget(this)) {
     setCursor(Qt::ArrowCursor);
     auto* const inner = new QVBoxLayout;
     inner->setContentsMargins(20, 2, 12, 8);
     inner->setSpacing(6);
     inner->addWidget(tabRow_);
+    inner->addWidget(firstSteps_);
     inner->addWidget(content_, 1);
     auto* const column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
@@ -59,6 +62,7 @@ void ContentView::showTab() {
         if (content_->indexOf(page) < 0) content_->addWidget(page);
     }
     content_->setCurrentWidget(page);
+    firstSteps_->setWanted(position == tab_position::home);
     if (web_)
         web_->show(position == tab_position::home       ? WebPanel::Tab::gameUpdates
                    : position == tab_position::internet ? WebPanel::Tab::internet
@@ -75,7 +79,8 @@ void ContentView::showTitle() {
 QWidget* ContentView::makePage(std::size_t position) {
     switch (position) {
         case tab_position::timers:
-            return makeTimersTab(appObserver_, appObserver_, appObserver_, needs_, links(), content_);
+            timersView_ = makeTimersTab(appObserver_, appObserver_, appObserver_, needs_, links(), content_);
+            return timersView_;
         case tab_position::translator:
             return new TranslatorView(needs_.translator(), content_);
         case tab_position::bestiary:
@@ -94,7 +99,7 @@ QWidget* ContentView::makePage(std::size_t position) {
 
 TabLinks ContentView::links() {
     return {.openPage = [this](const std::string& address) { openPage(address); },
-            .emptyActions = {.openKeyField = [this] { openSettings(SettingsView::Page::general); },
+            .emptyActions = {.openKeyField = [this] { lead(FirstStep::key); },
                              .openFilters = [this] { openSettings(SettingsView::Page::timers); },
                              .clearSearch = {},
                              .tryAgain = [this] { appObserver_.data().restart(); },
@@ -105,6 +110,20 @@ TabLinks ContentView::links() {
 void ContentView::openSettings(SettingsView::Page page) {
     appObserver_.tabs().select(tab_position::settings);
     settingsView_->select(page);
+}
+
+void ContentView::lead(FirstStep step) {
+    switch (step) {
+        case FirstStep::key:
+            openSettings(SettingsView::Page::general);
+            return settingsView_->leadToKey();
+        case FirstStep::hotkey:
+            openSettings(SettingsView::Page::general);
+            return settingsView_->leadToHotkey();
+        case FirstStep::watchedEvent:
+            appObserver_.tabs().select(tab_position::timers);
+            return timersView_->leadToWatch();
+    }
 }
 
 // The ground of the tabs and their pages; the title's stroke lies on the panel above it.

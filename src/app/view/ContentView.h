@@ -9,6 +9,7 @@
 
 #include "app/ApiKeyField.h"
 #include "app/AppObserver.h"
+#include "app/view/FirstStepsView.h"
 #include "app/view/TabPages.h"
 #include "app/view/TabRow.h"
 #include "app/view/TitleBar.h"
@@ -30,6 +31,7 @@ private:
     [[nodiscard]] QWidget* makePage(std::size_t position);
     [[nodiscard]] TabLinks links();
     void openSettings(SettingsView::Page page);
+    void lead(FirstStep step);
     void openPage(const std::string& address);
 
     AppObserver& appObserver_;
@@ -37,10 +39,12 @@ private:
     ApiKeyField apiKey_;
     TitleBar* titleBar_;
     TabRow* tabRow_;
+    FirstStepsView* firstSteps_;
     QStackedWidget* content_;
     // By position; the two tabs of the shared page have one.
     std::array<QWidget*, tabEntries.size()> pages_{};
     WebPanel* web_ = nullptr;
+    TimersView* timersView_ = nullptr;
     SettingsView* settingsView_ = nullptr;
     QPixmap ground_;
     Subscription selection_;

@@ -14,6 +14,8 @@
 
 namespace vantor {
 
+class GeneralSettingsView;
+
 // What a hotkey field records, and under which keys it is stored.
 struct HotkeySetting {
     QString message;
@@ -43,8 +45,13 @@ public:
     SettingsView(Needs needs, QWidget* parent);
 
     void select(Page page);
+    // To the field itself, in sight, focused and open.
+    void leadToKey();
+    void leadToHotkey();
 
 private:
+    [[nodiscard]] GeneralSettingsView& general();
+
     Needs needs_;
     Tabber* tabs_;
 };

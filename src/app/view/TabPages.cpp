@@ -13,7 +13,6 @@
 #include "timers/VisibleWindow.h"
 #include "timers/view/BestiaryView.h"
 #include "timers/view/TimerSettingsView.h"
-#include "timers/view/TimersView.h"
 
 namespace vantor {
 
@@ -44,8 +43,8 @@ TimelineSource timelineOf(DataPart& part, SettingsPart& settings) {
             [&data](std::function<void()> handler) { return data.observe(std::move(handler)); }};
 }
 
-QWidget* makeTimersTab(DataPart& data, TypingPart& typing, SettingsPart& settings, const ViewNeeds& needs,
-                       const TabLinks& links, QWidget* parent) {
+TimersView* makeTimersTab(DataPart& data, TypingPart& typing, SettingsPart& settings, const ViewNeeds& needs,
+                          const TabLinks& links, QWidget* parent) {
     GameData& gameData = data.data();
     const ChatLinkNeeds chatLink{typing.clipboardManager(), typing.pasteboard(), settings.defaults()};
     return new TimersView({.source = timelineOf(data, settings),

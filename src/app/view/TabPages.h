@@ -11,6 +11,7 @@
 #include "app/view/ViewNeeds.h"
 #include "timers/view/EmptyListView.h"
 #include "timers/view/TimelineSource.h"
+#include "timers/view/TimersView.h"
 
 namespace vantor {
 
@@ -23,8 +24,8 @@ struct TabLinks {
 
 [[nodiscard]] TimelineSource timelineOf(DataPart& data, SettingsPart& settings);
 
-[[nodiscard]] QWidget* makeTimersTab(DataPart& data, TypingPart& typing, SettingsPart& settings, const ViewNeeds& needs,
-                                     const TabLinks& links, QWidget* parent);
+[[nodiscard]] TimersView* makeTimersTab(DataPart& data, TypingPart& typing, SettingsPart& settings,
+                                        const ViewNeeds& needs, const TabLinks& links, QWidget* parent);
 [[nodiscard]] QWidget* makeBestiaryTab(DataPart& data, const ViewNeeds& needs, const TabLinks& links, QWidget* parent);
 [[nodiscard]] QWidget* makeSupportTab(NetworkPart& network, TypingPart& typing, const ViewNeeds& needs,
                                       QWidget* parent);

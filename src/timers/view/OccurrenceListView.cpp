@@ -277,6 +277,10 @@ void OccurrenceListView::focusRow(std::size_t place, std::size_t control) {
         if (!view->isHidden() && view->row().id == id) return view->focusControl(control);
 }
 
+void OccurrenceListView::focusFirstWatch() {
+    if (rows_.count() > 0) focusRow(0, OccurrenceRowView::watchControl);
+}
+
 std::size_t OccurrenceListView::placeFrom(double id) const {
     std::size_t low = 0;
     for (std::size_t high = rows_.count(); low < high;) {

@@ -85,6 +85,15 @@ void TimersView::refresh() {
     list_->refresh();
 }
 
+void TimersView::leadToWatch() {
+    search_->clear();
+    refresh();
+    if (list_->isHidden())
+        empty_->focusAction();
+    else
+        list_->focusFirstWatch();
+}
+
 void TimersView::readProgress() {
     auto progress = needs_.progress();
     if (progress == progressSource_) return;

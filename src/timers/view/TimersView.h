@@ -40,6 +40,8 @@ public:
     // Cheap when nothing shown became different.
     void refresh();
     [[nodiscard]] OccurrenceListView& list() { return *list_; }
+    // To the first event's eye; while there is no event, to what helps.
+    void leadToWatch();
 
 protected:
     void showEvent(QShowEvent* event) override;
