@@ -7,6 +7,7 @@ import argparse
 import contextlib
 import glob
 import json
+import os
 import re
 import subprocess
 import sys
@@ -97,10 +98,12 @@ class Reader:
         return desk.wait_until(lambda: any(re.search(pattern, name) for _, name, _ in self.nodes()))
 
     def place(self, pattern):
-        """The middle of what is in sight, once it stands still."""
+        """The middle of what is in sight, once it stands still: in pixels, where the bus has points."""
+        scale = float(os.environ.get("QT_SCALE_FACTOR", "1"))
+
         def middle():
             frame = self.needed(pattern).queryComponent().getExtents(self.atspi.DESKTOP_COORDS)
-            return frame.x + frame.width // 2, frame.y + frame.height // 2
+            return round(scale * (frame.x + frame.width / 2)), round(scale * (frame.y + frame.height / 2))
 
         desk.wait_until(lambda: middle() == middle())
         return middle()
