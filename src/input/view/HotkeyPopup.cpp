@@ -64,6 +64,7 @@ HotkeyPopup::HotkeyPopup(const QString& message, Defaults& defaults, std::string
     field_ = new CaptureField([this] { return shownText(); }, this);
     column->addWidget(field_);
     words_ = new TextBlock(TextRole::second, QString(), this);
+    words_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     column->addWidget(words_);
 
     // Its room is kept, so that nothing moves when it has something to say.
