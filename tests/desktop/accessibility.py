@@ -252,8 +252,8 @@ def first_minute_with_a_key(report, arguments, folder):
                          "the step leads to the field and says what the key needs")
             player.picture("key")
             player.confirms(f"  {web_service.VALID_KEY}\n")
-            report.check(player.sees(r"^The key is accepted\. \d+ events? (is|are) listed\.$"), "the key is taken, and told what for")
-            report.check(player.program.setting("api.key") == web_service.VALID_KEY, "without the white space around it")
+            report.check(player.sees(r"^The key is accepted\. \d+ events? (is|are) listed\.$") and
+                         player.program.setting("api.key") == web_service.VALID_KEY, "a key with white space around it is taken")
             player.picture("accepted")
             player.click("^Show the events$")
             report.check(player.watches_an_event() and player.actions <= 7, f"an event is watched after {player.actions} actions")
