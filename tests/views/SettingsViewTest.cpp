@@ -151,7 +151,7 @@ TEST_F(SettingsViewTest, TheTimersPageStoresItsFiltersReloadsAndKeepsItsValuesFr
     const auto& page = *below<TimerSettingsView>(*panel).at(0);
     std::vector<std::string> controls;
     for (auto* const each : below<QAbstractButton>(page)) {
-        if (!each->isVisible()) continue;  // "Back to the one before", where there is none
+        if (!each->isVisible()) continue;
         controls.push_back(heardOf(*each) + (each->isChecked() ? " on" : ""));
         EXPECT_GE(each->height(), each->sizeHint().height()) << heardOf(*each);
     }
