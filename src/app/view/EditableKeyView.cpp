@@ -78,6 +78,8 @@ EditableKeyView::EditableKeyView(ApiKeyField& field, KeyGain gain, QWidget* pare
 
 void EditableKeyView::edit() {
     if (!field_.isEditing()) field_.edit();
+    // What is typed or pasted next is meant for the field, also where no click brought the keyboard here.
+    window()->activateWindow();
     typed_->setFocus();
     typed_->selectAll();
 }
