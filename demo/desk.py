@@ -153,14 +153,15 @@ class WebService(Program):
 
 
 class Vantor(Program):
-    """The program itself, with settings of its own and a given host for the web API."""
+    """The program itself, with settings of its own, or as it finds them, and a given host for the web API."""
 
-    def __init__(self, binary, host, folder, *, key=web_service.VALID_KEY, settings=None, environment=None):
+    def __init__(self, binary, host, folder, *, key=web_service.VALID_KEY, settings=None, environment=None, as_found=False):
         self.binary = binary
         self.environment = {"XDG_CONFIG_HOME": tempfile.mkdtemp(prefix="settings.", dir=folder),
                             **{f"VANTOR_{name}_HOST": host for name in ("API", "WIKI", "VIDEO", "SEARCH", "FEEDBACK")},
                             **(environment or {})}
-        store(binary, self.environment, {**SETTINGS, **(settings or {})}, key)
+        if not as_found:
+            store(binary, self.environment, {**SETTINGS, **(settings or {})}, key)
         super().__init__(binary, environment=self.environment)
 
     def windows(self):

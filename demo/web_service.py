@@ -60,6 +60,11 @@ def answer(path, query, key):
         if key == WITHOUT_PROGRESSION_KEY:
             return 403, sample("error_missing_scope")
         return 200, sample("account_achievements")
+    if path == "/v2/tokeninfo":
+        if key not in (VALID_KEY, WITHOUT_PROGRESSION_KEY):
+            return 401, sample("error_invalid_key")
+        permissions = ["account", "inventories"] if key == WITHOUT_PROGRESSION_KEY else ["account", "progression"]
+        return 200, {"id": key[:8], "name": "Vantor", "permissions": permissions}
     if path in PLAIN_LISTS:
         return 200, sample(PLAIN_LISTS[path])
     if path == "/v2/achievements":

@@ -34,7 +34,7 @@ build=(g++ cmake ninja-build ccache pkg-config python3 qt6-base-dev qt6-svg-dev 
     libxcb1-dev libxcb-xinput-dev libxcb-xtest0-dev libxcb-xkb-dev libxcb-randr0-dev libxcb-xfixes0-dev libxkbcommon-dev libxkbcommon-x11-dev libsecret-1-dev libsodium-dev
     xkb-data libgtest-dev libgmock-dev fontconfig fonttools fonts-ebgaramond fonts-lato fonts-noto-color-emoji)
 desktop=(xvfb openbox picom dbus dbus-x11 xdotool xclip imagemagick x11-utils xauth gnome-keyring
-    xserver-xephyr x11-xkb-utils libsecret-tools openssl procps faketime minisign)
+    xserver-xephyr x11-xkb-utils libsecret-tools openssl procps faketime minisign at-spi2-core python3-pyatspi)
 checks=(clang-format-19 clang-tidy git shellcheck tzdata)
 package=(dpkg-dev lintian desktop-file-utils appstream man-db groff fakeroot binutils file)
 bench=(libbenchmark-dev)

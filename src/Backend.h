@@ -62,6 +62,8 @@ public:
 [[nodiscard]] std::vector<Capability> examineCapabilities();
 // The version of what shows pages, where it is the program's own to name.
 [[nodiscard]] std::string webEngineVersion();
+// Whether keyboards bear words where Apple's bear signs.
+[[nodiscard]] bool hasPcKeyboards();
 // Makes the player's own script fonts known.
 void registerScriptFonts();
 

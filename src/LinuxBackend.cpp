@@ -226,6 +226,8 @@ std::vector<Capability> examineCapabilities() { return capabilitiesHere(webEngin
 
 std::string webEngineVersion() { return vantor::webEngineVersion(); }
 
+bool hasPcKeyboards() { return true; }
+
 void registerScriptFonts() { vantor::registerScriptFonts(); }
 
 }  // namespace vantor::backend

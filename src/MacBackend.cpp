@@ -171,6 +171,8 @@ std::vector<Capability> examineCapabilities() {
 
 std::string webEngineVersion() { return {}; }
 
+bool hasPcKeyboards() { return false; }
+
 void registerScriptFonts() { vantor::registerScriptFonts(); }
 
 }  // namespace vantor::backend

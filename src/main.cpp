@@ -138,7 +138,8 @@ int start(int& argumentCount, char** arguments, const Overrides& overrides) {
              },
          .openLink =
              [](const std::string& address) { QDesktopServices::openUrl(QUrl(QString::fromStdString(address))); },
-         .menuEntries = [&delegate] { return delegate->menuEntries(); }});
+         .menuEntries = [&delegate] { return delegate->menuEntries(); },
+         .pcKeyboards = backend::hasPcKeyboards()});
 
     const auto quit = [&system] {
         // What the player changed last may still be on its way to the keyring.

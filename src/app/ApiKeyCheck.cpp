@@ -2,12 +2,35 @@
 
 #include <algorithm>
 #include <string_view>
+#include <utility>
 
+#include "app/ApiRefusal.h"
 #include "data/Decoder.h"
 #include "data/ResourceUrl.h"
 #include "data/WebApi.h"
 
 namespace vantor {
+
+// The account as every key shows it.
+struct AccountName {
+    std::string id;
+    std::string name;
+};
+
+template <>
+struct Fields<AccountName> {
+    static constexpr auto table = std::tuple(Field{"id", &AccountName::id}, Field{"name", &AccountName::name});
+};
+
+// What a key may do, by the names that the game gives to permissions.
+struct TokenInfo {
+    std::vector<std::string> permissions;
+};
+
+template <>
+struct Fields<TokenInfo> {
+    static constexpr auto table = std::tuple(Field{"permissions", &TokenInfo::permissions});
+};
 
 namespace {
 
@@ -35,16 +58,27 @@ bool isQuery(std::string_view text) {
     return true;
 }
 
-ApiKeyCheck::Verdict verdictOn(const std::optional<std::string>& body) {
-    if (!body || body->empty()) return ApiKeyCheck::Verdict::noData;
-    return decodeJson<Account>(*body).value ? ApiKeyCheck::Verdict::accepted : ApiKeyCheck::Verdict::invalid;
+std::string addressOf(const std::string& apiHost, std::string_view path, const std::string& key) {
+    return apiHost + std::string(path) + "?access_token=" + key;
+}
+
+// The API leaves out what a permission would show, or says that one is required.
+bool isOfARealKey(const std::string& body) {
+    return decodeJson<AccountName>(body).value || keyRefusal(body) == KeyAnswer::lacksScope;
+}
+
+std::vector<std::string> missingOf(const TokenInfo& token) {
+    std::vector<std::string> missing;
+    for (const std::string_view needed : neededPermissions)
+        if (std::ranges::find(token.permissions, needed) == token.permissions.end()) missing.emplace_back(needed);
+    return missing;
 }
 
 }  // namespace
 
 std::optional<std::string> ApiKeyCheck::address(const std::string& apiHost, const std::string& key) {
     if (!isQuery(key)) return std::nullopt;
-    std::string url = apiHost + "/v2/account?access_token=" + key;
+    std::string url = addressOf(apiHost, "/v2/account", key);
     return isValidUrl(url) ? std::optional(std::move(url)) : std::nullopt;
 }
 
@@ -52,18 +86,39 @@ bool ApiKeyCheck::check(const std::string& key, Told told) {
     auto url = address(needs_.apiHost, key);
     if (!url) return false;
     forget();
-    UrlRequest request;
-    request.url = *std::move(url);
-    needs_.session.dataTask(std::move(request), [&mainThread = needs_.mainThread, mine = std::weak_ptr(newest_),
-                                                 printLine = needs_.printLine,
-                                                 told = std::move(told)](const std::optional<std::string>& body) {
-        mainThread.post([mine, printLine, told, verdict = verdictOn(body)] {
-            if (mine.expired()) return;
-            if (verdict == Verdict::noData) printLine("No account data");
-            told(verdict);
-        });
+    ask(*std::move(url), [this, key, told = std::move(told)](const std::optional<std::string>& body) {
+        if (!body || body->empty()) return tell(Verdict::noData, told);
+        if (decodeJson<Account>(*body).value) return tell(Verdict::accepted, told);
+        if (!isOfARealKey(*body)) return tell(Verdict::invalid, told);
+        askPermissions(key, told);
     });
     return true;
+}
+
+void ApiKeyCheck::askPermissions(const std::string& key, const Told& told) {
+    ask(addressOf(needs_.apiHost, "/v2/tokeninfo", key), [this, told](const std::optional<std::string>& body) {
+        const auto token = decodeJson<TokenInfo>(body.value_or("")).value;
+        missing_ = token ? missingOf(*token) : std::vector<std::string>();
+        // A key with all of them whose account is not whole: it is the service that is at fault.
+        tell(token && missing_.empty() ? Verdict::noData : Verdict::lacksPermission, told);
+    });
+}
+
+void ApiKeyCheck::ask(std::string url, Answered answered) {
+    UrlRequest request;
+    request.url = std::move(url);
+    needs_.session.dataTask(std::move(request),
+                            [&mainThread = needs_.mainThread, mine = std::weak_ptr(newest_),
+                             answered = std::move(answered)](const std::optional<std::string>& body) {
+                                mainThread.post([mine, answered, body] {
+                                    if (!mine.expired()) answered(body);
+                                });
+                            });
+}
+
+void ApiKeyCheck::tell(Verdict verdict, const Told& told) const {
+    if (verdict == Verdict::noData) needs_.printLine("No account data");
+    told(verdict);
 }
 
 }  // namespace vantor

@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "app/ApiKeyCheck.h"
 #include "base/Notice.h"
@@ -22,12 +23,17 @@ public:
     // While the web API is being asked.
     [[nodiscard]] bool isChecking() const { return isChecking_; }
     // Why the last confirmed key is neither stored nor called invalid.
-    enum class Trouble { none, noAnswer, notStored };
+    enum class Trouble { none, notAKey, lacksPermission, noAnswer, notStored };
     [[nodiscard]] Trouble trouble() const { return trouble_; }
+    // Which permissions that key lacks; empty where nobody said.
+    [[nodiscard]] const std::vector<std::string>& missingPermissions() const { return check_.missingPermissions(); }
+    // From the acceptance of a key until the field is edited again.
+    [[nodiscard]] bool isAccepted() const { return isAccepted_; }
 
     void edit();
-    // What the player has typed; announces nothing.
-    void type(const std::string& modText) { modText_ = modText; }
+    // The text after an edit by the player; announces nothing. White space around what came in one go, as from the
+    // clipboard, is left out.
+    void type(const std::string& modText);
     void confirm();
     // Back to rest with the stored key; an answer under way is no longer waited for.
     void cancel();
@@ -47,6 +53,7 @@ private:
     std::string modText_;
     bool isEditing_ = false;
     bool isChecking_ = false;
+    bool isAccepted_ = false;
     Trouble trouble_ = Trouble::none;
     Subscription stored_;
 };

@@ -3,6 +3,8 @@
 #include <utility>
 
 #include "catalogue/Days.h"
+#include "data/SettingKeys.h"
+
 namespace vantor {
 
 namespace {
@@ -46,7 +48,8 @@ GameData::GameData(const Needs& needs)
           {allCompletedAchievements_, eventsSections_, beasts_, eventsAchievementsCompletition_, bestiaryCompletition_},
           [this](const auto& sections, const auto& progress) {
               return feed_.compute(catalogue_.over(sections), progress);
-          }) {
+          },
+          [this] { return !hasKey() && withoutProgress_; }) {
     eventsSections_.onChange([this] { announceLater(); });
     allCompletedAchievements_.onChange([this] { announceLater(); });
     beasts_.onChange([this] { announceLater(); });
@@ -56,14 +59,22 @@ GameData::GameData(const Needs& needs)
 }
 
 void GameData::start() {
-    startedWithKey_ = hasKey();
+    withoutProgress_ = defaults_.get<bool>(settings::timerWithoutProgress).value_or(false);
+    began_ = mayLoad();
     readCatalogue();
     chain_.start();
 }
 
 void GameData::restart() {
-    startedWithKey_ = hasKey();
+    began_ = mayLoad();
     chain_.restart();
+}
+
+void GameData::showWithoutProgress() {
+    withoutProgress_ = true;
+    // What cannot be stored holds until the program ends; the store itself says why.
+    (void)defaults_.setValue(settings::timerWithoutProgress, true);
+    restart();
 }
 
 void GameData::readPlayerFiles() {
@@ -111,10 +122,16 @@ DataState GameData::bestiaryState() const {
     return beasts.activeRequests > 0 ? DataState::loading : whyNothing();
 }
 
+std::optional<DataState> GameData::whyNotBegun() const {
+    if (!mayLoad()) return DataState::noKey;
+    if (!began_) return DataState::keyIsNew;
+    return std::nullopt;
+}
+
 DataState GameData::whyNothing() const {
-    if (!hasKey()) return DataState::noKey;
-    if (!startedWithKey_) return DataState::keyIsNew;
-    if (allCompletedAchievements_.snapshot().activeRequests > 0 || eventsSections_.snapshot().activeRequests > 0)
+    if (const auto why = whyNotBegun()) return *why;
+    if (chain_.isAwaited() || allCompletedAchievements_.snapshot().activeRequests > 0 ||
+        eventsSections_.snapshot().activeRequests > 0)
         return DataState::loading;
     switch (progressSession_.last()) {
         case KeyAnswer::refused:

@@ -2,8 +2,10 @@
 // The loaders of everything that comes over the web, and the chain that fills them at start. The object belongs to the
 // main thread; the records live on the session queue, whose last task it outlives.
 
+#include <atomic>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -46,6 +48,8 @@ public:
     void start();
     // All of it again, with the key that is stored by then: a new key was accepted. What is shown stays until then.
     void restart();
+    // Loads without the player's progress for as long as there is no key, now and at later starts.
+    void showWithoutProgress();
     // The timeline again from what is loaded; nothing is fetched. Call it when the player asks for it.
     void reloadEvents() { chain_.recompute(); }
     // The player's catalogue files again, and the timeline with them.
@@ -68,6 +72,8 @@ public:
     [[nodiscard]] auto eventsProgress() const { return eventsAchievementsCompletition_.snapshot().array; }
     [[nodiscard]] auto bestiaryProgress() const { return bestiaryCompletition_.snapshot().array; }
     [[nodiscard]] std::shared_ptr<const CatalogueStatus> catalogueStatus() const { return catalogue_.status(); }
+    // Whether an achievement without a record is one that the player has not begun.
+    [[nodiscard]] bool progressKnown() const { return chain_.hasProgress(); }
     // Names of achievements, loaded when they are needed first.
     [[nodiscard]] AchievementNames& achievementNames() { return *names_; }
     // On the main thread, after a change of the timeline or of the state.
@@ -75,12 +81,15 @@ public:
 
 private:
     [[nodiscard]] bool hasKey() const;
+    [[nodiscard]] bool mayLoad() const { return hasKey() || withoutProgress_; }
+    // Nothing where a load is the question, under way or failed.
+    [[nodiscard]] std::optional<DataState> whyNotBegun() const;
     [[nodiscard]] DataState whyNothing() const;
     void catalogueChanged();
     void announceLater();
     void announceNamesLater();
 
-    const Defaults& defaults_;
+    Defaults& defaults_;
     const Clock& clock_;
     TaskQueue& queue_;
     MainThread& mainThread_;
@@ -88,7 +97,8 @@ private:
     std::shared_ptr<Notice> changed_ = std::make_shared<Notice>();
     std::shared_ptr<AchievementNames> names_;
     ApiRefusal progressSession_;
-    bool startedWithKey_ = false;
+    std::atomic<bool> withoutProgress_ = false;
+    bool began_ = false;  // with a key, or without one where the progress is not wanted
 
     LayeredCatalogue catalogue_;
     JsonFetchable<EventsSection> eventsSections_;

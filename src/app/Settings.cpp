@@ -32,7 +32,10 @@ constexpr std::array table = {
     Setting{settings::timerWindowDuration, SettingType::number},
     Setting{settings::timerWatchedWindowDuration, SettingType::number},
     Setting{settings::fetchCatalogue, SettingType::boolean},
+    Setting{settings::timerWithoutProgress, SettingType::boolean},
     Setting{settings::watching, SettingType::text},
+    Setting{settings::explainedIcon, SettingType::boolean},
+    Setting{settings::explainedEnter, SettingType::boolean},
     Setting{settings::frameMain, SettingType::text},
     Setting{settings::frameWatchedEvents, SettingType::text},
 };

@@ -27,8 +27,12 @@ std::vector<std::int64_t> unlocksOf(const std::vector<BeastCategory>& categories
 
 }  // namespace
 
-DataChain::DataChain(TaskQueue& queue, ChainLoaders loaders, ComputeTimeline computeTimeline)
-    : queue_(queue), loaders_(loaders), computeTimeline_(std::move(computeTimeline)) {
+DataChain::DataChain(TaskQueue& queue, ChainLoaders loaders, ComputeTimeline computeTimeline,
+                     WithoutProgress withoutProgress)
+    : queue_(queue),
+      loaders_(loaders),
+      computeTimeline_(std::move(computeTimeline)),
+      withoutProgress_(std::move(withoutProgress)) {
     const auto look = [this] {
         // Later: in the middle of a response the loaders look idle between one step of the chain and the next.
         if (restartWanted_) queue_.post([this] { restartWhenIdle(); });
@@ -41,10 +45,12 @@ DataChain::DataChain(TaskQueue& queue, ChainLoaders loaders, ComputeTimeline com
 }
 
 void DataChain::start() {
+    isAwaited_ = true;
     queue_.post([this] { load(); });
 }
 
 void DataChain::restart() {
+    isAwaited_ = true;
     queue_.post([this] {
         restartWanted_ = true;
         restartWhenIdle();
@@ -72,11 +78,19 @@ void DataChain::empty() {
 }
 
 void DataChain::load() {
-    loaders_.allCompletedAchievements.fetchNow({}, [this](Progress progress) {
-        loadCatalogue(progress);
-        loadBestiary(progress);
-        return progress;
-    });
+    if (withoutProgress_()) {
+        hasProgress_ = false;
+        loadCatalogue({});
+        loadBestiary({});
+    } else {
+        loaders_.allCompletedAchievements.fetchNow({}, [this](Progress progress) {
+            hasProgress_ = true;
+            loadCatalogue(progress);
+            loadBestiary(progress);
+            return progress;
+        });
+    }
+    isAwaited_ = false;
 }
 
 void DataChain::recompute() {

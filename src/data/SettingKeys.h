@@ -27,9 +27,16 @@ inline constexpr std::string_view timerIsSpecialEvent = "timer.isSpecialEvent";
 inline constexpr std::string_view timerWindowDuration = "timer.windowDuration";
 inline constexpr std::string_view timerWatchedWindowDuration = "timer.watchedWindowDuration";
 
+// The times are loaded also while there is no API key, without the player's progress.
+inline constexpr std::string_view timerWithoutProgress = "timer.withoutProgress";
+
 inline constexpr std::string_view fetchCatalogue = "catalogue.fetch";
 
 inline constexpr std::string_view watching = "events.watching";
+
+// What has been explained once and is not explained again.
+inline constexpr std::string_view explainedIcon = "explained.icon";
+inline constexpr std::string_view explainedEnter = "explained.enter";
 
 // Where the windows stood: "x y" or "x y width height", in points from the top left of the main screen.
 inline constexpr std::string_view frameMain = "frame.Main";

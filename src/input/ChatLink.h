@@ -16,7 +16,8 @@ struct ChatLinkNeeds {
 };
 
 // `shiftHeld`: what the press itself says. The key may have gone down while the game had the keyboard, where windows of
-// ours do not hear of it. Returns the message to show.
+// ours do not hear of it. Returns the message to show; the first time that nothing but a default left the return key
+// out, that says so.
 [[nodiscard]] std::string pressChatLink(const std::string& chatLink, const ChatLinkNeeds& needs,
                                         bool shiftHeld = false);
 

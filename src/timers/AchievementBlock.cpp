@@ -75,6 +75,13 @@ std::string progressText(const AchievementCompletition* progress) {
     return text;
 }
 
+ProgressLook progressLook(const ProgressById& progress, std::int64_t id, bool progressKnown) {
+    const auto found = progress.find(id);
+    if (found == progress.end() && !progressKnown) return {AchievementState::unknown, "needs your key", 0};
+    const AchievementCompletition* const record = found == progress.end() ? nullptr : &found->second;
+    return {achievementState(record), progressText(record), progressPart(record)};
+}
+
 double progressPart(const AchievementCompletition* progress) {
     if (!progress) return 0;
     if (progress->done) return 1;
@@ -105,14 +112,13 @@ bool hasBlock(const Event& event) {
            filled(rewards.random_items);
 }
 
-AchievementBlock achievementBlock(const Event& event, const ProgressById& progress, const AchievementNames& names) {
+AchievementBlock achievementBlock(const Event& event, const ProgressById& progress, const AchievementNames& names,
+                                  bool progressKnown) {
     AchievementBlock block;
     for (const std::int64_t id : achievementIds(event)) {
-        const auto found = progress.find(id);
-        const AchievementCompletition* const record = found == progress.end() ? nullptr : &found->second;
+        const ProgressLook look = progressLook(progress, id, progressKnown);
         block.achievements.push_back({id, titleOf(id, names), names.known(id) == AchievementNames::Known::yes,
-                                      achievementState(record), progressText(record), progressPart(record),
-                                      collectsText(event, id)});
+                                      look.state, look.text, look.part, collectsText(event, id)});
     }
     const auto missed = std::ranges::count_if(block.achievements, [&](const AchievementLine& line) {
         return names.known(line.id) == AchievementNames::Known::missed;

@@ -17,14 +17,14 @@ namespace vantor {
 using ProgressById = std::unordered_map<std::int64_t, AchievementCompletition>;
 [[nodiscard]] ProgressById progressById(const std::vector<AchievementCompletition>& progress);
 
-enum class AchievementState { notStarted, started, done };
+enum class AchievementState { unknown, notStarted, started, done };
 
 struct AchievementLine {
     std::int64_t id = 0;
     std::string title;        // the name, or what stands for it
     bool titleKnown = false;  // otherwise it is loading or missed
     AchievementState state = AchievementState::notStarted;
-    std::string progress;  // "40 of 100", "done", "not started", "done, repeated 3 times", "2 parts of 7"
+    std::string progress;  // "40 of 100", "done", "not started", "2 parts of 7", "done, repeated 3 times"
     double part = 0;       // of the way, 0 to 1
     std::string collects;  // "1 collection item of this event" where items of the event count toward it
 
@@ -44,10 +44,18 @@ struct AchievementBlock {
 [[nodiscard]] bool hasBlock(const Event& event);
 // The achievements that it advances itself and those that its items count toward, each once.
 [[nodiscard]] std::vector<std::int64_t> achievementIds(const Event& event);
+// progressKnown: no record means that the player has not begun.
 [[nodiscard]] AchievementBlock achievementBlock(const Event& event, const ProgressById& progress,
-                                                const AchievementNames& names);
+                                                const AchievementNames& names, bool progressKnown = true);
 
-// How far the player is, for the bestiary as well. No record: not started.
+// How far the player is, for the bestiary as well.
+struct ProgressLook {
+    AchievementState state = AchievementState::unknown;
+    std::string text;  // "needs your key" where nobody knows
+    double part = 0;
+};
+[[nodiscard]] ProgressLook progressLook(const ProgressById& progress, std::int64_t id, bool progressKnown);
+// No record: not started.
 [[nodiscard]] AchievementState achievementState(const AchievementCompletition* progress);
 [[nodiscard]] std::string progressText(const AchievementCompletition* progress);
 [[nodiscard]] double progressPart(const AchievementCompletition* progress);

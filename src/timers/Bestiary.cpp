@@ -6,7 +6,8 @@
 namespace vantor {
 
 std::vector<BestiarySection> bestiarySections(const std::vector<BeastCategory>& categories,
-                                              const ProgressById& progress, const WordSearch& search) {
+                                              const ProgressById& progress, const WordSearch& search,
+                                              bool progressKnown) {
     std::vector<BestiarySection> sections;
     const auto found = [&](const BeastCategory& category, const BeastRace& race) {
         std::string texts = race.id + "\n" + category.id + "\n" + race.description + "\n" + race.unlock_txt;
@@ -26,12 +27,11 @@ std::vector<BestiarySection> bestiarySections(const std::vector<BeastCategory>& 
             family.unlock = race.unlock_txt;
             family.tracked = race.unlock.has_value();
             if (race.unlock) {
-                const auto held = progress.find(*race.unlock);
-                const AchievementCompletition* const record = held == progress.end() ? nullptr : &held->second;
-                family.state = achievementState(record);
-                family.progress = progressText(record);
-                family.part = progressPart(record);
-                ++section.tracked;
+                const ProgressLook look = progressLook(progress, *race.unlock, progressKnown);
+                family.state = look.state;
+                family.progress = look.text;
+                family.part = look.part;
+                if (look.state != AchievementState::unknown) ++section.tracked;
                 if (family.state == AchievementState::done) ++section.done;
             }
             section.families.push_back(std::move(family));

@@ -28,7 +28,7 @@ struct BestiarySection {
     std::string id;
     std::vector<BestiaryFamily> families;  // in catalogue order
     std::size_t done = 0;
-    std::size_t tracked = 0;
+    std::size_t tracked = 0;  // none while the progress is not known
 
     bool operator==(const BestiarySection&) const = default;
 };
@@ -36,6 +36,7 @@ struct BestiarySection {
 // A category without a family that the search finds stays out. What is searched: family, category, description and
 // unlock text.
 [[nodiscard]] std::vector<BestiarySection> bestiarySections(const std::vector<BeastCategory>& categories,
-                                                            const ProgressById& progress, const WordSearch& search);
+                                                            const ProgressById& progress, const WordSearch& search,
+                                                            bool progressKnown = true);
 
 }  // namespace vantor

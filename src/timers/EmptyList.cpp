@@ -26,8 +26,12 @@ EmptyReason emptyReason(DataState state) {
 EmptyWords emptyWords(EmptyReason reason, const std::string& subject, double windowMinutes) {
     switch (reason) {
         case EmptyReason::noKey:
-            return {"No API key yet", "The " + subject + " show your own progress, which the game gives out for a key.",
-                    EmptyRemedy::openKeyField, "Enter the key"};
+            return {"No API key yet",
+                    "The " + subject + " show your own progress, which the game gives out for a key.",
+                    EmptyRemedy::openKeyField,
+                    "Enter the key",
+                    EmptyRemedy::showWithoutProgress,
+                    "Show the " + (subject == "timers" ? "times" : subject) + " without progress"};
         case EmptyReason::keyIsNew:
             return {"The API key is set", "The " + subject + " are loaded when Vantor starts the next time.",
                     EmptyRemedy::tryAgain, "Load now"};

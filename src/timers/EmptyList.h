@@ -19,13 +19,16 @@ enum class EmptyReason {
     nothingAhead,       // in this window of the day
 };
 
-enum class EmptyRemedy { none, openKeyField, openFilters, clearSearch, tryAgain };
+enum class EmptyRemedy { none, openKeyField, showWithoutProgress, openFilters, clearSearch, tryAgain };
 
 struct EmptyWords {
     std::string title;
     std::string sentence;
     EmptyRemedy remedy = EmptyRemedy::none;
     std::string action;  // empty without a remedy
+    // What helps otherwise, where there is a choice.
+    EmptyRemedy otherRemedy = EmptyRemedy::none;
+    std::string otherAction{};
 
     bool operator==(const EmptyWords&) const = default;
 };

@@ -1,6 +1,7 @@
 #include "ui/EmptyState.h"
 
 #include <QtGui/QPainter>
+#include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QVBoxLayout>
 #include <utility>
 
@@ -19,7 +20,8 @@ EmptyState::EmptyState(QWidget* parent)
     : QWidget(parent),
       title_(new TextBlock(TextRole::title, QString(), this)),
       sentence_(new TextBlock(TextRole::second, QString(), this)),
-      button_(new GW2Button(QString(), QString(), GW2ButtonStyle::Kind::primary, this)) {
+      way_{new GW2Button(QString(), QString(), GW2ButtonStyle::Kind::primary, this)},
+      otherWay_{new GW2Button(QString(), this)} {
     auto* const column = new QVBoxLayout(this);
     column->setContentsMargins(48, 24, 48, 24);
     column->setSpacing(10);
@@ -28,12 +30,19 @@ EmptyState::EmptyState(QWidget* parent)
         block->setAlignment(Qt::AlignCenter);
         column->addWidget(block);
     }
-    column->addWidget(button_, 0, Qt::AlignHCenter);
+    auto* const row = new QHBoxLayout;
+    row->setSpacing(8);
+    row->addStretch(1);
+    for (Way* const way : {&way_, &otherWay_}) {
+        row->addWidget(way->button);
+        way->button->hide();
+        QObject::connect(way->button, &QAbstractButton::clicked, this, [way] {
+            if (way->action) way->action();
+        });
+    }
+    row->addStretch(1);
+    column->addLayout(row);
     column->addStretch(1);
-    button_->hide();
-    QObject::connect(button_, &QAbstractButton::clicked, this, [this] {
-        if (action_) action_();
-    });
 }
 
 void EmptyState::setText(const QString& title, const QString& sentence) {
@@ -42,11 +51,17 @@ void EmptyState::setText(const QString& title, const QString& sentence) {
     sentence_->setText(sentence);
 }
 
-void EmptyState::setAction(const QString& text, std::function<void()> action) {
-    action_ = std::move(action);
-    button_->setText(text);
-    button_->setVisible(!text.isEmpty());
-    button_->updateGeometry();
+void EmptyState::setAction(const QString& text, std::function<void()> action) { offer(way_, text, std::move(action)); }
+
+void EmptyState::setOtherAction(const QString& text, std::function<void()> action) {
+    offer(otherWay_, text, std::move(action));
+}
+
+void EmptyState::offer(Way& way, const QString& text, std::function<void()> action) {
+    way.action = std::move(action);
+    way.button->setText(text);
+    way.button->setVisible(!text.isEmpty());
+    way.button->updateGeometry();
 }
 
 void EmptyState::paintEvent(QPaintEvent*) {

@@ -1,5 +1,6 @@
 #pragma once
-// What an empty place says: a title, one calm sentence, and the one action that helps. Main thread.
+// What an empty place says: a title, one calm sentence, the one action that helps, and at most one other beside it.
+// Main thread.
 
 #include <QtWidgets/QWidget>
 #include <functional>
@@ -16,6 +17,8 @@ public:
     void setText(const QString& title, const QString& sentence);
     // An empty text: no action.
     void setAction(const QString& text, std::function<void()> action);
+    void setOtherAction(const QString& text, std::function<void()> action);
+    void focusAction() { way_.button->setFocus(Qt::TabFocusReason); }
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -23,8 +26,14 @@ protected:
 private:
     TextBlock* title_;
     TextBlock* sentence_;
-    GW2Button* button_;
-    std::function<void()> action_;
+    struct Way {
+        GW2Button* button;
+        std::function<void()> action{};
+    };
+    static void offer(Way& way, const QString& text, std::function<void()> action);
+
+    Way way_;
+    Way otherWay_;
 };
 
 }  // namespace vantor

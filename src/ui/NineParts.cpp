@@ -82,19 +82,24 @@ private:
 
 }  // namespace
 
+QPixmap drawNineParts(const QString& name, QSize size, double devicePixelRatio) {
+    QPixmap picture(size * devicePixelRatio);
+    picture.fill(Qt::transparent);
+    QSvgRenderer renderer(QStringLiteral(":/images/") + name + QStringLiteral(".svg"));
+    if (renderer.isValid()) {
+        QPainter drawing(&picture);
+        NineParts(renderer, drawing, size, devicePixelRatio).draw();
+    }
+    picture.setDevicePixelRatio(devicePixelRatio);
+    return picture;
+}
+
 void paintNineParts(QPainter& painter, const QString& name, const QRect& frame) {
     const double ratio = painter.device()->devicePixelRatioF();
     const QString key = QStringLiteral("nine %1 %2x%3@%4").arg(name).arg(frame.width()).arg(frame.height()).arg(ratio);
     QPixmap picture;
     if (!QPixmapCache::find(key, &picture)) {
-        picture = QPixmap(frame.size() * ratio);
-        picture.fill(Qt::transparent);
-        QSvgRenderer renderer(QStringLiteral(":/images/") + name + QStringLiteral(".svg"));
-        if (renderer.isValid()) {
-            QPainter drawing(&picture);
-            NineParts(renderer, drawing, frame.size(), ratio).draw();
-        }
-        picture.setDevicePixelRatio(ratio);
+        picture = drawNineParts(name, frame.size(), ratio);
         QPixmapCache::insert(key, picture);
     }
     painter.drawPixmap(frame.topLeft(), picture);

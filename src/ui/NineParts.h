@@ -4,6 +4,7 @@
 
 #include <QtCore/QRect>
 #include <QtCore/QString>
+#include <QtGui/QPixmap>
 
 class QPainter;
 
@@ -12,5 +13,7 @@ namespace vantor {
 // The image holds the elements top-left, top, top-right, left, centre, right, bottom-left, bottom and bottom-right.
 // Draws nothing when there is no such image.
 void paintNineParts(QPainter& painter, const QString& name, const QRect& frame);
+// The same as a picture, for what is too large to be kept among the small ones.
+[[nodiscard]] QPixmap drawNineParts(const QString& name, QSize size, double devicePixelRatio);
 
 }  // namespace vantor

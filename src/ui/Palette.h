@@ -19,6 +19,7 @@ inline const QColor green{0x8F, 0xBF, 0x6A};        // success
 inline const QColor error{0xF5, 0x84, 0x72};        // what failed
 inline const QColor inkTop{0x23, 0x1D, 0x18};
 inline const QColor inkBottom{0x15, 0x11, 0x0E};
+inline const QColor sheet{0x1C, 0x17, 0x13};     // "content.bg"; a fade of another tone would show as a box
 inline const QColor fieldInk{0x0E, 0x0B, 0x09};  // sunken backgrounds
 inline const QColor onRed{0xFF, 0xF3, 0xD6};     // text on the red of a primary button or a badge
 inline const QColor strokeDark{0x6D, 0x1F, 0x19};

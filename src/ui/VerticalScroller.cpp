@@ -26,10 +26,9 @@ protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
         const auto fade = [&](int from, int to, const QRect& area) {
-            const QColor ink = panelColourAt(from);
             QLinearGradient gradient(0, from, 0, to);
-            gradient.setColorAt(0, palette::withAlpha(ink, 0.92));
-            gradient.setColorAt(1, palette::withAlpha(ink, 0));
+            gradient.setColorAt(0, palette::withAlpha(palette::sheet, 0.92));
+            gradient.setColorAt(1, palette::withAlpha(palette::sheet, 0));
             painter.fillRect(area, gradient);
         };
         if (bar_.value() > bar_.minimum()) fade(0, fadeDepth, {0, 0, width(), fadeDepth});
@@ -38,18 +37,6 @@ protected:
     }
 
 private:
-    // The panel runs from one ink to the other; a fade of another tone would show as a box.
-    [[nodiscard]] QColor panelColourAt(int y) const {
-        const double at =
-            std::clamp(double(mapTo(window(), QPoint(0, y)).y()) / std::max(1, window()->height()), 0.0, 1.0);
-        // And the scene behind it lightens it by a breath.
-        constexpr int scene = 4;
-        const auto mix = [at](int top, int bottom) { return static_cast<int>(top + (bottom - top) * at) + scene; };
-        return {mix(palette::inkTop.red(), palette::inkBottom.red()),
-                mix(palette::inkTop.green(), palette::inkBottom.green()),
-                mix(palette::inkTop.blue(), palette::inkBottom.blue())};
-    }
-
     const QScrollBar& bar_;
 };
 

@@ -148,7 +148,7 @@ def opens_once():
                 wait_until(lambda: server.lines or desk.ask("xprop", "-root", "-f", "ASKED", "8s", "-set", "ASKED", "yes"))
                 desk.press(*desk.HOTKEY)
                 x, y, *_ = vantor.overlay()
-                empty, title = (x + 50, y + 300, 100, 100), (x + 210, y + 150, 250, 60)
+                empty, title = (x + 50, y + 300, 100, 100), (x + 210, y + 200, 250, 60)
                 dark = []
 
                 def has_title():

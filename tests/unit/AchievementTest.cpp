@@ -88,6 +88,7 @@ TEST_F(AchievementNamesTest, TellsWhyThereIsNothingToShow) {
         {"<html>502</html>", DataState::failed}};
     for (const auto& [body, state] : refusals) {
         data.restart();
+        EXPECT_EQ(states(), both(DataState::loading)) << "before it has begun";
         settle();
         EXPECT_EQ(states(), both(DataState::loading));
         answer(body);
@@ -101,6 +102,28 @@ TEST_F(AchievementNamesTest, TellsWhyThereIsNothingToShow) {
     EXPECT_EQ(states(), std::pair(DataState::failed, DataState::loading));
     answer(R"([{"id": "x", "races": []}])");
     EXPECT_EQ(states(), std::pair(DataState::failed, DataState::ready));
+}
+
+TEST_F(AchievementNamesTest, TheTimesComeWithoutAKeyOnceThePlayerWantsThatAndAKeyTakesTheirPlace) {
+    const std::vector<std::string> catalogues{"https://static/events.json", "https://static/categories/beasts.json"};
+    data.start();
+    settle();
+    data.showWithoutProgress();
+    EXPECT_EQ(asked(), catalogues);
+    EXPECT_EQ(data.timersState(), DataState::loading);
+    answer("[]");
+    answer(R"([{"id":"animals","races":[]}])");
+    EXPECT_EQ(data.timersState(), DataState::ready);
+    EXPECT_EQ(progressLook({}, 1, data.progressKnown()).text, "needs your key");
+    data.start();
+    EXPECT_EQ(asked(), catalogues) << "remembered";
+    answer(std::nullopt);
+    answer(std::nullopt);
+    storeKey("key");
+    data.restart();
+    EXPECT_THAT(asked(), ElementsAre("https://api/v2/account/achievements"));
+    answer("[]");
+    EXPECT_EQ(progressLook({}, 1, data.progressKnown()).text, "not started");
 }
 
 TEST(ApiRefusal, ReadsOnlyTheErrorObject) {

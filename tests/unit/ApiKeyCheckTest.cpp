@@ -57,10 +57,44 @@ TEST_F(ApiKeyCheckTest, PutsTheKeyIntoTheAddressAsTypedOrAsksNothing) {
     EXPECT_TRUE(field->isEditing());
     EXPECT_FALSE(field->isChecking());
     EXPECT_EQ(field->modText(), "with a blank");
+    EXPECT_EQ(field->trouble(), Trouble::notAKey);
     field->cancel();
     confirm("NEW");
     EXPECT_THAT(asked(), ElementsAre(front + "NEW"));
     EXPECT_THAT(session.requests().front().headers, IsEmpty());
+}
+
+TEST_F(ApiKeyCheckTest, LeavesOutTheWhiteSpaceAroundWhatIsPasted) {
+    const struct {
+        const char *before, *after, *becomes;
+    } edits[] = {{"", " \tKEY-1\r\n", "KEY-1"}, {"KEY", "KEY\n", "KEY"}, {"AZ", "A KEY\u00A0Z", "AKEYZ"},
+                 {"KEY", "KEY ", "KEY "},       {"A B", "A BC", "A BC"}, {"AB", "A", "A"}};
+    for (const auto& [before, after, becomes] : edits) {
+        field->type("");
+        for (const char letter : std::string(before)) field->type(field->modText() + letter);
+        field->type(after);
+        EXPECT_EQ(field->modText(), becomes) << after;
+    }
+}
+
+TEST_F(ApiKeyCheckTest, SaysWhichPermissionsARealKeyLacks) {
+    const std::string bare = R"({"id":"1","name":"n","access":[]})";
+    const auto check = [&](const std::string& first, const std::optional<std::string>& tokenInfo) {
+        confirm("KEY");
+        answer(first);
+        EXPECT_EQ(asked().back(), "https://api.example/v2/tokeninfo?access_token=KEY");
+        answer(tokenInfo);
+        EXPECT_FALSE(field->isChecking());
+        return std::pair(field->trouble(), field->missingPermissions());
+    };
+    using Lacks = std::vector<std::string>;
+    const auto lacking = [](const Lacks& missing) { return std::pair(Trouble::lacksPermission, missing); };
+    EXPECT_EQ(check(bare, R"({"permissions":["account","guilds"]})"), lacking({"progression"}));
+    EXPECT_EQ(check(R"({"text":"requires scope account"})", R"({"permissions":[]})"),
+              lacking({"account", "progression"}));
+    EXPECT_EQ(check(bare, std::nullopt), lacking({}));
+    EXPECT_EQ(check(bare, R"({"permissions":["progression","account"]})"), std::pair(Trouble::noAnswer, Lacks()))
+        << "a fault of theirs";
 }
 
 TEST_F(ApiKeyCheckTest, OnlyAKeyThatTheWebApiTakesReplacesTheStoredOne) {

@@ -40,6 +40,10 @@ TEST_F(ChatTest, AChatLinkIsCopiedOrTypedWithTheReturnsThatTheSettingWants) {
     const ChatLinkNeeds needs{manager, pasteboard, defaults};
     EXPECT_EQ(pressChatLink(link, needs), "copied to clipboard");
     EXPECT_EQ(pasteboard.text(), link);
+    // While nothing but a default leaves the returns out, the first time says so.
+    for (const char* said : {"typed without ENTER; switch it in Settings", "typed in app"})
+        EXPECT_EQ(pressChatLink(link, needs, true), said);
+    (void)typed();
     defaults.put(settings::enableChatLinkReturnKey, true);
     EXPECT_EQ(pressChatLink(link, needs), "copied to clipboard");
     EXPECT_EQ(pasteboard.text(), "\n" + link + "\n");

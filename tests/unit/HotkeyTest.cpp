@@ -10,6 +10,7 @@
 #include "fake/FakeKeyMonitors.h"
 #include "input/HotkeyCapture.h"
 #include "input/KeyNames.h"
+#include "input/PcKeyWords.h"
 #include "input/ReadableKeyText.h"
 
 namespace vantor {
@@ -42,6 +43,19 @@ TEST(ReadableKeyText, JoinsTheModifiersInTheStoredOrderAndNamesTheKey) {
         {key(56, 0, "x"), "X"},    // the names of modifier keys are for playing back only
     };
     for (const auto& [event, text] : rows) EXPECT_EQ(readableKeyText(event), text);
+}
+
+TEST(PcKeyWords, SpellAStoredHotkey) {
+    const std::pair<const char*, const char*> rows[] = {{"⌃ + ⇧ + T", "Ctrl + Shift + T"},
+                                                        {"⌘ + V", "Super (Windows key) + V"},
+                                                        {"⌃ + ⌥ + +", "Ctrl + Alt + +"},
+                                                        {"fn + ⇪ + A", "Fn + Caps Lock + A"},
+                                                        {"numpad ↩︎", "Numpad Enter"},
+                                                        {"⇧ + →", "Shift + Right"},
+                                                        {"\t", "Tab"},
+                                                        {"⇧", "⇧"},
+                                                        {" ", ""}};
+    for (const auto& [stored, words] : rows) EXPECT_EQ(pcKeyWords(stored), words);
 }
 
 TEST(KeyNames, AreUniqueSoThatAStoredHotkeyPlaysBackAsItsKey) {

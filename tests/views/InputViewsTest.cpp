@@ -27,7 +27,7 @@ protected:
 TEST_F(InputViewsTest, AWaypointCopiesOnAClickAndTypesOnAShiftClickThoughShiftWentDownInTheGame) {
     WaypointButton button(QStringLiteral("a"), {observer().clipboardManager(), pasteboard, defaults}, scheduler,
                           nullptr);
-    EXPECT_EQ(button.toolTip(), QStringLiteral("Copy to clipboard"));
+    EXPECT_EQ(button.toolTip().section(QLatin1Char('\n'), 0, 0), QStringLiteral("Copy to clipboard"));
     button.show();
     const int atRest = button.sizeHint().width();
     click(button);

@@ -25,6 +25,7 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 using testing::StartsWith;
 
 class KitWindows : public Overlay {};
@@ -95,10 +96,34 @@ TEST_F(KitWindows, TheMainWindowTellsItsTabItsHotkeyAndWhatIsWatched) {
     window.resize(window.width() + 200, window.height());
     settle();
     EXPECT_EQ(mark.x(), named(window, "Timers").x());
+}
 
-    press(*below<SettingsView>(open(tab_position::settings)).at(0), "Timers");
-    press(open(tab_position::timers), "Enter the key");
-    EXPECT_THAT(heard(window), Contains("API Key")) << "the page with the key's field";
+TEST_F(KitWindows, TheFirstStepsLeadEachToItsControlAndAreGoneOnceTheyAreDone) {
+    served["events.json"] = "[" + sectionOf(1, {{QStringLiteral("Dragon"), {}}}, 15) + "]";
+    launch();
+    MainWindow& window = mainWindow();
+    EXPECT_EQ(defaults.get<bool>(settings::explainedIcon), true) << "who has opened the overlay needs no more words";
+    press(window, "An event to watch, to do");
+    EXPECT_EQ(window.focusWidget(), &named(window, "Enter the key"));
+    press(window, "Enter the key");
+    EXPECT_EQ(window.focusWidget(), &named<QLineEdit>(window, "Insert API Key"));
+    EXPECT_THAT(heard(window), Contains(StartsWith("During the creation of the key"))) << "and the help is open";
+    open(tab_position::home);
+    press(window, "Your hotkey, to do");
+    (void)monitors.pressInVantor({KeyEventType::keyDown, 96, modifier::control, ""});
+    EXPECT_THAT(heard(shownWindow<HotkeyPopup>()), Contains("Ctrl + F5"));
+    press(shownWindow<HotkeyPopup>(), "Accept");
+    EXPECT_EQ(named(window, "Window toggle: ⌃ + F5").toolTip(), QStringLiteral("Ctrl + F5"));
+
+    press(open(tab_position::timers), "Show the times without progress");
+    load();
+    auto& eye = dynamic_cast<QAbstractButton&>(*window.focusWidget());
+    EXPECT_THAT(heardOf(eye), StartsWith("Watch Dragon"));
+    open(tab_position::home);
+    EXPECT_THAT(heard(window), testing::IsSupersetOf({"Your key, to do", "Your hotkey, done"}));
+    eye.click();
+    settle();
+    EXPECT_THAT(heard(window), Not(Contains(HasSubstr("to do")))) << "without a key it is over as well";
 }
 
 TEST_F(KitWindows, FormsAndTheTipSayWhatBecameOfAPress) {

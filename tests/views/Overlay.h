@@ -212,7 +212,8 @@ private:
                 [this] { return TranslatorNeeds{[this](const Script& script) { return script.title == fontOf; }, {}}; },
             .examineSystem = [this] { return capabilities; },
             .openLink = [this](const std::string& address) { opened.push_back(address); },
-            .menuEntries = [this] { return delegate->menuEntries(); }};
+            .menuEntries = [this] { return delegate->menuEntries(); },
+            .pcKeyboards = true};
     }
 
 protected:

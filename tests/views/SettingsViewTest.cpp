@@ -88,6 +88,8 @@ TEST_F(SettingsViewTest, TakesAKeyOverOnceTheWebApiTakesIt) {
     openPage("General");
     answer([](const auto&) { return std::nullopt; });
     const auto stored = [this] { return defaults.get<std::string>(settings::apiKey); };
+    EXPECT_THAT(heard(*panel), Not(Contains(HasSubstr("OLD")))) << "over a shoulder";
+    press(*panel, "Show the API key");
     EXPECT_THAT(heard(*panel), Contains("OLD"));
     press(*panel, "Edit");
     EXPECT_EQ(keyField().text(), QStringLiteral("OLD"));
@@ -110,13 +112,14 @@ TEST_F(SettingsViewTest, TakesAKeyOverOnceTheWebApiTakesIt) {
 
     const std::size_t before = session.requests().size();
     confirm("NEWER", account);
-    EXPECT_THAT(heard(*panel), testing::AllOf(Contains("NEWER"), Contains("Edit"), Not(Contains("Confirm"))));
+    EXPECT_THAT(heard(*panel), testing::AllOf(Contains("Edit"), Not(Contains("Confirm")), Not(Contains("NEWER"))));
     EXPECT_EQ(stored(), "NEWER");
     EXPECT_GT(session.requests().size(), before + 1) << "all is loaded with it";
 
     press(*panel, "Edit");
     fillIn(keyField(), QStringLiteral("X"));
     press(*panel, "Cancel");
+    press(*panel, "Show the API key");
     EXPECT_THAT(heard(*panel), Contains("NEWER"));
     EXPECT_EQ(session.waiting(), 0U);
 }

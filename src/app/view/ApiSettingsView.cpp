@@ -3,7 +3,6 @@
 #include <QtWidgets/QVBoxLayout>
 #include <utility>
 
-#include "ui/Collapse.h"
 #include "ui/Palette.h"
 #include "ui/TextBlock.h"
 
@@ -51,16 +50,17 @@ ApiSettingsView::ApiSettingsView(const HelpHosts& hosts, OpenLink openLink, QWid
         }
         collapse->setContent(content);
         column->addWidget(collapse);
+        return collapse;
     };
     section(QStringLiteral("What is an API key?"),
             {whatIsIt, whatIsItFor,
              moreAboutIt.arg(
                  link(QStringLiteral("official wiki page"), hosts.wiki + QStringLiteral("/wiki/API:API_key")))});
     section(QStringLiteral("Why should I use it?"), {whyUseIt});
-    section(QStringLiteral("How do I get my API key?"),
-            {creation, itsName,
-             whereToGetIt.arg(
-                 link(QStringLiteral("ArenaNet account"), hosts.accountSite + QStringLiteral("/applications")))});
+    howToGetOne_ = section(QStringLiteral("How do I get my API key?"),
+                           {creation, itsName,
+                            whereToGetIt.arg(link(QStringLiteral("ArenaNet account"),
+                                                  hosts.accountSite + QStringLiteral("/applications")))});
 }
 
 }  // namespace vantor

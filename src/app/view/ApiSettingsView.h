@@ -4,6 +4,8 @@
 #include <QtWidgets/QWidget>
 #include <functional>
 
+#include "ui/Collapse.h"
+
 namespace vantor {
 
 using OpenLink = std::function<void(const QString& address)>;
@@ -17,6 +19,12 @@ struct HelpHosts {
 class ApiSettingsView : public QWidget {
 public:
     ApiSettingsView(const HelpHosts& hosts, OpenLink openLink, QWidget* parent);
+
+    // Opens the section that says how to get a key.
+    void unfoldHowToGetOne() { howToGetOne_->setExpanded(true); }
+
+private:
+    Collapse* howToGetOne_;
 };
 
 }  // namespace vantor

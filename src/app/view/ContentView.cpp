@@ -1,5 +1,6 @@
 #include "app/view/ContentView.h"
 
+#include <QtGui/QPainter>
 #include <QtWidgets/QVBoxLayout>
 #include <utility>
 
@@ -10,8 +11,15 @@
 #include "input/view/HotkeyText.h"
 #include "platform/Defaults.h"
 #include "translators/view/TranslatorView.h"
+#include "ui/NineParts.h"
 
 namespace vantor {
+
+namespace {
+
+constexpr int groundLeft = 8;  // where the panel's torn edge ends
+
+}  // namespace
 
 ContentView::ContentView(AppObserver& appObserver, const ViewNeeds& needs, WatchedFeed& watched, QWidget* parent)
     : QWidget(parent),
@@ -19,6 +27,8 @@ ContentView::ContentView(AppObserver& appObserver, const ViewNeeds& needs, Watch
       needs_(needs),
       apiKey_(appObserver.defaults(), appObserver.apiKeyCheckNeeds(), [&appObserver] { appObserver.data().restart(); }),
       tabRow_(new TabRow(appObserver.tabs(), this)),
+      firstSteps_(new FirstStepsView(
+          appObserver.defaults(), [this](FirstStep step) { lead(step); }, this)),
       // After the tabs, so that the keyboard comes to the button that closes last.
       titleBar_(new TitleBar([&appObserver] { appObserver.closePressed(); }, this)),
       content_(new QStackedWidget(this)) {
@@ -27,6 +37,7 @@ ContentView::ContentView(AppObserver& appObserver, const ViewNeeds& needs, Watch
     inner->setContentsMargins(20, 2, 12, 8);
     inner->setSpacing(6);
     inner->addWidget(tabRow_);
+    inner->addWidget(firstSteps_);
     inner->addWidget(content_, 1);
     auto* const column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
@@ -52,6 +63,7 @@ void ContentView::showTab() {
         if (content_->indexOf(page) < 0) content_->addWidget(page);
     }
     content_->setCurrentWidget(page);
+    firstSteps_->setWanted(position == tab_position::home);
     if (web_)
         web_->show(position == tab_position::home       ? WebPanel::Tab::gameUpdates
                    : position == tab_position::internet ? WebPanel::Tab::internet
@@ -60,14 +72,16 @@ void ContentView::showTab() {
 }
 
 void ContentView::showTitle() {
-    titleBar_->setTexts(QString::fromStdString(appObserver_.tabs().title()),
-                        hotkeyHint(appObserver_.defaults().get<std::string>(settings::windowToggleEvent)));
+    const auto hotkey = appObserver_.defaults().get<std::string>(settings::windowToggleEvent);
+    titleBar_->setTexts(QString::fromStdString(appObserver_.tabs().title()), hotkeyHint(hotkey),
+                        hotkeyWords(hotkey.value_or(""), needs_.pcKeyboards));
 }
 
 QWidget* ContentView::makePage(std::size_t position) {
     switch (position) {
         case tab_position::timers:
-            return makeTimersTab(appObserver_, appObserver_, appObserver_, needs_, links(), content_);
+            timersView_ = makeTimersTab(appObserver_, appObserver_, appObserver_, needs_, links(), content_);
+            return timersView_;
         case tab_position::translator:
             return new TranslatorView(needs_.translator(), content_);
         case tab_position::bestiary:
@@ -75,8 +89,8 @@ QWidget* ContentView::makePage(std::size_t position) {
         case tab_position::support:
             return makeSupportTab(appObserver_, appObserver_, needs_, content_);
         case tab_position::settings:
-            settingsView_ =
-                makeSettingsTab(appObserver_, appObserver_, appObserver_, appObserver_, apiKey_, needs_, content_);
+            settingsView_ = makeSettingsTab(appObserver_, appObserver_, appObserver_, appObserver_, apiKey_, needs_,
+                                            links(), content_);
             return settingsView_;
         default:
             if (!web_) web_ = new WebPanel(needs_.webPage(), appObserver_.webViewStore(), needs_.webHosts, content_);
@@ -86,15 +100,40 @@ QWidget* ContentView::makePage(std::size_t position) {
 
 TabLinks ContentView::links() {
     return {.openPage = [this](const std::string& address) { openPage(address); },
-            .emptyActions = {.openKeyField = [this] { openSettings(SettingsView::Page::general); },
+            .emptyActions = {.openKeyField = [this] { lead(FirstStep::key); },
                              .openFilters = [this] { openSettings(SettingsView::Page::timers); },
                              .clearSearch = {},
-                             .tryAgain = [this] { appObserver_.data().restart(); }}};
+                             .tryAgain = [this] { appObserver_.data().restart(); },
+                             .showWithoutProgress = [this] { appObserver_.data().showWithoutProgress(); }},
+            .openTimers = [this] { appObserver_.tabs().select(tab_position::timers); }};
 }
 
 void ContentView::openSettings(SettingsView::Page page) {
     appObserver_.tabs().select(tab_position::settings);
     settingsView_->select(page);
+}
+
+void ContentView::lead(FirstStep step) {
+    switch (step) {
+        case FirstStep::key:
+            openSettings(SettingsView::Page::general);
+            return settingsView_->leadToKey();
+        case FirstStep::hotkey:
+            openSettings(SettingsView::Page::general);
+            return settingsView_->leadToHotkey();
+        case FirstStep::watchedEvent:
+            appObserver_.tabs().select(tab_position::timers);
+            return timersView_->leadToWatch();
+    }
+}
+
+// The ground of the tabs and their pages; the title's stroke lies on the panel above it.
+void ContentView::paintEvent(QPaintEvent*) {
+    const QRect frame = rect().adjusted(groundLeft, titleBar_->height(), 0, 0);
+    if (frame.isEmpty()) return;
+    if (ground_.deviceIndependentSize().toSize() != frame.size() || ground_.devicePixelRatio() != devicePixelRatioF())
+        ground_ = drawNineParts(QStringLiteral("content.bg"), frame.size(), devicePixelRatioF());
+    QPainter(this).drawPixmap(frame.topLeft(), ground_);
 }
 
 void ContentView::openPage(const std::string& address) {

@@ -21,7 +21,9 @@ IconWindow::IconWindow(std::function<void()> pressed, std::function<void(QPoint)
     describeControls();
     setWindowTitle(QStringLiteral("Vantor icon"));
     setAccessibleName(QStringLiteral("Show or hide Vantor"));
-    setToolTip(QStringLiteral("Show or hide Vantor; with the hotkey while a full-screen game holds the pointer"));
+    setToolTip(
+        QStringLiteral("Show or hide Vantor; with the hotkey while a full-screen game holds the pointer\n"
+                       "The right button has the menu"));
     setCursor(Qt::PointingHandCursor);
     setFixedSize(iconSize);
 }

@@ -19,6 +19,15 @@ SettingsView::SettingsView(Needs needs, QWidget* parent) : QWidget(parent), need
     whole->addWidget(tabs_);
 }
 
+GeneralSettingsView& SettingsView::general() {
+    select(Page::general);
+    return *static_cast<GeneralSettingsView*>(tabs_->page(static_cast<int>(Page::general)));
+}
+
+void SettingsView::leadToKey() { general().leadToKey(); }
+
+void SettingsView::leadToHotkey() { general().leadToHotkey(); }
+
 void SettingsView::select(Page page) { tabs_->select(static_cast<int>(page)); }
 
 }  // namespace vantor

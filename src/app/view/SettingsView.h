@@ -7,11 +7,14 @@
 
 #include "app/ApiKeyField.h"
 #include "app/view/ApiSettingsView.h"
+#include "app/view/EditableKeyView.h"
 #include "app/view/SystemCapabilitiesView.h"
 #include "platform/Defaults.h"
 #include "ui/Tabber.h"
 
 namespace vantor {
+
+class GeneralSettingsView;
 
 // What a hotkey field records, and under which keys it is stored.
 struct HotkeySetting {
@@ -34,6 +37,7 @@ public:
         SystemCapabilitiesView::Examine examineSystem;
         OpenLink openLink;
         HelpHosts helpHosts;
+        KeyGain keyGain = {};
     };
 
     enum class Page { general, timers, accounts };
@@ -41,8 +45,13 @@ public:
     SettingsView(Needs needs, QWidget* parent);
 
     void select(Page page);
+    // To the field itself, in sight, focused and open.
+    void leadToKey();
+    void leadToHotkey();
 
 private:
+    [[nodiscard]] GeneralSettingsView& general();
+
     Needs needs_;
     Tabber* tabs_;
 };

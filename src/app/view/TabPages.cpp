@@ -1,5 +1,6 @@
 #include "app/view/TabPages.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "accounts/view/AccountsView.h"
@@ -11,9 +12,9 @@
 #include "input/view/HotkeyButton.h"
 #include "input/view/HotkeyText.h"
 #include "input/view/WaypointButton.h"
+#include "timers/VisibleWindow.h"
 #include "timers/view/BestiaryView.h"
 #include "timers/view/TimerSettingsView.h"
-#include "timers/view/TimersView.h"
 
 namespace vantor {
 
@@ -25,6 +26,17 @@ QRect gamesScreen(const Screens& screens) {
     return {frame.x, frame.y, frame.width, frame.height};
 }
 
+QString listedEvents(const TimelineSource& source, DataState state) {
+    const auto timeline = source.timeline();
+    if (state == DataState::loading) return QStringLiteral("The events are on their way.");
+    if (state != DataState::ready || !timeline) return QStringLiteral("The events could not be loaded.");
+    const int now = currentMinute(source.clock, source.clock.now());
+    const double minutes = windowMinutes(source.defaults, WindowKind::shown);
+    const auto count = std::ranges::count_if(
+        timeline->events, [&](const TimelineEvent& occurrence) { return isVisible(occurrence, now, minutes); });
+    return count == 1 ? QStringLiteral("1 event is listed.") : QStringLiteral("%1 events are listed.").arg(count);
+}
+
 }  // namespace
 
 TimelineSource timelineOf(DataPart& part, SettingsPart& settings) {
@@ -33,8 +45,8 @@ TimelineSource timelineOf(DataPart& part, SettingsPart& settings) {
             [&data](std::function<void()> handler) { return data.observe(std::move(handler)); }};
 }
 
-QWidget* makeTimersTab(DataPart& data, TypingPart& typing, SettingsPart& settings, const ViewNeeds& needs,
-                       const TabLinks& links, QWidget* parent) {
+TimersView* makeTimersTab(DataPart& data, TypingPart& typing, SettingsPart& settings, const ViewNeeds& needs,
+                          const TabLinks& links, QWidget* parent) {
     GameData& gameData = data.data();
     const ChatLinkNeeds chatLink{typing.clipboardManager(), typing.pasteboard(), settings.defaults()};
     return new TimersView(
@@ -49,7 +61,8 @@ QWidget* makeTimersTab(DataPart& data, TypingPart& typing, SettingsPart& setting
                       open = links.openPage](const std::string& page) { open(wikiPageAddress(needs.webHosts, page)); },
          .emptyActions = links.emptyActions,
          .aged = [&gameData,
-                  &clock = data.clock()] { return agedText(gameData.catalogueStatus()->facts, clock.now()); }},
+                  &clock = data.clock()] { return agedText(gameData.catalogueStatus()->facts, clock.now()); },
+         .progressKnown = [&gameData] { return gameData.progressKnown(); }},
         parent);
 }
 
@@ -62,7 +75,8 @@ QWidget* makeBestiaryTab(DataPart& data, const ViewNeeds& needs, const TabLinks&
          .observe = [&gameData](std::function<void()> handler) { return gameData.observe(std::move(handler)); },
          .lookUp = [&needs,
                     open = links.openPage](const std::string& family) { open(lookUpAddress(needs.webHosts, family)); },
-         .emptyActions = links.emptyActions},
+         .emptyActions = links.emptyActions,
+         .progressKnown = [&gameData] { return gameData.progressKnown(); }},
         parent);
 }
 
@@ -76,13 +90,14 @@ QWidget* makeSupportTab(NetworkPart& network, TypingPart& typing, const ViewNeed
 }
 
 SettingsView* makeSettingsTab(SettingsPart& settings, TypingPart& typing, AccountsPart& accounts, DataPart& data,
-                              ApiKeyField& apiKey, const ViewNeeds& needs, QWidget* parent) {
+                              ApiKeyField& apiKey, const ViewNeeds& needs, const TabLinks& links, QWidget* parent) {
     const HotkeyNeeds hotkeys{settings.defaults(), typing.keyMonitors(),
                               [&needs](WId window, WindowNature nature) {
                                   needs.overlayWindows.prepare(static_cast<NativeWindow>(window), nature);
                               },
-                              [&needs] { return gamesScreen(needs.screens); }};
+                              [&needs] { return gamesScreen(needs.screens); }, needs.pcKeyboards};
     const auto text = [](const std::string& host) { return QString::fromStdString(host); };
+    GameData& gameData = data.data();
     return new SettingsView(
         {.defaults = settings.defaults(),
          .apiKey = apiKey,
@@ -91,8 +106,7 @@ SettingsView* makeSettingsTab(SettingsPart& settings, TypingPart& typing, Accoun
                  return new HotkeyButton(setting.message, setting.primaryKey, setting.secondaryKey, hotkeys, page);
              },
          .makeTimersPage =
-             [&settings, &data](QWidget* page) {
-                 GameData& gameData = data.data();
+             [&settings, &gameData](QWidget* page) {
                  const CatalogueNeeds catalogue{
                      .status = [&gameData] { return gameData.catalogueStatus(); },
                      .observe = [&gameData](auto handler) { return gameData.observe(std::move(handler)); },
@@ -112,7 +126,12 @@ SettingsView* makeSettingsTab(SettingsPart& settings, TypingPart& typing, Accoun
              },
          .examineSystem = needs.examineSystem,
          .openLink = [&needs](const QString& address) { needs.openLink(address.toStdString()); },
-         .helpHosts = {text(needs.webHosts.wiki), text(needs.accountSite)}},
+         .helpHosts = {text(needs.webHosts.wiki), text(needs.accountSite)},
+         .keyGain = {.sentence = [source = timelineOf(data, settings),
+                                  &gameData] { return listedEvents(source, gameData.timersState()); },
+                     .observe =
+                         [&gameData](std::function<void()> handler) { return gameData.observe(std::move(handler)); },
+                     .show = links.openTimers}},
         parent);
 }
 

@@ -11,6 +11,7 @@
 #include "app/view/ViewNeeds.h"
 #include "timers/view/EmptyListView.h"
 #include "timers/view/TimelineSource.h"
+#include "timers/view/TimersView.h"
 
 namespace vantor {
 
@@ -18,17 +19,18 @@ namespace vantor {
 struct TabLinks {
     std::function<void(const std::string& address)> openPage;  // in the shared page, on the Internet tab
     EmptyListActions emptyActions;
+    std::function<void()> openTimers;
 };
 
 [[nodiscard]] TimelineSource timelineOf(DataPart& data, SettingsPart& settings);
 
-[[nodiscard]] QWidget* makeTimersTab(DataPart& data, TypingPart& typing, SettingsPart& settings, const ViewNeeds& needs,
-                                     const TabLinks& links, QWidget* parent);
+[[nodiscard]] TimersView* makeTimersTab(DataPart& data, TypingPart& typing, SettingsPart& settings,
+                                        const ViewNeeds& needs, const TabLinks& links, QWidget* parent);
 [[nodiscard]] QWidget* makeBestiaryTab(DataPart& data, const ViewNeeds& needs, const TabLinks& links, QWidget* parent);
 [[nodiscard]] QWidget* makeSupportTab(NetworkPart& network, TypingPart& typing, const ViewNeeds& needs,
                                       QWidget* parent);
 [[nodiscard]] SettingsView* makeSettingsTab(SettingsPart& settings, TypingPart& typing, AccountsPart& accounts,
                                             DataPart& data, ApiKeyField& apiKey, const ViewNeeds& needs,
-                                            QWidget* parent);
+                                            const TabLinks& links, QWidget* parent);
 
 }  // namespace vantor

@@ -39,7 +39,8 @@ TitleBar::TitleBar(std::function<void()> close, QWidget* parent)
     connect(close_, &QAbstractButton::clicked, this, std::move(close));
 }
 
-void TitleBar::setTexts(const QString& title, const QString& hint) {
+void TitleBar::setTexts(const QString& title, const QString& hint, const QString& hintWords) {
+    setToolTip(hintWords.isEmpty() ? QString() : hintWords + QStringLiteral(" opens and closes Vantor"));
     if (title == title_ && hint == hint_) return;
     title_ = title;
     hint_ = hint;

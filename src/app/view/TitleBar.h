@@ -13,8 +13,8 @@ class TitleBar : public QWidget {
 public:
     TitleBar(std::function<void()> close, QWidget* parent);
 
-    // The hint is shown as it stands; empty for none.
-    void setTexts(const QString& title, const QString& hint);
+    // The hint is shown as it stands; empty for none. Its words are what its signs mean, told on pointing.
+    void setTexts(const QString& title, const QString& hint, const QString& hintWords = {});
 
 protected:
     void paintEvent(QPaintEvent* event) override;

@@ -34,6 +34,8 @@ struct ViewNeeds {
     std::function<void(const std::string& address)> openLink;
     // Of the status item, as it is at this moment.
     std::function<std::vector<MenuEntry>()> menuEntries;
+    // Hotkeys are spelled in words as well.
+    bool pcKeyboards = false;
 };
 
 }  // namespace vantor

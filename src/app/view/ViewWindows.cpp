@@ -3,8 +3,10 @@
 #include <functional>
 #include <utility>
 
+#include "app/FirstSteps.h"
 #include "app/WindowPlaces.h"
 #include "app/view/FloatWindow.h"
+#include "app/view/IconBubble.h"
 #include "app/view/IconMenu.h"
 #include "app/view/IconWindow.h"
 #include "app/view/MainWindow.h"
@@ -19,6 +21,7 @@ namespace {
 
 constexpr int iconSize = 32;
 constexpr int emojiLeft = 36;  // beside the icon
+constexpr int bubbleLeft = 34;
 
 QRect toolkitRect(const Rect& rect) { return {rect.x, rect.y, rect.width, rect.height}; }
 
@@ -76,6 +79,31 @@ private:
     Subscription screensChanged_;
 };
 
+// The icon, and beside it what explains it for as long as that is wanted.
+class ExplainedIcon final : public AppWindow {
+public:
+    ExplainedIcon(std::unique_ptr<AppWindow> icon, AppWindow& bubble, const bool& wanted)
+        : icon_(std::move(icon)), bubble_(bubble), wanted_(wanted) {}
+
+    void orderFront() override {
+        icon_->orderFront();
+        // The first time is its making: whether the game is in front is not known yet.
+        if (std::exchange(made_, true) && wanted_) bubble_.orderFront();
+    }
+    void orderOut() override {
+        icon_->orderOut();
+        bubble_.orderOut();
+    }
+    void takeFocus() override { icon_->takeFocus(); }
+    void takeKeyboard() override { icon_->takeKeyboard(); }
+
+private:
+    std::unique_ptr<AppWindow> icon_;
+    AppWindow& bubble_;
+    const bool& wanted_;
+    bool made_ = false;
+};
+
 std::string storedPlaces(const Place& place, const Defaults& defaults) {
     return defaults.get<std::string>(place.key).value_or("");
 }
@@ -110,6 +138,13 @@ void holdEmotes(FloatWindow& window, TypingPart& typing, DataPart& data, Setting
 
 }  // namespace
 
+void ViewWindows::endBubble(Defaults& defaults) {
+    if (!std::exchange(bubbleWanted_, false)) return;
+    bubble_->orderOut();
+    // One that cannot be stored explains the icon once more at the next start.
+    (void)defaults.setValue(settings::explainedIcon, true);
+}
+
 std::unique_ptr<AppWindow> ViewWindows::make(AppWindowName name, AppObserver& appObserver) {
     if (!watched_) watched_ = std::make_unique<WatchedFeed>(timelineOf(appObserver, appObserver));
     const auto prepare = [this](WindowNature nature) {
@@ -138,20 +173,35 @@ std::unique_ptr<AppWindow> ViewWindows::make(AppWindowName name, AppObserver& ap
     switch (name) {
         case AppWindowName::main:
             return remembering(std::make_shared<Place>(Place{settings::frameMain, 920, 600, false, false, {}, {}}),
-                               [this, &appObserver, prepare] {
+                               [this, &appObserver, &defaults, prepare] {
+                                   // Whoever opens the overlay has found the way.
+                                   endBubble(defaults);
                                    return std::make_unique<MainWindow>(appObserver, needs_, *watched_,
                                                                        prepare(WindowNature::overlay));
                                });
-        case AppWindowName::icon:
-            return std::make_unique<ViewWindow>(
+        case AppWindowName::icon: {
+            auto icon = std::make_unique<ViewWindow>(
                 needs_.overlayWindows, needs_.screens,
-                [this, &appObserver, prepare] {
-                    return std::make_unique<IconWindow>(
-                        [&appObserver] { appObserver.iconPressed(); },
-                        [this](QPoint place) { IconMenu::open(needs_.menuEntries(), place); },
-                        prepare(WindowNature::floating));
+                [this, &appObserver, &defaults, prepare] {
+                    return std::make_unique<IconWindow>([&appObserver] { appObserver.iconPressed(); },
+                                                        [this, &defaults](QPoint place) {
+                                                            endBubble(defaults);
+                                                            IconMenu::open(needs_.menuEntries(), place);
+                                                        },
+                                                        prepare(WindowNature::floating));
                 },
                 [cornerOfScreen](OverlayWindow& window) { window.move(cornerOfScreen()); });
+            bubbleWanted_ = isIconUnexplained(defaults);
+            if (!bubbleWanted_) return icon;
+            bubble_ = std::make_unique<ViewWindow>(
+                needs_.overlayWindows, needs_.screens,
+                [this, &defaults, prepare] {
+                    return std::make_unique<IconBubble>([this, &defaults] { endBubble(defaults); },
+                                                        prepare(WindowNature::floating));
+                },
+                [cornerOfScreen](OverlayWindow& window) { window.move(cornerOfScreen() + QPoint(bubbleLeft, 0)); });
+            return std::make_unique<ExplainedIcon>(std::move(icon), *bubble_, bubbleWanted_);
+        }
         case AppWindowName::emoji:
             return std::make_unique<ViewWindow>(
                 needs_.overlayWindows, needs_.screens,

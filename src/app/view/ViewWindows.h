@@ -18,7 +18,12 @@ public:
     [[nodiscard]] std::unique_ptr<AppWindow> make(AppWindowName name, AppObserver& appObserver);
 
 private:
+    // Puts away what explains the icon at the first start.
+    void endBubble(Defaults& defaults);
+
     ViewNeeds needs_;
+    std::unique_ptr<AppWindow> bubble_;
+    bool bubbleWanted_ = false;
     // What the watched list and the badge of the Timers tab show; made with the first window.
     std::unique_ptr<WatchedFeed> watched_;
 };

@@ -22,14 +22,16 @@ constexpr int ringRoom = 3;
 // A stored hotkey as a text on a pale background, filling the width that there is.
 class HotkeyField final : public Pressable {
 public:
-    HotkeyField(const Defaults& defaults, std::string_view key, QString name, QWidget* parent)
-        : Pressable(parent), defaults_(defaults), key_(key), name_(std::move(name)) {
+    HotkeyField(const Defaults& defaults, std::string_view key, QString name, bool pcKeyboard, QWidget* parent)
+        : Pressable(parent), defaults_(defaults), key_(key), name_(std::move(name)), pcKeyboard_(pcKeyboard) {
         setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
         follow();
     }
 
     void follow() {
-        setText(hotkeyText(storedHotkey(defaults_, key_)));
+        const std::string stored = storedHotkey(defaults_, key_);
+        setText(hotkeyText(stored));
+        setToolTip(hotkeyWords(stored, pcKeyboard_));
         setAccessibleName(name_ + QStringLiteral(": ") + (text().isEmpty() ? QStringLiteral("not set") : text()));
         update();
     }
@@ -61,6 +63,7 @@ private:
     const Defaults& defaults_;
     std::string key_;
     QString name_;
+    bool pcKeyboard_;
 };
 
 }  // namespace
@@ -79,8 +82,9 @@ HotkeyButton::HotkeyButton(QString message, std::string_view primaryKey, std::st
 HotkeyButton::~HotkeyButton() = default;
 
 void HotkeyButton::addField(std::string_view key, const QString& name, WindowNature nature) {
-    auto* const field = new HotkeyField(needs_.defaults, key, name, this);
+    auto* const field = new HotkeyField(needs_.defaults, key, name, needs_.pcKeyboard, this);
     layout()->addWidget(field);
+    if (!focusProxy()) setFocusProxy(field);
     QObject::connect(field, &QAbstractButton::clicked, this,
                      [this, key = std::string(key), nature] { open(key, nature); });
     const auto fields = [this] { return findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly); };
@@ -102,7 +106,7 @@ void HotkeyButton::open(std::string_view key, WindowNature nature) {
     w_ = std::make_unique<HotkeyPopup>(
         message_, needs_.defaults, key, needs_.monitors, [this, nature](WId native) { needs_.prepare(native, nature); },
         // It is in the middle of its own call.
-        [this] { w_.release()->deleteLater(); });
+        [this] { w_.release()->deleteLater(); }, needs_.pcKeyboard);
     w_->adjustSize();
     const QRect screen = needs_.screen();
     w_->move(screen.center() - w_->rect().center());

@@ -20,6 +20,8 @@ struct HotkeyNeeds {
     std::function<void(WId, WindowNature)> prepare;
     // Centred there, in the toolkit's points.
     std::function<QRect()> screen;
+    // Hotkeys are spelled in words as well.
+    bool pcKeyboard = false;
 };
 
 class HotkeyButton : public QWidget {

@@ -50,8 +50,10 @@ private:
 }  // namespace
 
 HotkeyPopup::HotkeyPopup(const QString& message, Defaults& defaults, std::string_view key, KeyMonitors& monitors,
-                         Prepare prepare, std::function<void()> closed)
-    : OverlayWindow({.focus = Focus::onClick, .movable = true}, std::move(prepare)), closed_(std::move(closed)) {
+                         Prepare prepare, std::function<void()> closed, bool pcKeyboard)
+    : OverlayWindow({.focus = Focus::onClick, .movable = true}, std::move(prepare)),
+      pcKeyboard_(pcKeyboard),
+      closed_(std::move(closed)) {
     setWindowTitle(QStringLiteral("Vantor hotkey"));
     setAttribute(Qt::WA_ShowWithoutActivating, false);
     setMinimumWidth(440);
@@ -61,7 +63,9 @@ HotkeyPopup::HotkeyPopup(const QString& message, Defaults& defaults, std::string
     column->addWidget(new TextBlock(TextRole::heading, QStringLiteral("Assign inputs to: ") + message, this));
     field_ = new CaptureField([this] { return shownText(); }, this);
     column->addWidget(field_);
-    column->addWidget(new TextBlock(TextRole::second, QStringLiteral("Press the keys that you want."), this));
+    words_ = new TextBlock(TextRole::second, QString(), this);
+    words_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    column->addWidget(words_);
 
     // Its room is kept, so that nothing moves when it has something to say.
     warning_ = new TextBlock(TextRole::hint, QString(), this);
@@ -96,6 +100,8 @@ HotkeyPopup::HotkeyPopup(const QString& message, Defaults& defaults, std::string
 void HotkeyPopup::follow() {
     field_->setAccessibleName(shownText());
     field_->update();
+    const QString words = hotkeyWords(capture_->newEvent(), pcKeyboard_);
+    words_->setText(words.isEmpty() ? QStringLiteral("Press the keys that you want.") : words);
     warning_->setText(QString::fromStdString(capture_->warning()));
 }
 

@@ -17,7 +17,7 @@ class HotkeyPopup : public OverlayWindow {
 public:
     // `closed`: it is off the screen and captures no more; the owner lets it go, but not within the call.
     HotkeyPopup(const QString& message, Defaults& defaults, std::string_view key, KeyMonitors& monitors,
-                Prepare prepare, std::function<void()> closed);
+                Prepare prepare, std::function<void()> closed, bool pcKeyboard = false);
     ~HotkeyPopup() override;
 
     [[nodiscard]] QString shownText() const;
@@ -33,7 +33,9 @@ private:
     std::unique_ptr<HotkeyCapture> capture_;
     std::unique_ptr<EscapeCatch> escape_;
     QWidget* field_;
+    TextBlock* words_;  // below the field
     TextBlock* warning_;
+    bool pcKeyboard_;
     std::function<void()> closed_;
 };
 

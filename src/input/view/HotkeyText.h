@@ -5,6 +5,8 @@
 #include <optional>
 #include <string>
 
+#include "input/PcKeyWords.h"
+
 namespace vantor {
 
 // Empty for a hotkey that is not set.
@@ -17,6 +19,11 @@ namespace vantor {
 [[nodiscard]] inline QString hotkeyHint(const std::optional<std::string>& stored) {
     const QString text = hotkeyText(stored.value_or(""));
     return text.isEmpty() ? text : QLatin1Char('[') + text + QLatin1Char(']');
+}
+
+// In words, where the keyboard has words; empty where it has signs, and while no hotkey is set.
+[[nodiscard]] inline QString hotkeyWords(const std::string& stored, bool pcKeyboard) {
+    return pcKeyboard ? QString::fromStdString(pcKeyWords(stored)) : QString();
 }
 
 }  // namespace vantor

@@ -22,7 +22,7 @@ WaypointButton::WaypointButton(const QString& chatLink, const ChatLinkNeeds& nee
               return QString::fromStdString(pressChatLink(link, needs, clickedWithShift_));
           },
           parent) {
-    setToolTip(QStringLiteral("Copy to clipboard"));
+    setToolTip(QStringLiteral("Copy to clipboard\nShift + click types it into the chat"));
     setAccessibleName(QStringLiteral("Chat link"));
     resize(sizeHint());
 }

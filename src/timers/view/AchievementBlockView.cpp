@@ -83,7 +83,7 @@ void AchievementBlockView::paintLine(QPainter& painter, const QRect& frame, cons
     if (done) {
         painter.drawPixmap(frame.left(), frame.center().y() - 8,
                            image(QStringLiteral("checkmark"), {16, 16}, devicePixelRatioF()));
-    } else {
+    } else if (line.state != AchievementState::unknown) {
         painter.setBrush(Qt::NoBrush);
         painter.setPen(QPen(palette::withAlpha(palette::sand, 0.6), 1.4));
         painter.drawEllipse(mark.adjusted(1, 1, -1, -1));
@@ -99,7 +99,7 @@ void AchievementBlockView::paintLine(QPainter& painter, const QRect& frame, cons
     const QRectF bar(progressLeft - 12 - barWidth, frame.center().y() - 1, barWidth, 4);
     painter.setPen(Qt::NoPen);
     painter.setBrush(palette::withAlpha(palette::gold, 0.14));
-    painter.drawRoundedRect(bar, 2, 2);
+    if (line.state != AchievementState::unknown) painter.drawRoundedRect(bar, 2, 2);
     if (line.part > 0) {
         painter.setBrush(done ? palette::green : palette::gold);
         painter.drawRoundedRect(QRectF(bar.left(), bar.top(), std::max(4.0, bar.width() * line.part), 4), 2, 2);

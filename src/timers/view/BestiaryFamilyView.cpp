@@ -121,7 +121,7 @@ void BestiaryFamilyView::paintProgress(QPainter& painter, const QRect& frame) co
         painter.drawPixmap(frame.left(), frame.center().y() - 7,
                            image(QStringLiteral("checkmark"), {14, 14}, devicePixelRatioF()));
         words.setLeft(frame.left() + 19);
-    } else {
+    } else if (family_.state != AchievementState::unknown) {
         const QRectF bar(frame.left(), frame.center().y() - 1, 96, 4);
         painter.setPen(Qt::NoPen);
         painter.setBrush(palette::withAlpha(palette::gold, 0.14));

@@ -19,6 +19,12 @@ BestiaryView::BestiaryView(BestiaryNeeds needs, QWidget* parent)
         search_->clear();
         search_->setFocus(Qt::OtherFocusReason);
     };
+    // The button goes, and the keyboard with it.
+    for (std::function<void()>* const loads : {&actions.tryAgain, &actions.showWithoutProgress})
+        *loads = [this, load = *loads] {
+            search_->setFocus(Qt::TabFocusReason);
+            load();
+        };
     empty_ = new EmptyListView(std::move(actions), this);
     search_->setLeadingImage(QStringLiteral("search"));
     search_->setClearable(true);
@@ -56,14 +62,15 @@ void BestiaryView::showSections(const ProgressById& progress) {
     const std::vector<BeastCategory> none;
     const std::vector<BeastCategory>& categories = categories_ ? *categories_ : none;
     auto* const inner = static_cast<QVBoxLayout*>(column_->layout());
-    const auto all = bestiarySections(categories, progress, WordSearch());
+    const bool known = needs_.progressKnown();
+    const auto all = bestiarySections(categories, progress, WordSearch(), known);
     if (sections_.empty())
         for (const BestiarySection& whole : all) {
             auto* const view = new BestiarySectionView(whole, needs_.lookUp, column_);
             inner->insertWidget(inner->count() - 1, view);
             sections_.push_back(view);
         }
-    const auto found = bestiarySections(categories, progress, WordSearch(search_->text().toStdString()));
+    const auto found = bestiarySections(categories, progress, WordSearch(search_->text().toStdString()), known);
     for (std::size_t place = 0; place < sections_.size(); ++place) {
         const auto section = std::ranges::find(found, all[place].id, &BestiarySection::id);
         sections_[place]->show(all[place], section == found.end() ? nullptr : &*section);

@@ -29,6 +29,7 @@ struct BestiaryNeeds {
     std::function<void(const std::string& family)> lookUp;
     // `clearSearch` is the tab's own.
     EmptyListActions emptyActions;
+    std::function<bool()> progressKnown = [] { return true; };
 };
 
 class BestiaryView : public QWidget {

@@ -12,6 +12,8 @@ void EmptyListView::say(const EmptyWords& words) {
     setText(QString::fromStdString(words.title), QString::fromStdString(words.sentence));
     const std::function<void()>& action = actionOf(words.remedy);
     setAction(action ? QString::fromStdString(words.action) : QString(), action);
+    const std::function<void()>& other = actionOf(words.otherRemedy);
+    setOtherAction(other ? QString::fromStdString(words.otherAction) : QString(), other);
 }
 
 const std::function<void()>& EmptyListView::actionOf(EmptyRemedy remedy) const {
@@ -19,6 +21,8 @@ const std::function<void()>& EmptyListView::actionOf(EmptyRemedy remedy) const {
     switch (remedy) {
         case EmptyRemedy::openKeyField:
             return actions_.openKeyField;
+        case EmptyRemedy::showWithoutProgress:
+            return actions_.showWithoutProgress;
         case EmptyRemedy::openFilters:
             return actions_.openFilters;
         case EmptyRemedy::clearSearch:

@@ -14,6 +14,7 @@ struct EmptyListActions {
     std::function<void()> openFilters;
     std::function<void()> clearSearch;
     std::function<void()> tryAgain;
+    std::function<void()> showWithoutProgress{};
 };
 
 class EmptyListView : public EmptyState {

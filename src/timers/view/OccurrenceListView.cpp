@@ -31,8 +31,8 @@ protected:
         QPainter painter(this);
         const auto fade = [&](const QRect& area, int from, int to) {
             QLinearGradient gradient(0, from, 0, to);
-            gradient.setColorAt(0, palette::withAlpha(palette::inkBottom, 0.9));
-            gradient.setColorAt(1, palette::withAlpha(palette::inkBottom, 0));
+            gradient.setColorAt(0, palette::withAlpha(palette::sheet, 0.9));
+            gradient.setColorAt(1, palette::withAlpha(palette::sheet, 0));
             painter.fillRect(area, gradient);
         };
         if (bar_.value() > 0) fade({0, 0, width(), fadeDepth}, 0, fadeDepth);
@@ -275,6 +275,10 @@ void OccurrenceListView::focusRow(std::size_t place, std::size_t control) {
     arrange();
     for (OccurrenceRowView* const view : existing_)
         if (!view->isHidden() && view->row().id == id) return view->focusControl(control);
+}
+
+void OccurrenceListView::focusFirstWatch() {
+    if (rows_.count() > 0) focusRow(0, OccurrenceRowView::watchControl);
 }
 
 std::size_t OccurrenceListView::placeFrom(double id) const {

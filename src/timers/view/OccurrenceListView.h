@@ -31,6 +31,8 @@ public:
 
     // After the rows changed.
     void refresh();
+    // The eye of the uppermost row, from the top of the list.
+    void focusFirstWatch();
     // The control after which the rows' controls come in the order of the keyboard.
     void setTabPredecessor(QWidget* predecessor) { predecessor_ = predecessor; }
 

@@ -41,6 +41,7 @@ public:
     [[nodiscard]] std::optional<std::size_t> controlAt(const QWidget* widget) const;
     // The same control as in another row, or the nearest that this row has.
     void focusControl(std::size_t control);
+    static constexpr std::size_t watchControl = 3;
 
 protected:
     bool event(QEvent* event) override;

@@ -31,6 +31,11 @@ TimersView::TimersView(TimersNeeds needs, QWidget* parent)
         search_->clear();
         search_->setFocus(Qt::OtherFocusReason);
     };
+    for (std::function<void()>* const loads : {&actions.tryAgain, &actions.showWithoutProgress})
+        *loads = [this, load = *loads] {
+            load();
+            leadToWatch();
+        };
     empty_ = new EmptyListView(std::move(actions), this);
 
     search_->setLeadingImage(QStringLiteral("search"));
@@ -83,6 +88,25 @@ void TimersView::refresh() {
         showCount(minutes);
     }
     list_->refresh();
+    if (leading_ && reason != EmptyReason::loading) arrive();
+}
+
+void TimersView::leadToWatch() {
+    leading_ = true;
+    search_->clear();
+    // Here while the events are on their way.
+    search_->setFocus(Qt::TabFocusReason);
+    refresh();
+}
+
+void TimersView::arrive() {
+    leading_ = false;
+    // A player who has gone on meanwhile is not called back.
+    if (window()->focusWidget() != search_ || !search_->text().isEmpty()) return;
+    if (list_->isHidden())
+        empty_->focusAction();
+    else
+        list_->focusFirstWatch();
 }
 
 void TimersView::readProgress() {
@@ -114,16 +138,17 @@ void TimersView::showEmpty(EmptyReason reason, double windowMinutes) {
 }
 
 OccurrenceListView::Rows TimersView::rows() {
-    return {[this] { return occurrences_.size(); },
-            [this](std::size_t place) -> const TimelineEvent& { return occurrences_.at(place); },
-            [this](std::size_t place) {
-                const TimelineEvent& occurrence = occurrences_.at(place);
-                return occurrenceRow(occurrence, occurrences_.phase(place), now_,
-                                     isWatched(watched_, occurrence.event().name));
-            },
-            [this](const Event& event) { return achievementBlock(event, progress_, needs_.names); },
-            [this](const Event& event) { needs_.names.need(achievementIds(event)); },
-            [this](double id) { return occurrences_.isAhead(id); }};
+    return {
+        [this] { return occurrences_.size(); },
+        [this](std::size_t place) -> const TimelineEvent& { return occurrences_.at(place); },
+        [this](std::size_t place) {
+            const TimelineEvent& occurrence = occurrences_.at(place);
+            return occurrenceRow(occurrence, occurrences_.phase(place), now_,
+                                 isWatched(watched_, occurrence.event().name));
+        },
+        [this](const Event& event) { return achievementBlock(event, progress_, needs_.names, needs_.progressKnown()); },
+        [this](const Event& event) { needs_.names.need(achievementIds(event)); },
+        [this](double id) { return occurrences_.isAhead(id); }};
 }
 
 void TimersView::showEvent(QShowEvent* event) {

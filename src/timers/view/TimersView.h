@@ -32,6 +32,7 @@ struct TimersNeeds {
     EmptyListActions emptyActions;
     // Beside the count where the times are old; empty where they are not.
     std::function<std::string()> aged{};
+    std::function<bool()> progressKnown = [] { return true; };
 };
 
 class TimersView : public QWidget {
@@ -41,6 +42,8 @@ public:
     // Cheap when nothing shown became different.
     void refresh();
     [[nodiscard]] OccurrenceListView& list() { return *list_; }
+    // To the first event's eye, as soon as there is one; where none comes, to what helps.
+    void leadToWatch();
 
 protected:
     void showEvent(QShowEvent* event) override;
@@ -50,6 +53,7 @@ private:
     void readProgress();
     void showCount(double windowMinutes);
     void showEmpty(EmptyReason reason, double windowMinutes);
+    void arrive();
     [[nodiscard]] OccurrenceListView::Rows rows();
 
     TimersNeeds needs_;
@@ -62,6 +66,7 @@ private:
     QLabel* count_;
     OccurrenceListView* list_;
     EmptyListView* empty_;
+    bool leading_ = false;
     QTimer tick_{this};
     Subscription data_;
     Subscription settings_;

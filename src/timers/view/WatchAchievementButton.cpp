@@ -16,7 +16,7 @@ const QColor orange(0xFF, 0x95, 0x00);
 
 WatchAchievementButton::WatchAchievementButton(Defaults& defaults, QWidget* parent)
     : RowButton(QStringLiteral("watch"), parent), defaults_(defaults) {
-    setToolTip(QStringLiteral("Watch"));
+    setToolTip(QStringLiteral("Watch\nIt floats over the game when it is about to happen"));
     setCheckable(true);
     connect(this, &QAbstractButton::clicked, this, [this] {
         // The row follows the stored list; a mark that could not be stored is none.
