@@ -14,6 +14,7 @@
 #include "platform/linux/desktop/DesktopEntries.h"
 #include "platform/linux/desktop/X11Screens.h"
 #include "platform/linux/desktop/XcbOverlayWindows.h"
+#include "platform/linux/desktop/XcbTypingFocus.h"
 #include "platform/linux/desktop/XcbWorkspace.h"
 #include "platform/linux/keys/RawKeyMonitors.h"
 #include "platform/linux/keys/XTestKeyPoster.h"
@@ -64,32 +65,37 @@ private:
     XkbKeyboardLayout layout_{connection_};
 };
 
-// The keyboard of the X server, from the layout to the monitors.
+// The keyboard of the X server, from the layout to the monitors. What types has a connection of its own, which is the
+// typing thread's once something is typed; the record of what it has posted is the one thing between the two.
 struct Keyboard {
-    XConnection connection;
-    XkbKeyboardLayout layout{connection};
+    XConnection typing;
+    XkbKeyboardLayout layout{typing};
     PostedKeyRecord posted;
-    XTestKeyPoster poster{connection, posted, layout, guardian()};
-    RawKeyMonitors monitors{connection, posted};
+    XTestKeyPoster poster{typing, posted, layout, guardian()};
+    XConnection hearing;
+    RawKeyMonitors monitors{hearing, posted};
 };
 
 struct Desktop {
-    explicit Desktop(std::unique_ptr<XcbDesktop> connection)
+    Desktop(std::unique_ptr<XcbDesktop> connection, std::unique_ptr<XcbDesktop> typing)
         : workspace(
-              std::move(connection), [this](const std::string& name) { return entries.find(name); },
-              static_cast<std::uint32_t>(getpid())) {}
+              std::move(connection), [this](const std::string& name) { return entries.find(name); }, ownProcess),
+          focus(std::move(typing), ownProcess) {}
 
+    const std::uint32_t ownProcess = static_cast<std::uint32_t>(getpid());
     DesktopEntries entries{DesktopEntries::standardFolders()};
     XcbWorkspace workspace;
+    XcbTypingFocus focus;
 };
 
 class X11Typing final : public TypingBackend {
 public:
-    explicit X11Typing(std::unique_ptr<XcbDesktop> connection) : desktop_(std::move(connection)) {}
+    X11Typing(std::unique_ptr<XcbDesktop> workspace, std::unique_ptr<XcbDesktop> typing)
+        : desktop_(std::move(workspace), std::move(typing)) {}
 
-    [[nodiscard]] bool canType() const { return keyboard_.connection.hasTest(); }
+    [[nodiscard]] bool canType() const { return keyboard_.typing.hasTest(); }
     [[nodiscard]] TypingServices typing() override {
-        return {keyboard_.layout, keyboard_.poster, keyboard_.monitors, desktop_.workspace};
+        return {keyboard_.layout, keyboard_.poster, keyboard_.monitors, desktop_.workspace, desktop_.focus};
     }
 
 private:
@@ -126,9 +132,9 @@ private:
 
 class X11Backend final : public Backend {
 public:
-    X11Backend(std::unique_ptr<XcbDesktop> workspace, std::unique_ptr<XcbDesktop> windows,
-               std::unique_ptr<XcbDesktop> screens, MainThread& mainThread)
-        : desktop_(std::move(workspace)),
+    X11Backend(std::unique_ptr<XcbDesktop> workspace, std::unique_ptr<XcbDesktop> typing,
+               std::unique_ptr<XcbDesktop> windows, std::unique_ptr<XcbDesktop> screens, MainThread& mainThread)
+        : desktop_(std::move(workspace), std::move(typing)),
           overlayWindows_(std::move(windows)),
           screens_(std::move(screens)),
           frontmostWindow_(desktop_.workspace.observeFrontmostWindow([this](NativeWindow window) {
@@ -138,7 +144,7 @@ public:
           keychain_(mainThread) {}
 
     [[nodiscard]] TypingServices typing() override {
-        return {keyboard_.layout, keyboard_.poster, keyboard_.monitors, desktop_.workspace};
+        return {keyboard_.layout, keyboard_.poster, keyboard_.monitors, desktop_.workspace, desktop_.focus};
     }
     [[nodiscard]] OverlayWindows& overlayWindows() override { return overlayWindows_; }
     [[nodiscard]] Screens& screens() override { return screens_; }
@@ -148,7 +154,7 @@ public:
     [[nodiscard]] std::unique_ptr<WebPage> makeWebPage() override { return pages_.make(); }
     [[nodiscard]] PageSource pageSource() override { return pages_.source(); }
     [[nodiscard]] std::vector<Capability> capabilities() override {
-        return keyboard_.connection.isLost() ? withoutKeys(capabilitiesHere()) : capabilitiesHere();
+        return keyboard_.hearing.isLost() ? withoutKeys(capabilitiesHere()) : capabilitiesHere();
     }
     [[nodiscard]] std::function<void()> ask(CapabilityKind) override { return {}; }
     void followReducedMotion(std::function<void(bool reduced)> handler) override {
@@ -187,9 +193,10 @@ std::unique_ptr<KeyboardLayout> makeKeyboardLayout() {
 }
 
 std::unique_ptr<TypingBackend> makeTypingBackend() {
-    auto connection = XcbDesktop::connect();
-    if (!connection) return complain(noDisplay);
-    auto made = std::make_unique<X11Typing>(std::move(connection));
+    auto workspace = XcbDesktop::connect();
+    auto typing = XcbDesktop::connect();
+    if (!workspace || !typing) return complain(noDisplay);
+    auto made = std::make_unique<X11Typing>(std::move(workspace), std::move(typing));
     if (!made->canType()) return complain("the X server has no XTEST extension, so nothing can be typed");
     return made;
 }
@@ -206,10 +213,12 @@ bool prepareToStart() {
 
 std::unique_ptr<Backend> makeBackend(MainThread& mainThread, Scheduler&) {
     auto workspace = XcbDesktop::connect();
+    auto typing = XcbDesktop::connect();
     auto windows = XcbDesktop::connect();
     auto screens = XcbDesktop::connect();
-    if (!workspace || !windows || !screens) return complain(noDisplay);
-    return std::make_unique<X11Backend>(std::move(workspace), std::move(windows), std::move(screens), mainThread);
+    if (!workspace || !typing || !windows || !screens) return complain(noDisplay);
+    return std::make_unique<X11Backend>(std::move(workspace), std::move(typing), std::move(windows), std::move(screens),
+                                        mainThread);
 }
 
 std::unique_ptr<Defaults> makeDefaults(const std::optional<std::string>& settingsFile, MainThread* mainThread) {

@@ -19,6 +19,7 @@
 #include "app/SystemCapability.h"
 #include "app/cli/DoctorCommand.h"
 #include "platform/linux/desktop/XcbOverlayWindows.h"
+#include "platform/linux/desktop/XcbTypingFocus.h"
 #include "platform/linux/desktop/XcbWorkspace.h"
 #include "platform/linux/services/Doctor.h"
 #include "platform/qt/SingleInstance.h"
@@ -74,6 +75,7 @@ protected:
     int clicks_ = 0;
     XcbWorkspace workspace_{XcbDesktop::connect(), [](const std::string&) { return std::nullopt; },
                             static_cast<std::uint32_t>(::getpid())};
+    XcbTypingFocus focus_{XcbDesktop::connect(), static_cast<std::uint32_t>(::getpid())};
     XcbOverlayWindows overlays_{XcbDesktop::connect()};
 };
 
@@ -202,7 +204,7 @@ TEST_F(WorkspaceTest, OverlayTakesTheFocusOnAClickAndHandsItBack) {
         own->show();
         ASSERT_TRUE(comesTrue([&] { return isShownOver(*own, game); })) << round;
         EXPECT_TRUE(isActive(game.window())) << "mapping the overlay took the focus, round " << round;
-        EXPECT_TRUE(workspace_.awaitFocusReturned(250ms));
+        EXPECT_TRUE(focus_.awaitOther(250ms));
         workspace_.hideAndUnhideWithoutActivation();  // nothing to hand back
 
         const int before = clicks_;
@@ -210,10 +212,10 @@ TEST_F(WorkspaceTest, OverlayTakesTheFocusOnAClickAndHandsItBack) {
         ASSERT_TRUE(comesTrue([&] { return isActive(ownWindow); })) << round;
         ASSERT_TRUE(comesTrue([&] { return clicks_ == before + 1; })) << "the first click does not act";
         EXPECT_TRUE(isShownOver(*own, game));
-        EXPECT_FALSE(workspace_.awaitFocusReturned(20ms));
+        EXPECT_FALSE(focus_.awaitOther(20ms));
 
         workspace_.hideAndUnhideWithoutActivation();
-        EXPECT_TRUE(workspace_.awaitFocusReturned(250ms));
+        EXPECT_TRUE(focus_.awaitOther(250ms));
         ASSERT_TRUE(comesTrue([&] { return isActive(game.window()); }));
         EXPECT_TRUE(own->isVisible());
         ASSERT_TRUE(comesTrue([&] { return isShownOver(*own, game); }))
@@ -311,7 +313,7 @@ TEST_F(WorkspaceTest, BearsThatTheApplicationToReturnToHasVanished) {
     ASSERT_TRUE(comesTrue([&] { return isActive(static_cast<xcb_window_t>(own->winId())); }));
     game.end();
     workspace_.hideAndUnhideWithoutActivation();
-    EXPECT_TRUE(workspace_.awaitFocusReturned(250ms));
+    EXPECT_TRUE(focus_.awaitOther(250ms));
     EXPECT_TRUE(comesTrue([&] { return isActive(notes.window()); }));
     notes.end();
     ASSERT_TRUE(comesTrue([&] { return !isActive(notes.window()); }));

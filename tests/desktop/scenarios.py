@@ -477,6 +477,138 @@ def without_compositor(report, arguments, folder):
             report.check(shown and desk.settled_pixels(*corner) == scene[corner], "the overlay has no black frame", vantor.windows())
 
 
+def asker(arguments, vantor):
+    """Runs a command to the Vantor that runs; what it printed and its status."""
+    def ask(*words):
+        return subprocess.run([arguments.vantor, *words], env={**os.environ, **vantor.environment}, capture_output=True, text=True,
+                              timeout=30)
+    return ask
+
+
+def mid_text(report, arguments, folder):
+    """A text that takes a minute is ended by what a player does, goes nowhere else, and holds up nothing meanwhile."""
+    long = "Meet @ the gate, {all} of you! " * 100
+    password = "s3cret-" * 20
+    subprocess.run(["secret-tool", "store", "--label=Vantor", "class", "generic-password", "account", "orvendel.Vantor.accounts"],
+                   input=json.dumps({"long": password}), text=True, check=True, timeout=desk.PATIENCE)
+    with desk.WebService() as service, desk.Game(arguments.game, folder) as game, desk.clipboard(long), \
+            desk.Vantor(arguments.vantor, service.host, folder) as vantor:
+        ask = asker(arguments, vantor)
+        ended = []
+
+        def new_line():
+            """The next of Vantor's lines about a text that was not typed whole."""
+            told = [line for line in vantor.lines if line.startswith("vantor: typing ended")]
+            if len(told) == len(ended):
+                return None
+            ended.append(told[len(ended)])
+            return ended[-1]
+
+        def typing(start, text, beginning=20):
+            return desk.wait_until(lambda: len(game.typed(start)) >= beginning and text.startswith(game.typed(start)[:beginning]))
+
+        def ends(act, text, what, begin=lambda: desk.press(*desk.PASTE_KEYS), reason="a key|stopped"):
+            start = len(game.record())
+            begin()
+            under_way = typing(start, text)
+            act()
+            line = desk.wait_until(new_line) or ""
+            found = re.fullmatch(rf"vantor: typing ended after (\d+) of {len(text)} characters: .*({reason}).*", line)
+            count = int(found.group(1)) if found else 0
+            typed = game.typed(start)
+            # What ends it may itself be a key that the game gets.
+            return report.check(under_way and 20 <= count < len(text) and typed.startswith(text[:count]) and
+                                text[count:count + 4] not in typed[count:] and desk.wait_until(game.keys_are_up),
+                                f"{what} ends a text, nothing is down, and a line says how far it came", (line, count, typed[-40:]))
+
+        started(vantor)
+        desk.wait_until(game.has_focus)
+        ends(lambda: desk.press("Escape"), long, "Escape")
+        ends(lambda: desk.press(*desk.HOTKEY), long, "the hotkey")
+        report.check(desk.wait_until(vantor.overlay_shown) and desk.wait_until(lambda: game.typed().endswith("h")),
+                     "the hotkey opens the overlay as well, camera key included", vantor.windows())
+        desk.press("Escape")
+        desk.wait_until(lambda: not vantor.overlay_shown())
+        ends(lambda: desk.press("x"), long, "a key of the player's")
+        ends(lambda: ask("--stop"), long, "--stop")
+        ends(lambda: ask("--stop"), f"long\t{password}", "--stop", lambda: ask("--fill", "long"))
+        report.check(not any("s3cret" in line for line in vantor.lines), "the lines hold nothing of a login", vantor.lines)
+
+        others = []
+        ends(lambda: others.append(desk.Game(arguments.game, folder, window_class="notes", size="300x200")), long,
+             "another window in front", reason="another window")
+        astray = others[0].typed()
+        others[0].end()
+        report.check(len(astray) <= 1 and desk.wait_until(game.has_focus), "nothing goes there but the key that was under way", astray)
+
+        # The program goes on while it types.
+        start = len(game.record())
+        desk.press(*desk.PASTE_KEYS)
+        typing(start, long)
+        begin = time.monotonic()
+        shown = ask("--show").returncode == 0 and desk.wait_until(vantor.overlay_shown)
+        x, y, *_ = vantor.overlay()
+        before = desk.settled_pixels(x + 200, y + 60, 300, 60)
+        report.check(shown and len(game.typed(start)) < 300, "a command opens the overlay in mid-text", time.monotonic() - begin)
+        line = desk.wait_until(lambda: vantor.windows().get("Vantor typing"))
+        report.check(line and max(before) > 60, "what takes long shows a line over the game", vantor.windows())
+        length = len(game.typed(start))
+        report.check(desk.wait_until(lambda: len(game.typed(start)) > length + 20) and game.has_focus(), "and the text goes on")
+        ask("--hide")
+        desk.wait_until(new_line)
+        report.check(desk.wait_until(lambda: "Vantor typing" not in vantor.windows()), "the line goes with the text", vantor.windows())
+        desk.wait_until(lambda: not vantor.overlay_shown())
+
+        # Three in a queue, a stop in the second.
+        start = len(game.record())
+        ask("--emote", "/cry"), ask("--paste"), ask("--emote", "/sit")
+        desk.wait_until(lambda: len(game.typed(start)) > 40)
+        ask("--stop")
+        desk.wait_until(new_line)
+        ask("--emote", "/bow @")
+        whole = desk.wait_until(lambda: game.typed(start).endswith("\r/bow @\r"))
+        typed = game.typed(start)
+        report.check(whole and typed.startswith("\r/cry\r" + long[:20]) and "/sit" not in typed,
+                     "a stop ends the second of three and drops the third", typed)
+
+        start = len(game.record())
+        desk.press(*desk.PASTE_KEYS)
+        typing(start, long)
+        report.check(ask("--quit").returncode == 0 and desk.wait_until(lambda: not vantor.alive()) and desk.wait_until(game.keys_are_up),
+                     "--quit in mid-text leaves nothing down", game.record()[-4:])
+
+
+def commands(report, arguments, folder):
+    """What a desktop without hotkeys binds to its own."""
+    with desk.WebService() as service, desk.Game(arguments.game, folder) as game, desk.clipboard("one\r\ntwo\x01\t3"), \
+            desk.Vantor(arguments.vantor, service.host, folder) as vantor:
+        ask = asker(arguments, vantor)
+        started(vantor)
+        desk.wait_until(game.has_focus)
+
+        def camera(count, shown):
+            return desk.wait_until(lambda: game.presses(desk.CAMERA_KEY) == count and vantor.overlay_shown() == shown)
+
+        for words, count, shown in (("--toggle", 1, True), ("--toggle", 2, False), ("--hide", 2, False), ("--show", 2, True),
+                                    ("--show", 2, True), ("--hide", 3, False)):
+            report.check(ask(words).returncode == 0 and camera(count, shown), f"{words}: the overlay and the camera key follow",
+                         (vantor.windows(), game.presses(desk.CAMERA_KEY)))
+        start = len(game.record())
+        pasted = ask("--paste").returncode == 0 and desk.wait_until(lambda: game.typed(start) == "one\rtwo\t3")
+        report.check(pasted, "--paste types the clipboard, each line end once, no control characters", repr(game.typed(start)))
+        start = len(game.record())
+        for name in ("👋", "/sit"):
+            ask("--emote", name)
+        report.check(desk.wait_until(lambda: game.typed(start) == "\r/wave @\r\r/sit\r"), "--emote takes an emoji or a command",
+                     game.typed(start))
+        ask("--show")
+        desk.wait_until(vantor.overlay_shown)
+        refused = [ask("--paste"), ask("--emote", "/jump")]
+        report.check(all(each.returncode == 1 and each.stderr.count("\n") == 1 for each in refused),
+                     "--paste over the open overlay and an unknown emote are refused, one line each", refused)
+        report.check(not vantor.unexpected_lines(), "nothing unexpected is printed", vantor.lines)
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--vantor", required=True, type=Path)
@@ -486,7 +618,7 @@ def main():
     report = desk.Report()
     with tempfile.TemporaryDirectory(prefix="vantor-scenarios.") as folder:
         for scenario in (player_keys, held_pointer, opens_once, hotkeys, second_start, chat_links_and_watching, moved_clock, emotes, logins, faults,
-                         command_line, two_monitors, without_compositor):
+                         command_line, mid_text, commands, two_monitors, without_compositor):
             try:
                 scenario(report, arguments, folder)
             except (OSError, RuntimeError, KeyError, subprocess.SubprocessError, json.JSONDecodeError) as fault:

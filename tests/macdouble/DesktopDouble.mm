@@ -13,6 +13,9 @@ NSString* const NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification = @"
 
 @implementation NSRunningApplication
 @synthesize bundleIdentifier = bundleIdentifier_;
+- (int)processIdentifier {
+    return [bundleIdentifier_ isEqual:@"orvendel.Vantor"] ? getpid() : int([bundleIdentifier_ hash] % 1000) + 2;
+}
 - (void)dealloc {
     [bundleIdentifier_ release];
     [super dealloc];

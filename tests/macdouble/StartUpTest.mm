@@ -13,6 +13,7 @@
 #include "Mac.h"
 #include "app/AppDelegate.h"
 #include "app/SystemCapability.h"
+#include "base/AtOnce.h"
 #include "fake/FakeClock.h"
 #include "fake/FakeDefaults.h"
 #include "fake/FakeMainThread.h"
@@ -81,6 +82,8 @@ protected:
                 pause,
                 scheduler,
                 backend->keychain(),
+                keys.focus,
+                typingThread,
                 [this] { return backend->makeWebPage(); },
                 [] { return std::string("body {}"); },
                 [this](AppWindowName name, AppObserver&) { return std::make_unique<WindowDouble>(name, shown); }},
@@ -110,6 +113,7 @@ protected:
     FakeTaskQueue queue;
     FakeUrlSession session{queue};
     FakeMainThread mainThread;
+    TaskQueueAtOnce typingThread;
     FakeScheduler scheduler;
     FakeClock clock{0, 0};
     NoPause pause;

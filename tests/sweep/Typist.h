@@ -5,6 +5,7 @@
 #include <chrono>
 #include <functional>
 
+#include "base/AtOnce.h"
 #include "fake/FakeKeyMonitors.h"
 #include "fake/FakeWorkspace.h"
 #include "input/ClipboardManager.h"
@@ -33,9 +34,15 @@ private:
 class Typist {
 public:
     // Learns the key map from the keymap and the group in force.
-    explicit Typist(Pause& pause) : clipboard_(layout_, poster_, monitors_, workspace_, pause) {}
+    explicit Typist(Pause& pause)
+        : clipboard_({.typist = {layout_, poster_, workspace_, pause},
+                      .monitors = monitors_,
+                      .workspace = workspace_,
+                      .typingThread = here_,
+                      .mainThread = after_}) {}
 
     [[nodiscard]] const KeyMap& keyMap() const { return clipboard_.keyMap(); }
+    [[nodiscard]] ClipboardManager& clipboard() { return clipboard_; }
     // Returns when the server has everything.
     void type(const std::string& text);
     // Waits until the server has done what was posted, as it has long before the next key at the real pace.
@@ -48,6 +55,8 @@ private:
     XTestKeyPoster poster_{connection_, record_, layout_, {}};
     FakeKeyMonitors monitors_;
     FakeWorkspace workspace_;
+    TaskQueueAtOnce here_;
+    MainThreadAtOnce after_;
     ClipboardManager clipboard_;
 };
 

@@ -38,21 +38,26 @@ protected:
 TEST_F(ChatTest, AChatLinkIsCopiedOrTypedWithTheReturnsThatTheSettingWants) {
     const std::string link = "[&BNABAAA=]";
     const ChatLinkNeeds needs{manager, pasteboard, defaults};
-    EXPECT_EQ(pressChatLink(link, needs), "copied to clipboard");
+    const auto press = [&] {
+        std::string shown;
+        pressChatLink(link, needs, false, [&](const std::string& message) { shown = message; });
+        return shown;
+    };
+    EXPECT_EQ(press(), "copied to clipboard");
     EXPECT_EQ(pasteboard.text(), link);
     defaults.put(settings::enableChatLinkReturnKey, true);
-    EXPECT_EQ(pressChatLink(link, needs), "copied to clipboard");
+    EXPECT_EQ(press(), "copied to clipboard");
     EXPECT_EQ(pasteboard.text(), "\n" + link + "\n");
     EXPECT_EQ(typed(), "");
 
     pasteboard.setText("the player's");
     holdShift(true);
-    EXPECT_EQ(pressChatLink(link, needs), "typed in app");
+    EXPECT_EQ(press(), "typed in app");
     const std::string withReturns = typed();
     EXPECT_TRUE(withReturns.starts_with("⏎") && withReturns.ends_with("⏎")) << withReturns;
     defaults.put(settings::enableChatLinkReturnKey, false);
     holdShift(true);
-    EXPECT_EQ(pressChatLink(link, needs), "typed in app");
+    EXPECT_EQ(press(), "typed in app");
     EXPECT_EQ("⏎" + typed() + "⏎", withReturns);
     EXPECT_EQ(pasteboard.text(), "the player's");
 

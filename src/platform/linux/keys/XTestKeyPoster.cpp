@@ -49,6 +49,7 @@ private:
 XTestKeyPoster::XTestKeyPoster(XConnection& connection, PostedKeyRecord& record, const XkbKeyboardLayout& learned,
                                std::filesystem::path guardian)
     : connection_(connection),
+      record_(record),
       keys_(connection, record),
       learned_(learned),
       effects_(learned.keymap()),
@@ -83,6 +84,7 @@ void XTestKeyPoster::endTyping() {
     if (connection_.isLost()) return settleAfterLoss();
     neutral_.reset();
     if (connection_.isLost()) return settleAfterLoss();
+    record_.answered(std::chrono::steady_clock::now());
     keys_.noteIn(nullptr);
 }
 
@@ -119,6 +121,7 @@ PostVerdict XTestKeyPoster::post(const PostedKey& key) {
         const auto done =
             owned(xcb_get_input_focus_reply(connection_.get(), xcb_get_input_focus(connection_.get()), nullptr));
         lastPress_ = std::chrono::steady_clock::now();
+        record_.answered(lastPress_);
     }
     if (!connection_.isLost()) return PostVerdict::posted;
     settleAfterLoss();
@@ -127,6 +130,7 @@ PostVerdict XTestKeyPoster::post(const PostedKey& key) {
 
 void XTestKeyPoster::settleAfterLoss() {
     if (!neutral_) return;
+    record_.answered(std::chrono::steady_clock::now());
     neutral_.reset();  // leaves the notes as they are: nothing goes out any more
     keys_.noteIn(nullptr);
     if (guardian_.letGo()) return;

@@ -1,7 +1,7 @@
 #pragma once
 // Posts keys through the server's XTEST extension, and records them so that Vantor does not react to itself. While a
 // text is typed the keyboard is neutral, and guarded. A text ends where the connection is lost; the next one renews it.
-// Main thread.
+// The typing thread.
 
 #include <chrono>
 #include <cstdint>
@@ -22,7 +22,7 @@ namespace vantor {
 class XTestKeyPoster final : public KeyPoster {
 public:
     // The layout is the one that the key map is learned from; the guardian's program may be missing. Nothing is started
-    // before something is typed. The references outlive the poster.
+    // before something is typed. The references outlive the poster, and nobody else uses the connection meanwhile.
     XTestKeyPoster(XConnection& connection, PostedKeyRecord& record, const XkbKeyboardLayout& learned,
                    std::filesystem::path guardian = {});
     XTestKeyPoster(const XTestKeyPoster&) = delete;
@@ -44,6 +44,7 @@ private:
     [[nodiscard]] std::uint32_t carriedBy(const PostedKey& key) const;
 
     XConnection& connection_;
+    PostedKeyRecord& record_;
     PostedKeys keys_;
     const XkbKeyboardLayout& learned_;
     KeyEffects effects_;
