@@ -93,7 +93,10 @@ protected:
         mac().loopTurns = true;
         (void)mainThread.runAll();
     }
-    static void release(KeyCode keyCode, ModifierFlags flags) { mac().press(kCGEventKeyUp, keyCode, flags, false); }
+    void release(KeyCode keyCode, ModifierFlags flags) {
+        mac().press(kCGEventKeyUp, keyCode, flags, false);
+        (void)mainThread.runAll();
+    }
     void pressAfterTheNextLook() {
         scheduler.advance(std::chrono::seconds(1));
         (void)mainThread.runAll();

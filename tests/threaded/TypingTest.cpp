@@ -62,29 +62,18 @@ TEST(TypingThread, EveryOperationEndsOnceInItsOrderAndNothingFollowsAStop) {
         for (int round = 0; round < 200; ++round) {
             std::string ended;
             focus.moved = false;
-            const auto enqueue = [&](char name) {
+            for (const char name : {'1', '2', '3'})
                 manager.typeString(text, [&ended, name](const Typed&) { ended += name; });
-            };
-            for (const char name : {'1', '2', '3'}) enqueue(name);
             manager.pressReadableKeys("F1", [&](const Typed&) { ended += 'k'; });
             const auto turns = random() % 2000;
             for (unsigned turn = 0; turn < turns && manager.isBusy(); ++turn) {
                 mainThread.runAll();
-                if (const auto progress = manager.progress()) {
-                    ASSERT_LE(progress->posted, 200U);
-                }
+                if (const auto progress = manager.progress()) EXPECT_LE(progress->posted, 200U);
             }
-            switch (round % 3) {
-                case 0:
-                    manager.stop();
-                    break;
-                case 1:
-                    monitors.pressInGame({KeyEventType::keyDown, 4, 0, "h"});
-                    monitors.pressInGame({KeyEventType::keyUp, 4, 0, "h"});
-                    manager.stop();
-                    break;
-                default:
-                    focus.moved = true;
+            if (round % 2 == 0) {
+                manager.stop();
+            } else {
+                focus.moved = true;
             }
             const int before = poster.presses;
             while (manager.isBusy()) mainThread.runAll();

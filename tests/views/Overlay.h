@@ -169,6 +169,7 @@ protected:
     }
     // The keys that went down since the last call, in order.
     std::vector<KeyCode> typed() {
+        mainThread.runAll();
         std::vector<KeyCode> codes;
         for (const PostedKey& key : std::exchange(poster.posted, {}))
             if (key.down) codes.push_back(key.keyCode);

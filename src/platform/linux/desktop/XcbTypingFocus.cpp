@@ -22,11 +22,20 @@ bool XcbTypingFocus::awaitOther(std::chrono::milliseconds atMost) {
     if (desktop_->server().isLost())
         if (auto again = XcbDesktop::connect()) desktop_ = std::move(again);
     if (!comesTrue([this, toSomebody = somebodyTakesIt()] { return hasReturned(toSomebody); })) return false;
-    // The menu that this was chosen from may still be closing.
-    wasTaken_ = !comesTrue([this] { return !desktop_->othersHoldKeyboard(); });
+    const xcb_window_t keptBefore = wasTaken_ ? client_ : xcb_window_t{XCB_NONE};
+    lookAtFocus();
+    wasTaken_ = desktop_->othersHoldKeyboard();
+    if (wasTaken_ && client_ != keptBefore) {
+        // The menu that this was chosen from may still be closing. What stays is the game's own way.
+        wasTaken_ = !comesTrue([this] { return !desktop_->othersHoldKeyboard(); });
+        lookAtFocus();
+    }
+    return !desktop_->server().isLost() && !isOwn(client_);
+}
+
+void XcbTypingFocus::lookAtFocus() {
     focused_ = desktop_->focusedWindow();
     client_ = desktop_->clientWindow(focused_);
-    return !desktop_->server().isLost() && !isOwn(client_);
 }
 
 bool XcbTypingFocus::isKept() {

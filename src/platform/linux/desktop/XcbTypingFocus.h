@@ -26,6 +26,7 @@ private:
     [[nodiscard]] bool isOwn(xcb_window_t window) const;
     [[nodiscard]] bool somebodyTakesIt() const;
     [[nodiscard]] bool hasReturned(bool toSomebody) const;
+    void lookAtFocus();
 
     std::unique_ptr<XcbDesktop> desktop_;
     std::uint32_t ownProcess_;
