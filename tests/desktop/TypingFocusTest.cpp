@@ -1,11 +1,15 @@
-// Where the keyboard goes while somebody types: a real X server and window
+// Where the keyboard goes while somebody types, and whether what is posted arrives at all: a real X server and window
 // manager, the stand-in game and another application.
 
 #include <gtest/gtest.h>
 #include <unistd.h>
+#include <xcb/xtest.h>
 
+#include "Player.h"
 #include "StandInGame.h"
+#include "platform/linux/XWayland.h"
 #include "platform/linux/desktop/XcbTypingFocus.h"
+#include "platform/linux/keys/PostingTrial.h"
 
 namespace vantor {
 namespace {
@@ -76,6 +80,24 @@ TEST_F(TypingFocusTest, IsAskedAgainAfterTheServerHasEndedTheConnection) {
     EXPECT_FALSE(focus.isKept());
     EXPECT_TRUE(focus.awaitOther(250ms));
     EXPECT_TRUE(focus.isKept());
+}
+
+// The desktop that asks first, and loses what is posted meanwhile.
+TEST(PostingTrial, SeesWhetherAKeyArrivesOnlyWhereItDoes) {
+    const XConnection server;
+    const std::uint8_t key = meaninglessKey(coreKeymap(server));
+    int swallowed = 1;
+    const auto tap = [&](std::uint8_t xKeycode) {
+        if (swallowed-- > 0) return;
+        sharedPlayer().tap(xKeycode);
+    };
+    sharedPlayer().takeFocus();
+    (void)sharedPlayer().typedText();
+    EXPECT_FALSE(keyArrives(key, tap));
+    EXPECT_TRUE(keyArrives(key, tap));
+    EXPECT_EQ(sharedPlayer().typedText(), "") << "the key means something";
+    EXPECT_EQ(xwaylandVersion(server), std::nullopt);
+    EXPECT_EQ(serverVersionText(12401006), "24.1.6");
 }
 
 }  // namespace

@@ -6,8 +6,10 @@
 #include <utility>
 
 #include "platform/KeyClasses.h"
+#include "platform/linux/XWayland.h"
 #include "platform/linux/keys/KeyCodes.h"
 #include "platform/linux/keys/KeyboardUndo.h"
+#include "platform/linux/keys/PostingTrial.h"
 
 namespace vantor {
 namespace {
@@ -65,6 +67,21 @@ XTestKeyPoster::~XTestKeyPoster() {
     if (!connection_.get()) return;
     keys_.releaseAll();
     xcb_flush(connection_.get());
+}
+
+bool XTestKeyPoster::isAllowed() {
+    if (arrives_) return true;
+    static_cast<void>(connection_.renew());
+    arrives_ = !connection_.hasTest() || !xwaylandVersion(connection_) ||
+               keyArrives(meaninglessKey(learned_.keymap()), [this](std::uint8_t xKeycode) { tap(xKeycode); });
+    return arrives_;
+}
+
+void XTestKeyPoster::tap(std::uint8_t xKeycode) {
+    for (const bool down : {true, false}) keys_.send(xKeycode, down);
+    const auto done =
+        owned(xcb_get_input_focus_reply(connection_.get(), xcb_get_input_focus(connection_.get()), nullptr));
+    record_.answered(std::chrono::steady_clock::now());
 }
 
 std::unique_ptr<KeyPoster::Typing> XTestKeyPoster::beginTyping() {

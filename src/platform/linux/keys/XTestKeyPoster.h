@@ -30,6 +30,8 @@ public:
     // Releases what it pressed and has not released.
     ~XTestKeyPoster() override;
 
+    // Asks in XWayland only, until a key has been seen to arrive.
+    [[nodiscard]] bool isAllowed() override;
     [[nodiscard]] std::unique_ptr<Typing> beginTyping() override;
     // A game that looks at its messages 30 times a second must not find keys with different modifiers behind one look.
     [[nodiscard]] std::chrono::microseconds pauseBefore(const PostedKey& key) override;
@@ -38,6 +40,7 @@ public:
 
 private:
     class Span;
+    void tap(std::uint8_t xKeycode);
     void endTyping();
     void settleAfterLoss();
     [[nodiscard]] std::chrono::microseconds pauseUnless(std::uint32_t carried) const;
@@ -49,6 +52,7 @@ private:
     const XkbKeyboardLayout& learned_;
     KeyEffects effects_;
     KeyboardGuardian guardian_;
+    bool arrives_ = false;                    // what is posted: the player's answer holds for the session
     std::uint32_t sentinel_ = XCB_NONE;       // once made, as long as the connection
     std::optional<NeutralKeyboard> neutral_;  // while something is typed
     // Of the last press that was no modifier's: when, and what it carried.
