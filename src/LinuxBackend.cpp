@@ -43,10 +43,11 @@ std::nullptr_t complain(const char* line) {
 
 std::filesystem::path guardian() { return guardianBeside(QCoreApplication::applicationDirPath().toStdString()); }
 
-std::vector<Capability> capabilitiesHere(std::string webModuleTrouble = {}) {
+std::vector<Capability> capabilitiesHere(std::string webModuleTrouble = {}, bool asksServices = false) {
     return vantor::examineCapabilities({.webModule = webEngineModulePath().toStdString(),
                                         .guardian = guardian(),
-                                        .webModuleTrouble = std::move(webModuleTrouble)});
+                                        .webModuleTrouble = std::move(webModuleTrouble),
+                                        .asksServices = asksServices});
 }
 
 // The layout, with the connection that it is read from.
@@ -230,8 +231,9 @@ std::unique_ptr<Clock> makeClock() { return std::make_unique<SystemClock>(); }
 
 std::string desktopName() { return qgetenv("DISPLAY").toStdString(); }
 
-// Whoever asks has the time to load the module, which the running program leaves alone until there is a page.
-std::vector<Capability> examineCapabilities() { return capabilitiesHere(webEngineTrouble()); }
+// Whoever asks has the time to load the module, which the running program leaves alone until there is a page, and to
+// wait for the keyring.
+std::vector<Capability> examineCapabilities() { return capabilitiesHere(webEngineTrouble(), true); }
 
 std::string webEngineVersion() { return vantor::webEngineVersion(); }
 

@@ -14,6 +14,7 @@
 #include "ComesTrue.h"
 #include "StandInSecretService.h"
 #include "accounts/AccountsCredentials.h"
+#include "platform/linux/services/Doctor.h"
 #include "platform/linux/services/SecretServiceKeychain.h"
 #include "platform/qt/QtMainThread.h"
 
@@ -150,6 +151,19 @@ TEST_F(StandInKeyringTest, AStartAsksNobodyAndTheFirstSaveUnlocksAndMerges) {
               (QMap<QString, QString>{{QStringLiteral("class"), QStringLiteral("generic-password")},
                                       {QStringLiteral("account"), QStringLiteral("orvendel.Vantor.accounts")}}));
     EXPECT_EQ(service.label, QString());
+}
+
+TEST_F(StandInKeyringTest, TheDiagnosisNamesOneThatHasItsNameAndNeverAnswers) {
+    const auto keyringRow = [](const std::string& name) {
+        for (const Capability& each :
+             examineCapabilities({.webModule = {}, .guardian = {}, .asksServices = true, .keyring = name}))
+            if (each.kind == CapabilityKind::keyring) return each;
+        return Capability{};
+    };
+    EXPECT_TRUE(keyringRow("org.freedesktop.secrets").present);
+    const Capability silent = keyringRow(standIn);  // nobody turns its event loop meanwhile
+    EXPECT_FALSE(silent.present);
+    EXPECT_TRUE(silent.advice.starts_with("keyring does not answer")) << silent.advice;
 }
 
 // The main thread runs on, whatever the service does.

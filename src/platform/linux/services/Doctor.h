@@ -16,6 +16,9 @@ struct OwnFiles {
     std::filesystem::path guardian;
     // Why the module that is there cannot be loaded; empty where it can, or where nobody has tried.
     std::string webModuleTrouble = {};
+    // Whether keyring and portal, if they are there, are asked a question each, for two seconds at most.
+    bool asksServices = false;
+    std::string keyring = "org.freedesktop.secrets";
 };
 
 // In the order in which they are shown.
