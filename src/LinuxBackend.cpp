@@ -5,6 +5,7 @@
 #include <QtCore/QCoreApplication>
 #include <QtCore/QStandardPaths>
 #include <cstdio>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -21,6 +22,7 @@
 #include "platform/linux/keys/XkbKeyboardLayout.h"
 #include "platform/linux/services/CoreFiles.h"
 #include "platform/linux/services/Doctor.h"
+#include "platform/linux/services/PortalShortcuts.h"
 #include "platform/linux/services/ReducedMotion.h"
 #include "platform/linux/services/SecretServiceKeychain.h"
 #include "platform/linux/services/TrayStatusItem.h"
@@ -75,6 +77,30 @@ struct Keyboard {
     XTestKeyPoster poster{typing, posted, layout, guardian()};
     XConnection hearing;
     RawKeyMonitors monitors{hearing, posted};
+};
+
+// In a Wayland session the raw keys are those of X11's windows only: the desktop is asked to listen beside them.
+class SessionKeyMonitors final : public KeyMonitors {
+public:
+    explicit SessionKeyMonitors(RawKeyMonitors& raw) : raw_(raw) {}
+
+    Subscription addGlobalMonitor(KeyEventMask mask, GlobalHandler handler) override {
+        return raw_.addGlobalMonitor(mask, std::move(handler));
+    }
+    Subscription addLocalMonitor(KeyEventMask mask, LocalHandler handler) override {
+        return raw_.addLocalMonitor(mask, std::move(handler));
+    }
+    [[nodiscard]] Subscription withholdWithCommand(KeyCode keyCode) override {
+        return raw_.withholdWithCommand(keyCode);
+    }
+    void offerToDesktop(std::vector<DesktopShortcut> shortcuts,
+                        std::function<void(const std::string& id)> activated) override {
+        if (isWaylandSession()) portal_.emplace(std::move(shortcuts), std::move(activated));
+    }
+
+private:
+    RawKeyMonitors& raw_;
+    std::optional<PortalShortcuts> portal_;
 };
 
 struct Desktop {
@@ -145,7 +171,7 @@ public:
           keychain_(mainThread) {}
 
     [[nodiscard]] TypingServices typing() override {
-        return {keyboard_.layout, keyboard_.poster, keyboard_.monitors, desktop_.workspace, desktop_.focus};
+        return {keyboard_.layout, keyboard_.poster, monitors_, desktop_.workspace, desktop_.focus};
     }
     [[nodiscard]] OverlayWindows& overlayWindows() override { return overlayWindows_; }
     [[nodiscard]] Screens& screens() override { return screens_; }
@@ -167,6 +193,7 @@ public:
 
 private:
     Keyboard keyboard_;
+    SessionKeyMonitors monitors_{keyboard_.monitors};
     Desktop desktop_;
     XcbOverlayWindows overlayWindows_;
     X11Screens screens_;

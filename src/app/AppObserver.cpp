@@ -18,6 +18,7 @@ namespace {
 constexpr std::chrono::milliseconds pasteDelay{600};
 constexpr std::chrono::seconds updateDelay{3};
 constexpr std::size_t addAppMenuItemPosition = 0;
+constexpr double leftOver = 1;  // seconds
 
 }  // namespace
 
@@ -137,7 +138,15 @@ void AppObserver::showTypingLine(bool shown) {
     typingWindow_->orderFront();
 }
 
+void AppObserver::actOnDesktopShortcut(const std::string& id) {
+    desktopActedAt_ = needs_.data.clock.preciseNow();
+    act({id == pasteShortcutId ? HotkeyAction::paste : HotkeyAction::toggle, id != pasteShortcutId});
+}
+
 void AppObserver::dispatch(const KeyEvent& event) {
+    // The end of a key that the desktop has kept for itself may still come.
+    const bool isLeftOver = needs_.data.clock.preciseNow() - desktopActedAt_ < leftOver;
+    if (isLeftOver && event.keyCode != key_code::escape) return;
     act(decideHotkey(event, visible_, [this] { return focus_.isCurrentApplicationEnabled(); }, needs_.data.defaults));
 }
 
@@ -212,6 +221,8 @@ void AppObserver::registerKeyMonitors() {
         dispatch(event);
         return KeyMonitors::Passing::passOn;
     });
+    needs_.keyMonitors.offerToDesktop(desktopShortcuts(needs_.data.defaults),
+                                      [this](const std::string& id) { actOnDesktopShortcut(id); });
     settingsObserver_ = needs_.data.defaults.observe([this](const std::string&) { withholdPasteShortcut(); });
 }
 

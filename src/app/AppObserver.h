@@ -102,6 +102,7 @@ private:
     void setVisible(bool visible, bool replayCamera = false, const std::function<void()>& then = {});
     void dispatch(const KeyEvent& event);
     void act(const HotkeyDecision& decision);
+    void actOnDesktopShortcut(const std::string& id);
     void replayActionCamera(const std::function<void()>& then);
     void showTypingLine(bool shown);
     void followTyping();
@@ -119,6 +120,7 @@ private:
     std::unique_ptr<AppWindow> typingWindow_;
     GameFocus focus_;
     bool visible_ = false;
+    double desktopActedAt_ = -1e9;  // on a shortcut that it had listened for, seconds since 1970
     GameData data_;
     WebViewStore webViewStore_;
     AccountsCredentials credentials_;

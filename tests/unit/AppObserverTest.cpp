@@ -156,6 +156,32 @@ TEST_F(AppObserverTest, OnlyHotkeysReplayTheCameraKey) {
     EXPECT_EQ(since(), withCameraKey(hiddenPlan));
 }
 
+TEST_F(AppObserverTest, TheDesktopsShortcutsActLikeTheKeysWhichThenDoNotActAgain) {
+    defaults.put(settings::pasteClipboard, true);
+    defaults.put(settings::windowToggleSecondaryEvent, std::string("⌃ + F5"));
+    pasteboard.held = "t";
+    AppObserver& observer = launch();
+    EXPECT_EQ(monitors.offered, (std::vector<DesktopShortcut>{
+                                    {"toggle", "Open and close Vantor", "LOGO+t"},
+                                    {"toggle-second", "Open and close Vantor, second", "CTRL+F5"},
+                                    {"paste", "Type the clipboard into the game", "LOGO+v"},
+                                }));
+    for (const char* id : {"toggle", "toggle-second"}) {
+        const bool visible = observer.visible();
+        monitors.activate(id);
+        release(keyT, modifier::command);  // what is left of the key
+        EXPECT_EQ(observer.visible(), !visible);
+        mainThread.runAll();
+    }
+    EXPECT_EQ(poster.posted.size(), 4U) << "with the camera key";
+    monitors.activate("paste");
+    mainThread.runAll();
+    EXPECT_EQ(poster.posted.size(), 6U);
+    clock.advance(2);
+    release(keyT, modifier::command);
+    EXPECT_TRUE(observer.visible()) << "a key of its own acts";
+}
+
 TEST_F(AppObserverTest, TakesTheFocusWhileTheOverlayIsOpenAndTheGameHoldsThePointer) {
     const auto takesWithin = [&](int time) {
         since();

@@ -12,6 +12,7 @@
 
 #include "platform/linux/XWayland.h"
 #include "platform/linux/desktop/XcbDesktop.h"
+#include "platform/linux/services/PortalShortcuts.h"
 
 namespace vantor {
 namespace {
@@ -87,11 +88,21 @@ std::string postingHere(const XcbDesktop& desktop) {
            "; whether the desktop asks you to allow it shows at the first text only, then allow it";
 }
 
+std::string rawKeysHere(const OwnFiles& files) {
+    if (!isWaylandSession()) return "XInput 2";
+    if (!files.asksServices) return "XInput 2, while a window of X11's has the keyboard";
+    return hasShortcutPortal() ? "XInput 2, and the desktop's own shortcuts by its portal"
+                               : "XInput 2, while a window of X11's has the keyboard; this desktop has no portal for "
+                                 "shortcuts: bind Vantor's commands in its settings";
+}
+
 Capability capability(Kind kind, bool present, const std::string& found, const std::string& advice) {
     return {kind, present, present ? found : advice};
 }
 
 }  // namespace
+
+bool isWaylandSession() { return isSet("WAYLAND_DISPLAY"); }
 
 std::vector<Capability> examineCapabilities(const OwnFiles& files) {
     const auto desktop = XcbDesktop::connect();
@@ -105,7 +116,7 @@ std::vector<Capability> examineCapabilities(const OwnFiles& files) {
     std::vector<Capability> capabilities;
     capabilities.push_back(capability(Kind::display, desktop != nullptr, "an X server answers", displayAdvice));
     capabilities.push_back(capability(Kind::rawKeys, onDisplay([](const auto& it) { return it.server().hasRawKeys(); }),
-                                      "XInput 2",
+                                      rawKeysHere(files),
                                       "hotkeys work in Vantor's own windows only: needs an X server with XInput 2.1"));
     capabilities.push_back(capability(Kind::posting, onDisplay([](const auto& it) { return it.server().hasTest(); }),
                                       desktop ? postingHere(*desktop) : "",

@@ -21,6 +21,8 @@ struct OwnFiles {
     std::string keyring = "org.freedesktop.secrets";
 };
 
+// Whether the X server, if there is one, is a guest in a Wayland session.
+[[nodiscard]] bool isWaylandSession();
 // In the order in which they are shown.
 [[nodiscard]] std::vector<Capability> examineCapabilities(const OwnFiles& files);
 // The same for a program whose connection for keys is lost, which it alone can know.
