@@ -22,6 +22,7 @@ public:
     // A window in the server that DISPLAY names; it takes the focus.
     Receiver();
 
+    [[nodiscard]] xcb_window_t window() const { return window_; }
     // What is already here. Never waits, so that it can be called while the other side types.
     void drain();
     // Everything that the server has sent until now, since the last call.

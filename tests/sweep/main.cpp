@@ -1,16 +1,20 @@
 // Types what every layout of the machine can type, in every state of the keyboard, and compares what arrives:
 //   demo/private_desktop.sh key-sweep --full | --short | --options | --layout NAME[,NAME...] [--state NAME[,...]]
 //   [--moments N] [--pace MS]
+//   demo/private_desktop.sh key-sweep --stops [--layout NAME[,NAME...]] | --random TIMES
 // --options goes over the options of the machine's list instead, such as Caps Lock as Control. A layout is "de",
 // "de(neo)" or, with all its variants, "de(*)". --moments is how often a hand that acts in the middle of a text begins,
 // one key later each time: by default 11, which is at every one, in the short set, and once otherwise. The pauses
-// between keys are left out unless a pace is given. The last line is "N passed, M failed".
+// between keys are left out unless a pace is given. --stops stops a text of 200 characters at every stroke, in the
+// short set of layouts; --random stops one at random moments, or takes the focus away. The last line is "N passed, M
+// failed".
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QStringList>
 #include <cstdio>
 
+#include "sweep/Stops.h"
 #include "sweep/Sweep.h"
 
 namespace {
@@ -23,6 +27,8 @@ struct Options {
     std::vector<std::string> states;
     unsigned moments = 1;
     std::chrono::milliseconds pace{0};
+    bool stops = false;
+    unsigned randomStops = 0;
 };
 
 std::vector<std::string> itemsOf(const QString& list) {
@@ -44,6 +50,11 @@ std::optional<Options> parse(const QStringList& arguments) {
             if (name == QStringLiteral("--short")) options.moments = waitsBetweenPresses;
             continue;
         }
+        if (name == QStringLiteral("--stops")) {
+            options.stops = true;
+            options.from = chosenLayouts();
+            continue;
+        }
         if (at + 1 == arguments.size()) return std::nullopt;
         const QString& value = arguments[++at];
         bool isNumber = true;
@@ -53,6 +64,8 @@ std::optional<Options> parse(const QStringList& arguments) {
             options.states = itemsOf(value);
         } else if (name == QStringLiteral("--moments")) {
             options.moments = value.toUInt(&isNumber);
+        } else if (name == QStringLiteral("--random")) {
+            options.randomStops = value.toUInt(&isNumber);
         } else if (name == QStringLiteral("--pace")) {
             options.pace = std::chrono::milliseconds(value.toInt(&isNumber));
         } else {
@@ -63,6 +76,7 @@ std::optional<Options> parse(const QStringList& arguments) {
     const auto known = [](const std::string& name) {
         return std::any_of(states.begin(), states.end(), [&](const State& each) { return each.name == name; });
     };
+    if (options.randomStops > 0) return options;
     if (options.from.empty() && !options.layouts.empty()) options.from = machinesLayouts();
     if (options.from.empty() || !std::all_of(options.states.begin(), options.states.end(), known)) return std::nullopt;
     return options;
@@ -87,7 +101,7 @@ int main(int argc, char** argv) {
     if (!options) {
         std::fprintf(stderr,
                      "usage: key-sweep --full|--short|--options [--layout NAME,...] [--state NAME,...] [--moments N] "
-                     "[--pace MS]\n");
+                     "[--pace MS] | --stops [--layout NAME,...] | --random TIMES\n");
         return 2;
     }
     const auto layouts = layoutsOf(*options);
@@ -102,6 +116,14 @@ int main(int argc, char** argv) {
     qputenv("DISPLAY", nested.display().toLatin1());
     Receiver receiver;
     PlayersKeyboard keyboard(nested);
+    if (options->stops || options->randomStops > 0) {
+        Stops stops(keyboard, receiver);
+        for (const LayoutName& each : layouts) stops.stopEverywhere(each);
+        if (options->randomStops > 0) stops.stopAtRandom(options->randomStops);
+        std::printf("%.1f s\n", static_cast<double>(timer.elapsed()) / 1000);
+        stops.results().print();
+        return stops.results().allExact() ? 0 : 1;
+    }
     Sweep sweep(keyboard, receiver, options->pace, options->states, options->moments);
     for (std::size_t at = 0; at < layouts.size(); ++at) {
         if (at % 50 == 0) std::fprintf(stderr, "key-sweep: %zu of %zu layouts\n", at, layouts.size());
