@@ -106,7 +106,10 @@ void AppObserver::closeByKey() { act({HotkeyAction::close, visible_}); }
 bool AppObserver::pasteByKey() {
     if (!isPasteShortcutOn(visible_, [this] { return focus_.isCurrentApplicationEnabled(); }, needs_.data.defaults))
         return false;
-    clipboardManager_.typeLater(pasteDelay, [this] { return pastedText(needs_.pasteboard.text()); });
+    clipboardManager_.typeLater(pasteDelay, [this] {
+        const bool isGame = focus_.isCurrentApplicationEnabled();
+        return isGame ? std::optional(pastedText(needs_.pasteboard.text())) : std::nullopt;
+    });
     return true;
 }
 

@@ -59,7 +59,8 @@ void ClipboardManager::pressReadableKeys(const std::string& combination, Then th
     enqueue({.content = [combination] { return combination; }, .then = std::move(then)});
 }
 
-void ClipboardManager::typeLater(std::chrono::milliseconds delay, std::function<std::string()> text, Then then) {
+void ClipboardManager::typeLater(std::chrono::milliseconds delay, std::function<std::optional<std::string>()> text,
+                                 Then then) {
     enqueue({.isText = true, .delay = delay, .content = std::move(text), .then = std::move(then)});
 }
 
@@ -82,14 +83,16 @@ void ClipboardManager::advance() {
 }
 
 void ClipboardManager::begin() {
+    const auto content = underWay_->content();
+    if (!content) return complete({.end = End::focusMoved});
     needs_.workspace.hideAndUnhideWithoutActivation();
     // Our windows do not hear of a release that happens while another application has the keyboard.
     shiftPressed_ = false;
     isTyping_ = underWay_->isText;
     if (isTyping_) ++texts_;
     changed_.announce();
-    runThere([isText = underWay_->isText, content = underWay_->content()](
-                 Typist& typist) { return isText ? typist.type(content) : typist.press(content); },
+    runThere([isText = underWay_->isText,
+              content = *content](Typist& typist) { return isText ? typist.type(content) : typist.press(content); },
              [this](const Typed& typed) { complete(typed); });
 }
 
@@ -115,6 +118,8 @@ void ClipboardManager::runThere(std::function<Typed(Typist&)> work, std::functio
 void ClipboardManager::complete(const Typed& typed) {
     const Operation done = *std::exchange(underWay_, std::nullopt);
     isTyping_ = false;
+    // What waits was meant for the same window.
+    if (done.isText && typed.end == End::focusMoved) endTexts(End::focusMoved);
     if (const std::string fault = faultOf(typed, done.isText); !fault.empty() && needs_.say) needs_.say(fault);
     if (done.then) done.then(typed);
     changed_.announce();

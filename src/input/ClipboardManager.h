@@ -45,8 +45,9 @@ public:
 
     void typeString(const std::string& text, Then then = {});
     void pressReadableKeys(const std::string& combination, Then then = {});
-    // The delay is a part of the operation; after it `text` is asked for what to type.
-    void typeLater(std::chrono::milliseconds delay, std::function<std::string()> text, Then then = {});
+    // The delay is a part of the operation; after it `text` is asked for what to type: nothing where it has nowhere to
+    // go any more.
+    void typeLater(std::chrono::milliseconds delay, std::function<std::optional<std::string>()> text, Then then = {});
     // Ends the text under way before its next stroke, and with it those that wait. Combinations are pressed all the
     // same: what they switch in the game has been switched here.
     void stop() { endTexts(Typed::End::stopped); }
@@ -69,7 +70,7 @@ private:
     struct Operation {
         bool isText = false;
         std::chrono::milliseconds delay{0};
-        std::function<std::string()> content;
+        std::function<std::optional<std::string>()> content;
         Then then;
         Typed::End dropped = Typed::End::whole;  // anything else: its turn is its end
     };

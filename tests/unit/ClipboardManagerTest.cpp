@@ -205,6 +205,16 @@ TEST_F(ClipboardManagerTest, WhatWaitsFollowsInOrderAndAStopTakesTheTextsThatWai
     EXPECT_FALSE(manager.isBusy());
     poster.atPost = nullptr;
 
+    // What waits when another window gets the keyboard was not meant for that one.
+    workspace.focusMoves = [left = 2]() mutable { return --left == 0; };
+    poster.atPost = [&] { manager.typeString("d"); };
+    EXPECT_EQ(typed("ab"), "0↓/256 0↑/256");
+    workspace.focusMoves = nullptr;
+    poster.atPost = nullptr;
+    manager.typeLater(1ms, [] { return std::nullopt; }, then);
+    EXPECT_EQ(last.end, End::focusMoved);
+    EXPECT_EQ(written(poster), "");
+
     // Nothing comes after a stop within the delay.
     pause.atWait = [&] { manager.stop(); };
     bool asked = false;
