@@ -95,7 +95,7 @@ public:
     }
     void offerToDesktop(std::vector<DesktopShortcut> shortcuts,
                         std::function<void(const std::string& id)> activated) override {
-        if (isWaylandSession()) portal_.emplace(std::move(shortcuts), std::move(activated));
+        if (isWaylandSession() && hasSessionBus()) portal_.emplace(std::move(shortcuts), std::move(activated));
     }
 
 private:

@@ -20,7 +20,7 @@ const QString portalPath = QStringLiteral("/org/freedesktop/portal/desktop");
 const QString sessionPath = portalPath + QStringLiteral("/session/1_2/vantor");
 const QString shortcutsName = QStringLiteral("org.freedesktop.portal.GlobalShortcuts");
 
-// Answers as the specification of the portals says; what it was asked for is written down.
+// Answers as the portals' documentation says; what it was asked for is written down.
 class StandInPortal final : public QDBusVirtualObject {
 public:
     explicit StandInPortal(const QString& name)

@@ -30,12 +30,8 @@ bool isSet(const char* variable) {
     return value && *value;
 }
 
-// Asks the session bus, if there is one: without an address the library would start a bus of its own.
 std::optional<QDBusConnection> sessionBus() {
-    const char* runtime = std::getenv("XDG_RUNTIME_DIR");
-    std::error_code none;
-    if (!isSet("DBUS_SESSION_BUS_ADDRESS") && !(runtime && fs::exists(fs::path(runtime) / "bus", none)))
-        return std::nullopt;
+    if (!hasSessionBus()) return std::nullopt;
     auto bus = QDBusConnection::sessionBus();
     return bus.isConnected() ? std::optional(bus) : std::nullopt;
 }
@@ -91,9 +87,10 @@ std::string postingHere(const XcbDesktop& desktop) {
 std::string rawKeysHere(const OwnFiles& files) {
     if (!isWaylandSession()) return "XInput 2";
     if (!files.asksServices) return "XInput 2, while a window of X11's has the keyboard";
-    return hasShortcutPortal() ? "XInput 2, and the desktop's own shortcuts by its portal"
-                               : "XInput 2, while a window of X11's has the keyboard; this desktop has no portal for "
-                                 "shortcuts: bind Vantor's commands in its settings";
+    return hasSessionBus() && hasShortcutPortal()
+               ? "XInput 2, and the desktop's own shortcuts by its portal"
+               : "XInput 2, while a window of X11's has the keyboard; this desktop has no portal for "
+                 "shortcuts: bind Vantor's commands in its settings";
 }
 
 Capability capability(Kind kind, bool present, const std::string& found, const std::string& advice) {
@@ -101,6 +98,12 @@ Capability capability(Kind kind, bool present, const std::string& found, const s
 }
 
 }  // namespace
+
+bool hasSessionBus() {
+    const char* runtime = std::getenv("XDG_RUNTIME_DIR");
+    std::error_code none;
+    return isSet("DBUS_SESSION_BUS_ADDRESS") || (runtime && fs::exists(fs::path(runtime) / "bus", none));
+}
 
 bool isWaylandSession() { return isSet("WAYLAND_DISPLAY"); }
 

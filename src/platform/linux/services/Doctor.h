@@ -23,6 +23,8 @@ struct OwnFiles {
 
 // Whether the X server, if there is one, is a guest in a Wayland session.
 [[nodiscard]] bool isWaylandSession();
+// Whether there is a session bus to connect to: without an address the library would start one of its own.
+[[nodiscard]] bool hasSessionBus();
 // In the order in which they are shown.
 [[nodiscard]] std::vector<Capability> examineCapabilities(const OwnFiles& files);
 // The same for a program whose connection for keys is lost, which it alone can know.
