@@ -90,6 +90,9 @@ void ClipboardManager::begin() {
     shiftPressed_ = false;
     isTyping_ = underWay_->isText;
     if (isTyping_) ++texts_;
+    // Not the last text's, until there is something to tell of this one.
+    thread_->typist.state().posted = 0;
+    thread_->typist.state().characters = 0;
     changed_.announce();
     runThere([isText = underWay_->isText,
               content = *content](Typist& typist) { return isText ? typist.type(content) : typist.press(content); },

@@ -45,8 +45,6 @@ bool Typist::wait(std::chrono::milliseconds duration) {
 }
 
 Typed::End Typist::begin() {
-    state_.posted = 0;
-    state_.characters = 0;
     if (!needs_.focus.awaitOther(focusPatience)) return End::focusKept;
     if (!needs_.poster.isAllowed()) return End::notAllowed;
     if (needs_.layout.refresh()) keyMap_ = KeyMap::learn(needs_.layout);
