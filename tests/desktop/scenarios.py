@@ -487,7 +487,8 @@ def asker(arguments, vantor):
 
 def mid_text(report, arguments, folder):
     """A text that takes a minute is ended by what a player does, goes nowhere else, and holds up nothing meanwhile."""
-    long = "Meet @ the gate, {all} of you! " * 100
+    # Without Shift: the player's is on the same device here, and no key of one device goes down twice.
+    long = "meet at the gate, all of you; " * 100
     password = "s3cret-" * 20
     subprocess.run(["secret-tool", "store", "--label=Vantor", "class", "generic-password", "account", "orvendel.Vantor.accounts"],
                    input=json.dumps({"long": password}), text=True, check=True, timeout=desk.PATIENCE)
@@ -507,7 +508,7 @@ def mid_text(report, arguments, folder):
         def typing(start, text, beginning=20):
             return desk.wait_until(lambda: len(game.typed(start)) >= beginning and text.startswith(game.typed(start)[:beginning]))
 
-        def ends(act, text, what, begin=lambda: desk.press(*desk.PASTE_KEYS), reason="a key|stopped"):
+        def ends(act, text, what, begin=lambda: desk.press(*desk.PASTE_KEYS), reason="a key|stopped", are_up=game.keys_are_up):
             start = len(game.record())
             begin()
             under_way = typing(start, text)
@@ -515,10 +516,11 @@ def mid_text(report, arguments, folder):
             line = desk.wait_until(new_line) or ""
             found = re.fullmatch(rf"vantor: typing ended after (\d+) of {len(text)} characters: .*({reason}).*", line)
             count = int(found.group(1)) if found else 0
+            desk.wait_until(lambda: len(game.typed(start)) >= count)
             typed = game.typed(start)
-            # What ends it may itself be a key that the game gets.
-            return report.check(under_way and 20 <= count < len(text) and typed.startswith(text[:count]) and
-                                text[count:count + 4] not in typed[count:] and desk.wait_until(game.keys_are_up),
+            # What ends it may itself be a key that the game gets, before the stroke that was under way.
+            return report.check(under_way and 20 <= count < len(text) and typed.startswith(text[:count - 2]) and
+                                len(typed) <= count + 2 and desk.wait_until(are_up),
                                 f"{what} ends a text, nothing is down, and a line says how far it came", (line, count, typed[-40:]))
 
         started(vantor)
@@ -535,8 +537,9 @@ def mid_text(report, arguments, folder):
         report.check(not any("s3cret" in line for line in vantor.lines), "the lines hold nothing of a login", vantor.lines)
 
         others = []
+        # The end of the last key may be the other window's.
         ends(lambda: others.append(desk.Game(arguments.game, folder, window_class="notes", size="300x200")), long,
-             "another window in front", reason="another window")
+             "another window in front", reason="another window", are_up=lambda: True)
         astray = others[0].typed()
         others[0].end()
         report.check(len(astray) <= 1 and desk.wait_until(game.has_focus), "nothing goes there but the key that was under way", astray)

@@ -114,7 +114,8 @@ void Stops::stopAtRandom(unsigned times) {
             std::size_t posted = 0;
             manager.typeString(text, [&posted](const Typed& done) { posted = done.posted; });
             const bool byFocus = random() % 2 == 0;
-            // A text takes some 150 ms here.
+            // The window that has the focus by then is the one that it is typed into. It takes some 150 ms here.
+            while (manager.progress().value_or(ClipboardManager::Progress()).posted == 0) std::this_thread::yield();
             std::this_thread::sleep_for(std::chrono::microseconds(random() % 150'000));
             byFocus ? focusOn(other) : manager.stop();
             while (manager.isBusy()) {
