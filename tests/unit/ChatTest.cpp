@@ -46,8 +46,8 @@ TEST_F(ChatTest, AChatLinkIsCopiedOrTypedWithTheReturnsThatTheSettingWants) {
     EXPECT_EQ(press(), "copied to clipboard");
     EXPECT_EQ(pasteboard.text(), link);
     // While nothing but a default leaves the returns out, the first time says so.
-    for (const char* said : {"typed without ENTER; switch it in Settings", "typed in app"})
-        EXPECT_EQ(press(true), said);
+    for (const char* message : {"typed without ENTER; switch it in Settings", "typed in app"})
+        EXPECT_EQ(press(true), message);
     (void)typed();
     defaults.put(settings::enableChatLinkReturnKey, true);
     EXPECT_EQ(press(), "copied to clipboard");
