@@ -1,6 +1,6 @@
 #include "app/ApiKeyField.h"
 
-#include <QString>
+#include <QtCore/QString>
 #include <algorithm>
 #include <utility>
 
