@@ -153,7 +153,7 @@ def opens_once():
 
                 def has_title():
                     dark.append(max(desk.pixels(*empty)) < 100)
-                    return max(desk.pixels(*title)) > 200
+                    return dark[-1] and max(desk.pixels(*title)) > 200
 
                 check(wait_until(has_title) and all(dark[dark.index(True):]), f"{when} opening: the page comes without a flash", dark)
                 notices = re.findall(r"(Map|Unmap|Destroy)Notify event.*\n.* window (\w+)", "\n".join(server.lines))
