@@ -5,8 +5,8 @@
 #include <unistd.h>
 #include <xcb/xtest.h>
 
+#include "Desktop.h"
 #include "Player.h"
-#include "StandInGame.h"
 #include "platform/linux/XWayland.h"
 #include "platform/linux/desktop/XcbTypingFocus.h"
 #include "platform/linux/keys/PostingTrial.h"

@@ -23,7 +23,7 @@ int main(int argc, char** argv) {
     const std::vector<std::string> asked(argv + 1, argv + argc);
     const std::string_view set = asked.empty() ? "" : asked.front();
     const bool few = set == "--short" || set == "--stops";
-    const unsigned stops = set == "--random" && asked.size() == 2 ? std::strtoul(argv[2], nullptr, 10) : 0;
+    const unsigned stops = set == "--random" && asked.size() == 2 ? static_cast<unsigned>(std::atoi(argv[2])) : 0;
     auto layouts = few ? chosenLayouts() : set == "--options" ? layoutsWithOptions() : machinesLayouts();
     if (!few && stops == 0 && set != "--full" && set != "--options")
         std::erase_if(layouts, [&](const LayoutName& each) { return !each.matches(asked); });
