@@ -13,7 +13,7 @@ namespace {
 
 bool isDay(const std::string& text) { return dayNumber(text).has_value(); }
 
-std::optional<std::int64_t> positive(const std::string& text) {
+std::optional<std::int64_t> wholeNumber(const std::string& text) {
     std::int64_t number = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
     if (error != std::errc() || end != text.data() + text.size() || number < 0) return std::nullopt;
@@ -38,8 +38,8 @@ Decoded<CatalogueFacts> readFacts(std::string_view trustedComment) {
             return refused(word.substr(0, equals) + " is there twice");
     }
     CatalogueFacts facts;
-    const auto version = positive(words["catalogue"]);
-    const auto schema = positive(words["schema"]);
+    const auto version = wholeNumber(words["catalogue"]);
+    const auto schema = wholeNumber(words["schema"]);
     if (!version) return refused("no catalogue=<integer>");
     if (!schema) return refused("no schema=<integer>");
     if (*schema != catalogueSchema && *schema != catalogueSchema - 1)

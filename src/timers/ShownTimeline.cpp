@@ -12,7 +12,7 @@ Timeline shownTimeline(const Timeline& day, int utcOffsetSeconds) {
     shown.events.reserve(day.events.size() * 3);
     for (const std::int64_t shift : {-minutesPerDay, std::int64_t{0}, minutesPerDay})
         for (TimelineEvent occurrence : day.events) {
-            // What no number can say is on nobody's list.
+            // A minute beyond 64 bits cannot be shown.
             std::int64_t gathering = 0;
             if (occurrence.startMinute >= end ||
                 __builtin_add_overflow(occurrence.gatheringMinute(), shift, &gathering))

@@ -6,6 +6,8 @@
 #include <QtNetwork/QNetworkRequest>
 #include <utility>
 
+#include "platform/qt/NetworkAnswer.h"
+
 namespace vantor {
 
 namespace {
@@ -27,11 +29,7 @@ QNetworkRequest networkRequest(const DownloadRequest& request) {
 
 std::optional<DownloadAnswer> answerOf(QNetworkReply& reply) {
     const QVariant status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute);
-    // Below are the errors of connection and proxy, a way to another host, and our own end of it.
-    const bool broken =
-        reply.error() != QNetworkReply::NoError &&
-        (reply.error() < QNetworkReply::ContentAccessDenied || reply.error() == QNetworkReply::ProtocolFailure);
-    if (broken || !status.isValid()) return std::nullopt;
+    if (!wasAnswered(reply) || !status.isValid()) return std::nullopt;
     const auto header = [&](const char* name) { return reply.rawHeader(name).toStdString(); };
     return DownloadAnswer{status.toInt(), header("ETag"), header("Retry-After"), reply.readAll().toStdString()};
 }

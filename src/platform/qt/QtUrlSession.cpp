@@ -5,6 +5,8 @@
 #include <QtNetwork/QNetworkRequest>
 #include <utility>
 
+#include "platform/qt/NetworkAnswer.h"
+
 namespace vantor {
 
 namespace {
@@ -23,15 +25,6 @@ QNetworkRequest networkRequest(const UrlRequest& request) {
                                                                       : QNetworkRequest::NoLessSafeRedirectPolicy);
     result.setTransferTimeout(static_cast<int>(std::chrono::milliseconds(request.timeout).count()));
     return result;
-}
-
-// An HTTP status of whatever kind is an answer; anything else that went wrong is none.
-bool wasAnswered(const QNetworkReply& reply) {
-    if (reply.error() == QNetworkReply::NoError) return true;
-    // Below are the errors of connection and proxy; a breakdown of the protocol may come after the status line.
-    const bool aborted =
-        reply.error() < QNetworkReply::ContentAccessDenied || reply.error() == QNetworkReply::ProtocolFailure;
-    return !aborted && reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid();
 }
 
 }  // namespace
