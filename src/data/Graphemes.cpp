@@ -6,12 +6,14 @@ namespace vantor {
 
 namespace {
 
-// In texts with Thai or Indian scripts the toolkit's finder (6.4) also stops inside an emoji and even inside a code
-// point. What extends a character never begins one (Unicode, annex 29, rules 9 and 11).
+// In texts with Thai or Indian scripts the toolkit's finder (6.4) also stops inside an emoji, inside a code point and
+// between a carriage return and its line feed. What extends a character never begins one (Unicode, annex 29, rules 3, 9
+// and 11).
 bool continuesCharacter(const QString& text, qsizetype at) {
     if (at <= 0 || at >= text.size()) return false;
     const QChar before = text[at - 1];
     if (text[at].isLowSurrogate() && before.isHighSurrogate()) return true;
+    if (text[at] == QLatin1Char('\n') && before == QLatin1Char('\r')) return true;
     const QChar next = at + 1 < text.size() ? text[at + 1] : QChar();
     const char32_t code = text[at].isHighSurrogate() ? QChar::surrogateToUcs4(text[at], next) : text[at].unicode();
     const QChar::Category category = QChar::category(code);
