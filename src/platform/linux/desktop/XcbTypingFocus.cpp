@@ -7,14 +7,20 @@ namespace vantor {
 namespace {
 
 constexpr std::chrono::milliseconds lookAgainAfter{2};
+// For a window manager that has not come to a window that we have hidden.
+constexpr std::chrono::seconds managerPatience{2};
 
 }  // namespace
 
 bool XcbTypingFocus::awaitOther(std::chrono::milliseconds atMost) {
-    const auto deadline = std::chrono::steady_clock::now() + atMost;
+    const auto began = std::chrono::steady_clock::now();
+    auto deadline = began + atMost;
     const auto comesTrue = [&](const auto& condition) {
         while (!condition()) {
-            if (std::chrono::steady_clock::now() >= deadline || desktop_->server().isLost()) return false;
+            const auto now = std::chrono::steady_clock::now();
+            // Nobody can have the focus before the manager has seen that our window is gone.
+            if (now < began + managerPatience && managerIsBehind()) deadline = now + atMost;
+            if (now >= deadline || desktop_->server().isLost()) return false;
             std::this_thread::sleep_for(lookAgainAfter);
         }
         return true;
@@ -58,6 +64,12 @@ bool XcbTypingFocus::somebodyTakesIt() const {
     const auto windows = desktop_->clientsFromTop();
     return std::any_of(windows.begin(), windows.end(),
                        [this](xcb_window_t window) { return !isOwn(window) && desktop_->isViewable(window); });
+}
+
+bool XcbTypingFocus::managerIsBehind() const {
+    const auto windows = desktop_->clientsFromTop();
+    return std::ranges::any_of(
+        windows, [this](xcb_window_t window) { return isOwn(window) && desktop_->isUnmapped(window); });
 }
 
 // The server's focus decides where keys go. While the manager moves it, it may be nobody's, or the application's that

@@ -25,6 +25,8 @@ public:
 private:
     [[nodiscard]] bool isOwn(xcb_window_t window) const;
     [[nodiscard]] bool somebodyTakesIt() const;
+    // Whether it still counts a window of ours that is hidden already.
+    [[nodiscard]] bool managerIsBehind() const;
     [[nodiscard]] bool hasReturned(bool toSomebody) const;
     void lookAtFocus();
 
