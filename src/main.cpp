@@ -139,7 +139,7 @@ std::optional<Refusal> act(const AskRunning& command, AppObserver& observer) {
 
 int start(int& argumentCount, char** arguments, const Overrides& overrides) {
     if (!backend::prepareToStart()) return unavailableStatus;
-    QApplication::setDesktopFileName(QStringLiteral("orvendel.Vantor"));
+    QApplication::setDesktopFileName(QString::fromLatin1(build::desktopId));
     QApplication::setQuitOnLastWindowClosed(false);
     const QApplication application(argumentCount, arguments);
 

@@ -7,6 +7,7 @@
 #include <QtDBus/QDBusMessage>
 #include <QtDBus/QDBusObjectPath>
 #include <QtDBus/QDBusVirtualObject>
+#include <QtGui/QGuiApplication>
 
 #include "ComesTrue.h"
 #include "platform/linux/services/PortalShortcuts.h"
@@ -87,10 +88,11 @@ protected:
 };
 
 TEST_F(PortalShortcutsTest, NamesVantorBindsOnceAndTellsWhatIsActivatedInItsOwnSession) {
+    QGuiApplication::setDesktopFileName(QStringLiteral("example.vantor.Test"));
     StandInPortal portal(name);
     PortalShortcuts bound(shortcuts, tell, name);
     ASSERT_TRUE(comesTrue([&] { return portal.asked.contains(QStringLiteral("paste -")); }));
-    EXPECT_EQ(portal.asked.join(u' '), QStringLiteral("Register orvendel.Vantor CreateSession BindShortcuts "
+    EXPECT_EQ(portal.asked.join(u' '), QStringLiteral("Register example.vantor.Test CreateSession BindShortcuts "
                                                       "toggle CTRL+t paste -"));
     portal.activate(QStringLiteral("/another"), QStringLiteral("toggle"));
     portal.activate(sessionPath, QStringLiteral("paste"));

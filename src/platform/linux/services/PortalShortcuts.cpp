@@ -5,9 +5,8 @@
 #include <QtDBus/QDBusMetaType>
 #include <QtDBus/QDBusPendingCallWatcher>
 #include <QtDBus/QDBusVariant>
+#include <QtGui/QGuiApplication>
 #include <utility>
-
-#include "platform/Workspace.h"
 
 namespace {
 
@@ -65,7 +64,7 @@ PortalShortcuts::PortalShortcuts(std::vector<DesktopShortcut> shortcuts,
     qDBusRegisterMetaType<Offered>();
     qDBusRegisterMetaType<AllOffered>();
     auto registration = callOf(QStringLiteral("org.freedesktop.host.portal.Registry"), QStringLiteral("Register"));
-    registration << QString::fromLatin1(ownIdentifier) << QVariantMap();
+    registration << QGuiApplication::desktopFileName() << QVariantMap();
     auto* const answer = new QDBusPendingCallWatcher(bus_.asyncCall(registration, patience), this);
     // Older portals have no registry and go by the desktop's own knowledge of the program.
     QObject::connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
