@@ -68,8 +68,8 @@ bool XcbTypingFocus::somebodyTakesIt() const {
 
 bool XcbTypingFocus::managerIsBehind() const {
     const auto windows = desktop_->clientsFromTop();
-    return std::ranges::any_of(
-        windows, [this](xcb_window_t window) { return isOwn(window) && desktop_->isUnmapped(window); });
+    return std::ranges::any_of(windows,
+                               [this](xcb_window_t window) { return isOwn(window) && desktop_->isUnmapped(window); });
 }
 
 // The server's focus decides where keys go. While the manager moves it, it may be nobody's, or the application's that
