@@ -9,6 +9,7 @@
 #include <string>
 #include <thread>
 
+#include "base/AtOnce.h"
 #include "fake/FakeKeyMonitors.h"
 #include "fake/FakeWorkspace.h"
 #include "input/ClipboardManager.h"
@@ -52,7 +53,13 @@ void typeHundredStrokes(benchmark::State& state, KeyPoster& poster) {
     FakeWorkspace workspace;
     SystemPause pause;
     XkbKeyboardLayout layout("us", "");
-    ClipboardManager manager(layout, poster, monitors, workspace, pause);
+    TaskQueueAtOnce here;
+    MainThreadAtOnce after;
+    ClipboardManager manager({.typist = {layout, poster, workspace, pause},
+                              .monitors = monitors,
+                              .workspace = workspace,
+                              .typingThread = here,
+                              .mainThread = after});
     const std::string text(50, 'a');  // 50 downs and 50 ups
     constexpr double pauses = 100 * 0.008;
     double total = 0;

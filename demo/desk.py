@@ -25,6 +25,9 @@ SETTINGS = {
 HOTKEY = ("Control_L", "Shift_L", "t")
 PASTE_KEYS = ("Super_L", "v")
 CAMERA_KEY = "H"
+# Where a player's keyboard and mouse, and the screen, are: outside of a Wayland session.
+HANDS, EYES = ({**os.environ, **{name: os.environ[f"VANTOR_{of}_{name}"] for name in ("DISPLAY", "XAUTHORITY")
+                                 if f"VANTOR_{of}_{name}" in os.environ}} for of in ("HANDS", "EYES"))
 ROLES = {"Vantor": "main", "Vantor icon": "icon", "Vantor emotes": "emoji", "Vantor watched events": "watched"}
 
 
@@ -208,11 +211,11 @@ def ask(*command):
 @contextlib.contextmanager
 def held(key):
     """The player's hand on a key."""
-    subprocess.run(["xdotool", "keydown", key], check=True, timeout=PATIENCE)
+    subprocess.run(["xdotool", "keydown", key], check=True, timeout=PATIENCE, env=HANDS)
     try:
         yield
     finally:
-        subprocess.run(["xdotool", "keyup", key], check=True, timeout=PATIENCE)
+        subprocess.run(["xdotool", "keyup", key], check=True, timeout=PATIENCE, env=HANDS)
 
 
 def clipboard_text():
@@ -223,20 +226,20 @@ def press(*chord):
     """Holds all but the last key, presses the last, and lets go in the reverse order, as a hand does."""
     held = [word for key in chord[:-1] for word in ("keydown", key)]
     released = [word for key in reversed(chord[:-1]) for word in ("keyup", key)]
-    subprocess.run(["xdotool", *held, "key", chord[-1], *released], check=True, timeout=PATIENCE)
+    subprocess.run(["xdotool", *held, "key", chord[-1], *released], check=True, timeout=PATIENCE, env=HANDS)
 
 
 def click(x, y, button=1):
-    subprocess.run(["xdotool", "mousemove", str(x), str(y), "click", str(button)], check=True, timeout=PATIENCE)
+    subprocess.run(["xdotool", "mousemove", str(x), str(y), "click", str(button)], check=True, timeout=PATIENCE, env=HANDS)
 
 
 def point_at(x, y):
-    subprocess.run(["xdotool", "mousemove", str(x), str(y)], check=True, timeout=PATIENCE)
+    subprocess.run(["xdotool", "mousemove", str(x), str(y)], check=True, timeout=PATIENCE, env=HANDS)
 
 
 def drag(x, y, to_x, to_y):
     subprocess.run(["xdotool", "mousemove", str(x), str(y), "mousedown", "1", "mousemove", str(to_x - 1), str(to_y),
-                    "mousemove", str(to_x), str(to_y), "mouseup", "1"], check=True, timeout=PATIENCE)
+                    "mousemove", str(to_x), str(to_y), "mouseup", "1"], check=True, timeout=PATIENCE, env=HANDS)
 
 
 def screen_size():
@@ -288,7 +291,7 @@ def monitors(**rectangles):
 
 
 def park_pointer():
-    subprocess.run(["xdotool", "mousemove", "1340", "800"], check=True, timeout=PATIENCE)
+    subprocess.run(["xdotool", "mousemove", "1340", "800"], check=True, timeout=PATIENCE, env=HANDS)
 
 
 def activate(window):
@@ -335,13 +338,13 @@ def clipboard(text):
 def pixels(x, y, width, height):
     """What the screen shows there, three bytes for each point."""
     return subprocess.run(["import", "-silent", "-window", "root", "-crop", f"{width}x{height}+{x}+{y}", "-depth", "8", "rgb:-"],
-                          capture_output=True, check=True, timeout=PATIENCE).stdout
+                          capture_output=True, check=True, timeout=PATIENCE, env=EYES).stdout
 
 
 def picture(file):
     file = Path(file)
     file.parent.mkdir(parents=True, exist_ok=True)
-    subprocess.run(["import", "-silent", "-window", "root", str(file)], check=True, timeout=PATIENCE)
+    subprocess.run(["import", "-silent", "-window", "root", str(file)], check=True, timeout=PATIENCE, env=EYES)
     return file.exists() and file.stat().st_size > 1000
 
 

@@ -3,7 +3,9 @@
 # compositor are made for it and end with it; settings, data and runtime folders are temporary. Its status is the command's.
 # The window manager's process is VANTOR_WINDOW_MANAGER.
 # VANTOR_DESKTOP_MANAGER is openbox, xfwm4, kwin_x11, mutter, marco or i3; VANTOR_DESKTOP_COMPOSITING is picom, own (the
-# manager's) or none; VANTOR_DESKTOP_CONFIG is the configuration of openbox or i3.
+# manager's) or none; VANTOR_DESKTOP_CONFIG is the configuration of openbox or i3. With kwin_wayland it is a Wayland session in a
+# window of the X server, and DISPLAY its XWayland: keys and clicks come in through VANTOR_HANDS_DISPLAY, and what is seen is seen on
+# VANTOR_EYES_DISPLAY. mutter_wayland is one that draws nothing, since in a window mutter 43 ends when a client confines the pointer.
 set -euo pipefail
 top=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 (($#)) || { echo "usage: private_desktop.sh COMMAND [ARGUMENT...]" >&2; exit 2; }
@@ -87,6 +89,16 @@ fi
 # Their settings come from the temporary folders alone.
 export GSETTINGS_BACKEND=keyfile
 own() { [[ $compositing == own ]] && echo "$1" || echo "$2"; }
+# What the session's first program is given is what all others of it get.
+wayland() {
+    printf '%s\n' '#!/bin/sh' 'env >"$0.new" && mv "$0.new" "$0.env"' 'exec sleep infinity' >"$home/session"
+    chmod +x "$home/session"
+    start manager env XDG_SESSION_TYPE=wayland KWIN_COMPOSE=Q "$@"
+    await "Wayland session" test -e "$home/session.env"
+    export XDG_SESSION_TYPE=wayland VANTOR_EYES_DISPLAY=:$number VANTOR_EYES_XAUTHORITY=$home/xauthority
+    local name
+    for name in DISPLAY XAUTHORITY WAYLAND_DISPLAY; do export "$(grep "^$name=" "$home/session.env")"; done
+}
 case $manager in
     openbox) start manager openbox --sm-disable --config-file "$config" ;;
     i3) start manager i3 -c "$config" ;;
@@ -96,6 +108,13 @@ case $manager in
     kwin_x11) start manager env KWIN_COMPOSE="$(own O2 N)" kwin_x11 ;;
     mutter) start manager mutter --x11 --sm-disable ;;
     marco) start manager marco --sm-disable "$(own --composite --no-composite)" ;;
+    kwin_wayland)
+        # Without the capability that its file may have, which not every machine gives.
+        cp "$(command -v kwin_wayland)" "$home/kwin_wayland"
+        wayland "$home/kwin_wayland" --x11-display "$DISPLAY" --width "${geometry%%x*}" --height "$(cut -dx -f2 <<<"$geometry")" \
+            --xwayland --exit-with-session "$home/session"
+        export VANTOR_HANDS_DISPLAY=:$number VANTOR_HANDS_XAUTHORITY=$home/xauthority ;;
+    mutter_wayland) wayland mutter --wayland --headless --virtual-monitor "${geometry%x*}" -- "$home/session" ;;
     *) echo "private_desktop: no window manager '$manager'" >&2; exit 2 ;;
 esac
 export VANTOR_WINDOW_MANAGER=${started[-1]}

@@ -40,7 +40,7 @@ package=(dpkg-dev lintian desktop-file-utils appstream man-db groff fakeroot bin
 bench=(libbenchmark-dev)
 fuzz=(clang libclang-rt-dev)
 # Marco starts only with the settings' descriptions of MATE, kwin composes only with a GL driver.
-real=(wine wine64 gcc-mingw-w64-x86-64 kwin-x11 mutter marco mate-settings-daemon-common xfwm4 xfconf i3-wm libgl1-mesa-dri wmctrl
+real=(wine wine64 gcc-mingw-w64-x86-64 kwin-x11 kwin-wayland xwayland mutter marco mate-settings-daemon-common xfwm4 xfconf i3-wm libgl1-mesa-dri wmctrl
     x11-xserver-utils)
 macdouble=(clang-19 libclang-rt-19-dev libc++-19-dev gobjc libgnustep-base-dev libblocksruntime-dev librsvg2-bin openssl)
 

@@ -5,6 +5,7 @@
 #include <QtCore/QCoreApplication>
 #include <QtCore/QStandardPaths>
 #include <cstdio>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -14,12 +15,14 @@
 #include "platform/linux/desktop/DesktopEntries.h"
 #include "platform/linux/desktop/X11Screens.h"
 #include "platform/linux/desktop/XcbOverlayWindows.h"
+#include "platform/linux/desktop/XcbTypingFocus.h"
 #include "platform/linux/desktop/XcbWorkspace.h"
 #include "platform/linux/keys/RawKeyMonitors.h"
 #include "platform/linux/keys/XTestKeyPoster.h"
 #include "platform/linux/keys/XkbKeyboardLayout.h"
 #include "platform/linux/services/CoreFiles.h"
 #include "platform/linux/services/Doctor.h"
+#include "platform/linux/services/PortalShortcuts.h"
 #include "platform/linux/services/ReducedMotion.h"
 #include "platform/linux/services/SecretServiceKeychain.h"
 #include "platform/linux/services/TrayStatusItem.h"
@@ -42,10 +45,11 @@ std::nullptr_t complain(const char* line) {
 
 std::filesystem::path guardian() { return guardianBeside(QCoreApplication::applicationDirPath().toStdString()); }
 
-std::vector<Capability> capabilitiesHere(std::string webModuleTrouble = {}) {
+std::vector<Capability> capabilitiesHere(std::string webModuleTrouble = {}, bool asksServices = false) {
     return vantor::examineCapabilities({.webModule = webEngineModulePath().toStdString(),
                                         .guardian = guardian(),
-                                        .webModuleTrouble = std::move(webModuleTrouble)});
+                                        .webModuleTrouble = std::move(webModuleTrouble),
+                                        .asksServices = asksServices});
 }
 
 // The layout, with the connection that it is read from.
@@ -64,32 +68,61 @@ private:
     XkbKeyboardLayout layout_{connection_};
 };
 
-// The keyboard of the X server, from the layout to the monitors.
+// The keyboard of the X server, from the layout to the monitors. What types has a connection of its own, which is the
+// typing thread's once something is typed; the record of what it has posted is the one thing between the two.
 struct Keyboard {
-    XConnection connection;
-    XkbKeyboardLayout layout{connection};
+    XConnection typing;
+    XkbKeyboardLayout layout{typing};
     PostedKeyRecord posted;
-    XTestKeyPoster poster{connection, posted, layout, guardian()};
-    RawKeyMonitors monitors{connection, posted};
+    XTestKeyPoster poster{typing, posted, layout, guardian()};
+    XConnection hearing;
+    RawKeyMonitors monitors{hearing, posted};
+};
+
+// In a Wayland session the raw keys are those of X11's windows only: the desktop is asked to listen beside them.
+class SessionKeyMonitors final : public KeyMonitors {
+public:
+    explicit SessionKeyMonitors(RawKeyMonitors& raw) : raw_(raw) {}
+
+    Subscription addGlobalMonitor(KeyEventMask mask, GlobalHandler handler) override {
+        return raw_.addGlobalMonitor(mask, std::move(handler));
+    }
+    Subscription addLocalMonitor(KeyEventMask mask, LocalHandler handler) override {
+        return raw_.addLocalMonitor(mask, std::move(handler));
+    }
+    [[nodiscard]] Subscription withholdWithCommand(KeyCode keyCode) override {
+        return raw_.withholdWithCommand(keyCode);
+    }
+    void offerToDesktop(std::vector<DesktopShortcut> shortcuts,
+                        std::function<void(const std::string& id)> activated) override {
+        if (isWaylandSession() && hasSessionBus()) portal_.emplace(std::move(shortcuts), std::move(activated));
+    }
+
+private:
+    RawKeyMonitors& raw_;
+    std::optional<PortalShortcuts> portal_;
 };
 
 struct Desktop {
-    explicit Desktop(std::unique_ptr<XcbDesktop> connection)
+    Desktop(std::unique_ptr<XcbDesktop> connection, std::unique_ptr<XcbDesktop> typing)
         : workspace(
-              std::move(connection), [this](const std::string& name) { return entries.find(name); },
-              static_cast<std::uint32_t>(getpid())) {}
+              std::move(connection), [this](const std::string& name) { return entries.find(name); }, ownProcess),
+          focus(std::move(typing), ownProcess) {}
 
+    const std::uint32_t ownProcess = static_cast<std::uint32_t>(getpid());
     DesktopEntries entries{DesktopEntries::standardFolders()};
     XcbWorkspace workspace;
+    XcbTypingFocus focus;
 };
 
 class X11Typing final : public TypingBackend {
 public:
-    explicit X11Typing(std::unique_ptr<XcbDesktop> connection) : desktop_(std::move(connection)) {}
+    X11Typing(std::unique_ptr<XcbDesktop> workspace, std::unique_ptr<XcbDesktop> typing)
+        : desktop_(std::move(workspace), std::move(typing)) {}
 
-    [[nodiscard]] bool canType() const { return keyboard_.connection.hasTest(); }
+    [[nodiscard]] bool canType() const { return keyboard_.typing.hasTest(); }
     [[nodiscard]] TypingServices typing() override {
-        return {keyboard_.layout, keyboard_.poster, keyboard_.monitors, desktop_.workspace};
+        return {keyboard_.layout, keyboard_.poster, keyboard_.monitors, desktop_.workspace, desktop_.focus};
     }
 
 private:
@@ -126,9 +159,9 @@ private:
 
 class X11Backend final : public Backend {
 public:
-    X11Backend(std::unique_ptr<XcbDesktop> workspace, std::unique_ptr<XcbDesktop> windows,
-               std::unique_ptr<XcbDesktop> screens, MainThread& mainThread)
-        : desktop_(std::move(workspace)),
+    X11Backend(std::unique_ptr<XcbDesktop> workspace, std::unique_ptr<XcbDesktop> typing,
+               std::unique_ptr<XcbDesktop> windows, std::unique_ptr<XcbDesktop> screens, MainThread& mainThread)
+        : desktop_(std::move(workspace), std::move(typing)),
           overlayWindows_(std::move(windows)),
           screens_(std::move(screens)),
           frontmostWindow_(desktop_.workspace.observeFrontmostWindow([this](NativeWindow window) {
@@ -138,7 +171,7 @@ public:
           keychain_(mainThread) {}
 
     [[nodiscard]] TypingServices typing() override {
-        return {keyboard_.layout, keyboard_.poster, keyboard_.monitors, desktop_.workspace};
+        return {keyboard_.layout, keyboard_.poster, monitors_, desktop_.workspace, desktop_.focus};
     }
     [[nodiscard]] OverlayWindows& overlayWindows() override { return overlayWindows_; }
     [[nodiscard]] Screens& screens() override { return screens_; }
@@ -148,7 +181,7 @@ public:
     [[nodiscard]] std::unique_ptr<WebPage> makeWebPage() override { return pages_.make(); }
     [[nodiscard]] PageSource pageSource() override { return pages_.source(); }
     [[nodiscard]] std::vector<Capability> capabilities() override {
-        return keyboard_.connection.isLost() ? withoutKeys(capabilitiesHere()) : capabilitiesHere();
+        return keyboard_.hearing.isLost() ? withoutKeys(capabilitiesHere()) : capabilitiesHere();
     }
     [[nodiscard]] std::function<void()> ask(CapabilityKind) override { return {}; }
     void followReducedMotion(std::function<void(bool reduced)> handler) override {
@@ -160,6 +193,7 @@ public:
 
 private:
     Keyboard keyboard_;
+    SessionKeyMonitors monitors_{keyboard_.monitors};
     Desktop desktop_;
     XcbOverlayWindows overlayWindows_;
     X11Screens screens_;
@@ -187,9 +221,10 @@ std::unique_ptr<KeyboardLayout> makeKeyboardLayout() {
 }
 
 std::unique_ptr<TypingBackend> makeTypingBackend() {
-    auto connection = XcbDesktop::connect();
-    if (!connection) return complain(noDisplay);
-    auto made = std::make_unique<X11Typing>(std::move(connection));
+    auto workspace = XcbDesktop::connect();
+    auto typing = XcbDesktop::connect();
+    if (!workspace || !typing) return complain(noDisplay);
+    auto made = std::make_unique<X11Typing>(std::move(workspace), std::move(typing));
     if (!made->canType()) return complain("the X server has no XTEST extension, so nothing can be typed");
     return made;
 }
@@ -206,10 +241,12 @@ bool prepareToStart() {
 
 std::unique_ptr<Backend> makeBackend(MainThread& mainThread, Scheduler&) {
     auto workspace = XcbDesktop::connect();
+    auto typing = XcbDesktop::connect();
     auto windows = XcbDesktop::connect();
     auto screens = XcbDesktop::connect();
-    if (!workspace || !windows || !screens) return complain(noDisplay);
-    return std::make_unique<X11Backend>(std::move(workspace), std::move(windows), std::move(screens), mainThread);
+    if (!workspace || !typing || !windows || !screens) return complain(noDisplay);
+    return std::make_unique<X11Backend>(std::move(workspace), std::move(typing), std::move(windows), std::move(screens),
+                                        mainThread);
 }
 
 std::unique_ptr<Defaults> makeDefaults(const std::optional<std::string>& settingsFile, MainThread* mainThread) {
@@ -221,8 +258,9 @@ std::unique_ptr<Clock> makeClock() { return std::make_unique<SystemClock>(); }
 
 std::string desktopName() { return qgetenv("DISPLAY").toStdString(); }
 
-// Whoever asks has the time to load the module, which the running program leaves alone until there is a page.
-std::vector<Capability> examineCapabilities() { return capabilitiesHere(webEngineTrouble()); }
+// Whoever asks has the time to load the module, which the running program leaves alone until there is a page, and to
+// wait for the keyring.
+std::vector<Capability> examineCapabilities() { return capabilitiesHere(webEngineTrouble(), true); }
 
 std::string webEngineVersion() { return vantor::webEngineVersion(); }
 

@@ -40,14 +40,14 @@ struct Keyboard {
     KeyboardEvents events;
     EventKeyboardLayout layout{events};
     SharedWorkspace workspace;
-    HidTapKeyPoster poster{events, workspace};
+    HidTapKeyPoster poster{events};
     EventMonitors monitors;
 };
 
 class MacTyping final : public TypingBackend {
 public:
     [[nodiscard]] TypingServices typing() override {
-        return {keyboard_.layout, keyboard_.poster, keyboard_.monitors, keyboard_.workspace};
+        return {keyboard_.layout, keyboard_.poster, keyboard_.monitors, keyboard_.workspace, keyboard_.workspace};
     }
 
 private:
@@ -78,7 +78,7 @@ public:
     }
 
     [[nodiscard]] TypingServices typing() override {
-        return {keyboard_.layout, keyboard_.poster, keyboard_.monitors, keyboard_.workspace};
+        return {keyboard_.layout, keyboard_.poster, keyboard_.monitors, keyboard_.workspace, keyboard_.workspace};
     }
     [[nodiscard]] OverlayWindows& overlayWindows() override { return overlayWindows_; }
     [[nodiscard]] Screens& screens() override { return screens_; }

@@ -41,6 +41,7 @@ namespace {
 
 constexpr int unavailableStatus = 1;
 constexpr std::chrono::seconds lastWords{2};
+constexpr std::chrono::milliseconds lastStroke{500};
 
 void printLine(const std::string& line) {
     std::fputs((line + "\n").c_str(), stdout);
@@ -90,9 +91,55 @@ LayeredCatalogue::Needs catalogueLayers(const Overrides& overrides, Download* do
 
 QString instanceName() { return SingleInstance::nameFor(QByteArray::fromStdString(backend::desktopName())); }
 
+std::optional<Refusal> act(const AskRunning& command, AppObserver& observer) {
+    using What = AskRunning::What;
+    using EmoteVerdict = AppObserver::EmoteVerdict;
+    const std::string text = command.text.value_or("");
+    switch (command.what) {
+        case What::toggleApp:
+            if (!observer.toggleApp()) return Refusal::vantorInFront;
+            break;
+        case What::fill:
+            if (!observer.credentials().accounts().contains(text)) return Refusal::unknownName;
+            observer.fillCredentials(text);
+            break;
+        case What::readCatalogue:
+            observer.data().readCatalogue();
+            break;
+        case What::toggle:
+            observer.toggleByKey();
+            break;
+        case What::hide:
+            observer.closeByKey();
+            break;
+        case What::show:
+            observer.openOverlay();
+            break;
+        case What::paste:
+            if (!observer.pasteByKey()) return Refusal::notOverGame;
+            break;
+        case What::emote:
+            switch (observer.useEmote(text)) {
+                case EmoteVerdict::used:
+                    break;
+                case EmoteVerdict::unknown:
+                    return Refusal::unknownName;
+                case EmoteVerdict::notOverGame:
+                    return Refusal::notOverGame;
+            }
+            break;
+        case What::stop:
+            observer.clipboardManager().stop();
+            break;
+        case What::quit:
+            break;
+    }
+    return std::nullopt;
+}
+
 int start(int& argumentCount, char** arguments, const Overrides& overrides) {
     if (!backend::prepareToStart()) return unavailableStatus;
-    QApplication::setDesktopFileName(QStringLiteral("orvendel.Vantor"));
+    QApplication::setDesktopFileName(QString::fromLatin1(build::desktopId));
     QApplication::setQuitOnLastWindowClosed(false);
     const QApplication application(argumentCount, arguments);
 
@@ -118,6 +165,7 @@ int start(int& argumentCount, char** arguments, const Overrides& overrides) {
     if (!system) return unavailableStatus;
     system->followReducedMotion([](bool reduced) { setReducedMotion(reduced); });
     const TypingServices keys = system->typing();
+    SessionQueue typingThread;
     system->followBlending([](bool blends) { setBlending(blends); });
     ViewWindows windows(
         {.overlayWindows = system->overlayWindows(),
@@ -141,7 +189,8 @@ int start(int& argumentCount, char** arguments, const Overrides& overrides) {
          .menuEntries = [&delegate] { return delegate->menuEntries(); },
          .pcKeyboards = backend::hasPcKeyboards()});
 
-    const auto quit = [&system] {
+    const auto quit = [&system, &delegate] {
+        if (delegate) (void)delegate->appObserver().clipboardManager().finish(lastStroke);
         // What the player changed last may still be on its way to the keyring.
         (void)system->keychain().finish(lastWords);
         _exit(0);
@@ -166,20 +215,16 @@ int start(int& argumentCount, char** arguments, const Overrides& overrides) {
          .pause = pause,
          .scheduler = scheduler,
          .keychain = system->keychain(),
+         .typingFocus = keys.focus,
+         .typingThread = typingThread,
          .makeWebPage = [&system] { return system->makeWebPage(); },
          .styleSheet = [] { return embedded(QStringLiteral(":/pages/wiki.css")); },
          .makeWindow = [&windows](AppWindowName name, AppObserver& observer) { return windows.make(name, observer); }},
         quit);
     instance.answerWith([&appDelegate, quit](const std::string& line) {
-        AppObserver& observer = appDelegate.appObserver();
         auto answer = answerRequest(
-            line,
-            {.toggleApp = [&observer] { return observer.toggleApp(); },
-             .isAccount =
-                 [&observer](const std::string& name) { return observer.credentials().accounts().contains(name); },
-             .fillCredentials = [&observer](const std::string& name) { observer.fillCredentials(name); },
-             .quit = quit,
-             .readCatalogue = [&observer] { observer.data().readCatalogue(); }});
+            line, {.act = [&appDelegate](const AskRunning& command) { return act(command, appDelegate.appObserver()); },
+                   .quit = quit});
         return SingleInstance::Answer{std::move(answer.line), std::move(answer.afterwards)};
     });
     delegate = &appDelegate;

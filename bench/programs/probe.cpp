@@ -1,9 +1,10 @@
 // Measures programs from outside, on the X server's own events:
 //   bench-probe start NAME PROGRAM...   ms from the start of PROGRAM until its window NAME is mapped, and until it asks
 //                                       a system tray for a place ("mapped MS" and "docked MS"); then ends it
-//   bench-probe toggle NAME COUNT       COUNT times: the hotkey Control+Shift+T until NAME is mapped, and until its
-//   head
-//                                       shows what it goes on showing ("MS MS" a line); closed with Escape each time
+//   bench-probe toggle NAME COUNT       COUNT times: the hotkey Control+Shift+T until NAME is mapped, and its head
+//                                       shows what it then keeps ("MS MS" a line); closed with Escape each time
+//   bench-probe midtext NAME COUNT PROGRAM...
+//                                       until it is mapped while a text is typed that PROGRAM asks for each time
 //   bench-probe pace PROGRAM...         key events that PROGRAM makes and ms from the first to the last of them
 
 #include <fcntl.h>
@@ -15,6 +16,7 @@
 #include <xcb/xinput.h>
 #include <xcb/xtest.h>
 
+#include <array>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -275,12 +277,12 @@ Instant awaitPixels(const Server& server, xcb_window_t window, std::chrono::mill
     }
 }
 
+// X key codes of the evdev keymap: left Control, left Shift, T; and Escape.
+constexpr std::array<std::uint8_t, 3> hotkey = {37, 50, 28};
+constexpr std::uint8_t escape = 9;
+
 int measureToggle(const char* name, int count) {
-    // X key codes of the evdev keymap: left Control, left Shift, T, Escape.
-    constexpr std::uint8_t control = 37;
-    constexpr std::uint8_t shift = 50;
-    constexpr std::uint8_t t = 28;
-    constexpr std::uint8_t escape = 9;
+    const auto [control, shift, t] = hotkey;
     // A player's hand: not in step with anything.
     const auto rest = [](int round) { usleep(static_cast<useconds_t>(60'000 + 7'919 * round % 40'000)); };
     std::optional<Server> finder(std::in_place);
@@ -317,8 +319,7 @@ int measureToggle(const char* name, int count) {
     return 0;
 }
 
-int measurePace(char** command) {
-    const Server server;
+void selectRawKeys(const Server& server) {
     struct {
         xcb_input_event_mask_t head;
         std::uint32_t mask;
@@ -329,7 +330,52 @@ int measurePace(char** command) {
     if (!version) fail("no XInput 2");
     xcb_input_xi_select_events(server.get(), server.root(), 1, &mask.head);
     xcb_flush(server.get());
+}
 
+bool isRawKey(const xcb_generic_event_t& event) { return (event.response_type & 0x7f) == XCB_GE_GENERIC; }
+
+int measureMidText(const char* name, int count, char** command) {
+    const Server finder;
+    finder.watchWindows();
+    xcb_window_t window = XCB_NONE;
+    for (int round = 0; round < count; ++round) {
+        const Server keys;
+        selectRawKeys(keys);
+        const pid_t child = startProgram(command);
+        waitpid(child, nullptr, 0);
+        // Not always at the same character.
+        constexpr int atLeast = 20;
+        for (int seen = 0; seen < atLeast + 7 * round % 50;) {
+            const auto event = keys.next(std::chrono::steady_clock::now() + patience);
+            if (!event) fail("no text is typed");
+            seen += isRawKey(*event);
+        }
+        const Server server;
+        if (window != XCB_NONE) {
+            server.watch(window, XCB_EVENT_MASK_STRUCTURE_NOTIFY);
+            xcb_flush(server.get());
+        }
+        for (const std::uint8_t each : hotkey) server.key(each, true);
+        const Instant start = std::chrono::steady_clock::now();
+        server.key(hotkey[2], false);
+        const Seen mapped = awaitChange(window == XCB_NONE ? finder : server, name, XCB_MAP_NOTIFY, window);
+        // The first opening is another matter.
+        if (round > 0) std::printf("%.3f\n", milliseconds(start, mapped.when));
+        server.key(hotkey[1], false);
+        server.key(hotkey[0], false);
+        usleep(60'000);
+        server.key(escape, true);
+        server.key(escape, false);
+        awaitChange(window == XCB_NONE ? finder : server, name, XCB_UNMAP_NOTIFY, mapped.window);
+        if (round > 0) window = mapped.window;
+        usleep(200'000);
+    }
+    return 0;
+}
+
+int measurePace(char** command) {
+    const Server server;
+    selectRawKeys(server);
     const pid_t child = startProgram(command);
     int events = 0;
     Instant first;
@@ -340,7 +386,7 @@ int measurePace(char** command) {
         // All that the program made has been sent by the server when it has been quiet for this long after its end.
         const auto event = server.next(now + std::chrono::milliseconds(running ? 50 : 300));
         if (!event && !running) break;
-        if (!event || (event->response_type & 0x7f) != XCB_GE_GENERIC) continue;
+        if (!event || !isRawKey(*event)) continue;
         last = std::chrono::steady_clock::now();
         if (events++ == 0) first = last;
     }
@@ -354,7 +400,11 @@ int main(int count, char** arguments) {
     const std::string_view what = count > 1 ? arguments[1] : "";
     if (what == "start" && count > 3) return measureStart(arguments[2], arguments + 3);
     if (what == "toggle" && count == 4) return measureToggle(arguments[2], std::atoi(arguments[3]));
+    if (what == "midtext" && count > 4) return measureMidText(arguments[2], std::atoi(arguments[3]), arguments + 4);
     if (what == "pace" && count > 2) return measurePace(arguments + 2);
-    std::fputs("usage: bench-probe start NAME PROGRAM... | toggle NAME COUNT | pace PROGRAM...\n", stderr);
+    std::fputs(
+        "usage: bench-probe start NAME PROGRAM... | toggle NAME COUNT | midtext NAME COUNT PROGRAM... | "
+        "pace PROGRAM...\n",
+        stderr);
     return 2;
 }

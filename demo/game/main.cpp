@@ -26,6 +26,8 @@ int main(int argc, char** argv) {
     auto arguments = withWindowClass(argc, argv, option, windowClass);
     int count = static_cast<int>(arguments.size());
     arguments.push_back(nullptr);
+    // As the game is in every session; its class is told in X11's way.
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "xcb");
     QApplication application(count, arguments.data());
     QApplication::setApplicationName(QString::fromStdString(windowClass));
 

@@ -73,8 +73,8 @@ lay_out() {
     rm -rf "$icons"
     mkdir -p "$icons"
     for size in 16 32 128 256 512; do
-        draw "$size" "$top/packaging/icons/orvendel.Vantor.svg" "$icons/icon_${size}x${size}.png"
-        draw $((size * 2)) "$top/packaging/icons/orvendel.Vantor.svg" "$icons/icon_${size}x${size}@2x.png"
+        draw "$size" "$top/packaging/icons/vantor.svg" "$icons/icon_${size}x${size}.png"
+        draw $((size * 2)) "$top/packaging/icons/vantor.svg" "$icons/icon_${size}x${size}@2x.png"
     done
 }
 

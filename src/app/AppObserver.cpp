@@ -6,6 +6,8 @@
 #include <utility>
 
 #include "app/HotkeyDispatcher.h"
+#include "input/EmojiCommands.h"
+#include "input/PastedText.h"
 #include "platform/KeyClasses.h"
 
 namespace vantor {
@@ -16,6 +18,7 @@ namespace {
 constexpr std::chrono::milliseconds pasteDelay{600};
 constexpr std::chrono::seconds updateDelay{3};
 constexpr std::size_t addAppMenuItemPosition = 0;
+constexpr double leftOver = 1;  // seconds
 
 }  // namespace
 
@@ -25,9 +28,18 @@ AppObserver::AppObserver(Needs needs)
       data_(needs_.data),
       webViewStore_(needs_.makeWebPage(), needs_.styleSheet),
       credentials_(needs_.keychain, needs_.data.printLine),
-      clipboardManager_(needs_.keyboardLayout, needs_.keyPoster, needs_.keyMonitors, needs_.workspace, needs_.pause),
-      clickFocus_({needs_.workspace, needs_.scheduler, [this] { return visible_ && focus_.mayGiveFocusToVantor(); },
-                   [this] { window_->takeFocus(); }}) {
+      clipboardManager_({.typist = {needs_.keyboardLayout, needs_.keyPoster, needs_.typingFocus, needs_.pause},
+                         .monitors = needs_.keyMonitors,
+                         .workspace = needs_.workspace,
+                         .typingThread = needs_.typingThread,
+                         .mainThread = needs_.data.mainThread,
+                         .say = [this](const std::string& line) { needs_.data.printLine("vantor: " + line); }}),
+      // Not in the middle of a text, which would end there.
+      clickFocus_({needs_.workspace, needs_.scheduler,
+                   [this] { return visible_ && !clipboardManager_.isBusy() && focus_.mayGiveFocusToVantor(); },
+                   [this] { window_->takeFocus(); }}),
+      typingLine_({clipboardManager_, needs_.scheduler, [this](bool shown) { showTypingLine(shown); }}),
+      typingObserver_(clipboardManager_.observe([this] { followTyping(); })) {
     data_.start();
     window_ = needs_.makeWindow(AppWindowName::main, *this);
     icon_ = needs_.makeWindow(AppWindowName::icon, *this);
@@ -46,6 +58,7 @@ AppObserver::AppObserver(Needs needs)
 }
 
 AppObserver::~AppObserver() {
+    typingWindow_.reset();
     watchedEventsWindow_.reset();
     emojiWindow_.reset();
     icon_.reset();
@@ -61,7 +74,7 @@ void AppObserver::setCurrentApplication(const std::string& identifier) {
 }
 
 void AppObserver::fillCredentials(const std::string& username) {
-    (void)clipboardManager_.typeString(fillText(credentials_.accounts(), username));
+    clipboardManager_.typeString(fillText(credentials_.accounts(), username));
 }
 
 ApiKeyCheck::Needs AppObserver::apiKeyCheckNeeds() const {
@@ -86,37 +99,79 @@ void AppObserver::iconPressed() { setVisible(!visible_); }
 
 void AppObserver::openOverlay() { setVisible(true); }
 
-void AppObserver::setVisible(bool visible, bool replayCamera) {
+void AppObserver::toggleByKey() { act({HotkeyAction::toggle, true}); }
+
+void AppObserver::closeByKey() { act({HotkeyAction::close, visible_}); }
+
+bool AppObserver::pasteByKey() {
+    if (!isPasteShortcutOn(visible_, [this] { return focus_.isCurrentApplicationEnabled(); }, needs_.data.defaults))
+        return false;
+    clipboardManager_.typeLater(pasteDelay, [this] {
+        const bool isGame = focus_.isCurrentApplicationEnabled();
+        return isGame ? std::optional(pastedText(needs_.pasteboard.text())) : std::nullopt;
+    });
+    return true;
+}
+
+AppObserver::EmoteVerdict AppObserver::useEmote(const std::string& name) {
+    const EmojiCommand* const command = findEmojiCommand(name);
+    if (!command) return EmoteVerdict::unknown;
+    if (!focus_.isCurrentApplicationEnabled()) return EmoteVerdict::notOverGame;
+    EmojiCommands(clipboardManager_, needs_.data.defaults, needs_.data.clock).use(*command);
+    return EmoteVerdict::used;
+}
+
+void AppObserver::setVisible(bool visible, bool replayCamera, const std::function<void()>& then) {
     visible_ = visible;
     updateWindows();
     if (visible) data_.updateCatalogueIfDue();
-    if (replayCamera) replayActionCamera();
-    // The game has had its key before it loses the focus.
+    if (replayCamera) replayActionCamera(then);
     clickFocus_.windowChanged();
 }
 
+void AppObserver::followTyping() {
+    typingLine_.follow();
+    // As after each return to the game, which may take the pointer again.
+    if (!clipboardManager_.isBusy()) clickFocus_.frontmostChanged();
+}
+
+void AppObserver::showTypingLine(bool shown) {
+    if (!shown) return typingWindow_->orderOut();
+    if (!typingWindow_) typingWindow_ = needs_.makeWindow(AppWindowName::typing, *this);
+    typingWindow_->orderFront();
+}
+
+void AppObserver::actOnDesktopShortcut(const std::string& id) {
+    desktopActedAt_ = needs_.data.clock.preciseNow();
+    act({id == pasteShortcutId ? HotkeyAction::paste : HotkeyAction::toggle, id != pasteShortcutId});
+}
+
 void AppObserver::dispatch(const KeyEvent& event) {
-    const HotkeyDecision decision =
-        decideHotkey(event, visible_, [this] { return focus_.isCurrentApplicationEnabled(); }, needs_.data.defaults);
+    // The end of a key that the desktop has kept for itself may still come.
+    const bool isLeftOver = needs_.data.clock.preciseNow() - desktopActedAt_ < leftOver;
+    if (isLeftOver && event.keyCode != key_code::escape) return;
+    act(decideHotkey(event, visible_, [this] { return focus_.isCurrentApplicationEnabled(); }, needs_.data.defaults));
+}
+
+void AppObserver::act(const HotkeyDecision& decision) {
     switch (decision.action) {
         case HotkeyAction::none:
             break;
         case HotkeyAction::paste:
-            pasteClipboard();
+            (void)pasteByKey();
             break;
         case HotkeyAction::close:
+            clipboardManager_.stop();
             setVisible(false, decision.replayCamera);
             break;
         case HotkeyAction::toggle:
-            setVisible(!visible_, decision.replayCamera);
-            if (decision.withKeyboard) window_->takeKeyboard();
+            clipboardManager_.stop();
+            // The game has its camera key before it loses the keyboard.
+            setVisible(!visible_, decision.replayCamera, [this, withKeyboard = decision.withKeyboard] {
+                if (withKeyboard && visible_) window_->takeKeyboard();
+            });
             break;
     }
-}
-
-void AppObserver::pasteClipboard() {
-    needs_.pause.wait(pasteDelay);
-    (void)clipboardManager_.typeString(needs_.pasteboard.text());
 }
 
 void AppObserver::withholdPasteShortcut() {
@@ -126,9 +181,13 @@ void AppObserver::withholdPasteShortcut() {
     if (!pasteShortcut_) pasteShortcut_ = needs_.keyMonitors.withholdWithCommand(key_code::v);
 }
 
-void AppObserver::replayActionCamera() {
+void AppObserver::replayActionCamera(const std::function<void()>& then) {
+    const auto follow = [then](const Typed&) {
+        if (then) then();
+    };
     const std::string keys = actionCameraText(needs_.data.defaults);
-    if (!keys.empty()) (void)clipboardManager_.pressReadableKeys(keys);
+    if (keys.empty()) return follow({});
+    clipboardManager_.pressReadableKeys(keys, follow);
 }
 
 void AppObserver::perform(const WindowStep& step) {
@@ -151,6 +210,8 @@ AppWindow* AppObserver::find(AppWindowName name) const {
             return emojiWindow_.get();
         case AppWindowName::watchedEvents:
             return watchedEventsWindow_.get();
+        case AppWindowName::typing:
+            return typingWindow_.get();
     }
     return nullptr;
 }
@@ -163,6 +224,8 @@ void AppObserver::registerKeyMonitors() {
         dispatch(event);
         return KeyMonitors::Passing::passOn;
     });
+    needs_.keyMonitors.offerToDesktop(desktopShortcuts(needs_.data.defaults),
+                                      [this](const std::string& id) { actOnDesktopShortcut(id); });
     settingsObserver_ = needs_.data.defaults.observe([this](const std::string&) { withholdPasteShortcut(); });
 }
 

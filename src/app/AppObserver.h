@@ -1,5 +1,5 @@
 #pragma once
-// The application's one state: it owns the four windows, the data, the typing and the pages, and wires the desktop's
+// The application's one state: it owns the windows, the data, the typing and the pages, and wires the desktop's
 // notices to them. What there is to decide, smaller classes decide. Main thread; made once, lives until the process
 // ends. The session queue must have run its last task before it goes.
 
@@ -13,6 +13,7 @@
 #include "app/GameData.h"
 #include "app/GameFocus.h"
 #include "app/Tabs.h"
+#include "app/TypingLine.h"
 #include "app/WindowPlan.h"
 #include "browser/WebViewStore.h"
 #include "input/ClipboardManager.h"
@@ -22,6 +23,8 @@
 #include "platform/StatusItem.h"
 
 namespace vantor {
+
+struct HotkeyDecision;
 
 class AppObserver final : public OverlayPart,
                           public SettingsPart,
@@ -45,6 +48,8 @@ public:
         Pause& pause;
         Scheduler& scheduler;
         Keychain& keychain;
+        TypingFocus& typingFocus;
+        TaskQueue& typingThread;
         // Once, before any view.
         std::function<std::unique_ptr<WebPage>()> makeWebPage;
         WebViewStore::StyleSheet styleSheet;
@@ -68,6 +73,14 @@ public:
     void iconPressed() override;
     // Sends no keys to the game either.
     void openOverlay();
+    // What the toggle hotkey, Escape and the paste shortcut do, for desktops that give Vantor no keys. Nothing is
+    // pasted where the shortcut would not: false then.
+    void toggleByKey();
+    void closeByKey();
+    [[nodiscard]] bool pasteByKey();
+    // By its emoji or its whole command.
+    enum class EmoteVerdict { used, unknown, notOverGame };
+    [[nodiscard]] EmoteVerdict useEmote(const std::string& name);
     void fillCredentials(const std::string& username) override;
 
     [[nodiscard]] GameData& data() override { return data_; }
@@ -85,11 +98,14 @@ public:
     [[nodiscard]] const ToggleEntry& addAppMenuItem() const { return addAppMenuItem_; }
 
 private:
-    // With the camera key where a hotkey asks for it.
-    void setVisible(bool visible, bool replayCamera = false);
+    // With the camera key where a hotkey asks for it. `then` follows that.
+    void setVisible(bool visible, bool replayCamera = false, const std::function<void()>& then = {});
     void dispatch(const KeyEvent& event);
-    void replayActionCamera();
-    void pasteClipboard();
+    void act(const HotkeyDecision& decision);
+    void actOnDesktopShortcut(const std::string& id);
+    void replayActionCamera(const std::function<void()>& then);
+    void showTypingLine(bool shown);
+    void followTyping();
     void withholdPasteShortcut();
     void perform(const WindowStep& step);
     [[nodiscard]] AppWindow* find(AppWindowName name) const;
@@ -101,8 +117,10 @@ private:
     std::unique_ptr<AppWindow> icon_;
     std::unique_ptr<AppWindow> emojiWindow_;
     std::unique_ptr<AppWindow> watchedEventsWindow_;
+    std::unique_ptr<AppWindow> typingWindow_;
     GameFocus focus_;
     bool visible_ = false;
+    double desktopActedAt_ = -1e9;  // on a shortcut that it had listened for, seconds since 1970
     GameData data_;
     WebViewStore webViewStore_;
     AccountsCredentials credentials_;
@@ -110,6 +128,8 @@ private:
     ClipboardManager clipboardManager_;
     Tabs tabs_;
     ClickFocus clickFocus_;
+    TypingLine typingLine_;
+    Subscription typingObserver_;
     Subscription globalKeyUp_;
     Subscription globalKeyDown_;
     Subscription localKeyUp_;

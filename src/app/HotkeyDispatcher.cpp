@@ -1,6 +1,10 @@
 #include "app/HotkeyDispatcher.h"
 
 #include <QtCore/QString>
+#include <QtCore/QStringList>
+#include <algorithm>
+#include <iterator>
+#include <utility>
 
 #include "data/SettingKeys.h"
 #include "input/ReadableKeyText.h"
@@ -20,6 +24,26 @@ bool isToggle(const KeyEvent& event, const Defaults& defaults) {
            defaults.get<std::string>(settings::windowToggleSecondaryEvent) == text;
 }
 
+// "CTRL+SHIFT+t" of a stored hotkey, in the words of the desktops. Empty for a key that has another name there.
+std::string triggerOf(const QString& hotkey) {
+    const std::pair<QString, const char*> modifiers[] = {{QStringLiteral("\u2318"), "LOGO"},
+                                                         {QStringLiteral("\u2303"), "CTRL"},
+                                                         {QStringLiteral("\u2325"), "ALT"},
+                                                         {QStringLiteral("\u21E7"), "SHIFT"}};
+    std::string trigger;
+    QStringList parts = hotkey.split(QStringLiteral(" + "));
+    const QString key = parts.takeLast();
+    for (const QString& part : parts) {
+        const auto* const found = std::ranges::find(modifiers, part, &std::pair<QString, const char*>::first);
+        if (found == std::end(modifiers)) return {};
+        trigger += std::string(found->second) + "+";
+    }
+    const bool isCharacter = key.size() == 1 && key.at(0).unicode() < 0x80 && key.at(0).isLetterOrNumber();
+    const bool isFunctionKey = key.size() > 1 && key.startsWith(QLatin1Char('F')) && key.at(1).isDigit();
+    if (!isCharacter && !isFunctionKey) return {};
+    return trigger + (isFunctionKey ? key : key.toLower()).toStdString();
+}
+
 }  // namespace
 
 HotkeyDecision decideHotkey(const KeyEvent& event, bool visible, const std::function<bool()>& isApplicationEnabled,
@@ -37,6 +61,15 @@ HotkeyDecision decideHotkey(const KeyEvent& event, bool visible, const std::func
 
 bool isPasteShortcutOn(bool visible, const std::function<bool()>& isApplicationEnabled, const Defaults& defaults) {
     return !visible && isApplicationEnabled() && defaults.get<bool>(settings::pasteClipboard).value_or(false);
+}
+
+std::vector<DesktopShortcut> desktopShortcuts(const Defaults& defaults) {
+    const auto wish = [&](std::string_view key) {
+        return triggerOf(QString::fromStdString(defaults.get<std::string>(key).value_or("")));
+    };
+    return {{"toggle", "Open and close Vantor", wish(settings::windowToggleEvent)},
+            {"toggle-second", "Open and close Vantor, second", wish(settings::windowToggleSecondaryEvent)},
+            {std::string(pasteShortcutId), "Type the clipboard into the game", "LOGO+v"}};
 }
 
 std::string actionCameraText(const Defaults& defaults) {

@@ -4,8 +4,11 @@
 
 #include <functional>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "platform/Defaults.h"
+#include "platform/KeyMonitors.h"
 #include "platform/Keys.h"
 
 namespace vantor {
@@ -29,6 +32,10 @@ struct HotkeyDecision {
 // Whether the paste shortcut would paste now, and so is not the game's.
 [[nodiscard]] bool isPasteShortcutOn(bool visible, const std::function<bool()>& isApplicationEnabled,
                                      const Defaults& defaults);
+
+// What a desktop is asked to listen for, with the keys that are stored as their wishes.
+inline constexpr std::string_view pasteShortcutId = "paste";
+[[nodiscard]] std::vector<DesktopShortcut> desktopShortcuts(const Defaults& defaults);
 
 // The readable keys of the game's action camera, without white space at its ends; empty when there is none to replay.
 [[nodiscard]] std::string actionCameraText(const Defaults& defaults);

@@ -1,67 +1,176 @@
 #include "input/ClipboardManager.h"
 
-#include "input/KeyStrokes.h"
+#include <condition_variable>
+#include <mutex>
+#include <utility>
 
 namespace vantor {
 namespace {
 
-// The game reads its keys once per frame and misses faster ones.
-constexpr std::chrono::microseconds pauseAfterPost{8000};
-// Long enough for a busy window manager; after it the typing is worth more than the certainty.
-constexpr std::chrono::milliseconds focusPatience{250};
+using End = Typed::End;
+
+std::string reasonOf(End end) {
+    switch (end) {
+        case End::playerTyped:
+            return "you pressed a key";
+        case End::focusMoved:
+            return "another window has the keyboard";
+        case End::lost:
+            return "the keyboard takes no more keys";
+        default:
+            return "stopped";
+    }
+}
 
 }  // namespace
 
-ClipboardManager::ClipboardManager(KeyboardLayout& layout, KeyPoster& poster, KeyMonitors& monitors,
-                                   Workspace& workspace, Pause& pause)
-    : layout_(layout),
-      keyMap_(KeyMap::learn(layout)),
-      poster_(poster),
-      workspace_(workspace),
-      pause_(pause),
-      shiftObserver_(monitors.addLocalMonitor(maskOf(KeyEventType::flagsChanged), [this](const KeyEvent& event) {
-          shiftPressed_ = (event.flags & modifier::shift) != 0;
-          return KeyMonitors::Passing::passOn;
-      })) {}
+struct ClipboardManager::Thread {
+    explicit Thread(const Typist::Needs& needs) : typist(needs) {}
 
-std::string ClipboardManager::typeString(const std::string& text) {
-    (void)type(text);
-    return "typed in app";
+    Typist typist;
+    std::mutex mutex;
+    std::condition_variable rests;
+    bool works = false;
+};
+
+ClipboardManager::ClipboardManager(Needs needs)
+    : needs_(std::move(needs)),
+      thread_(std::make_shared<Thread>(needs_.typist)),
+      shiftObserver_(needs_.monitors.addLocalMonitor(maskOf(KeyEventType::flagsChanged) | maskOf(KeyEventType::keyUp),
+                                                     [this](const KeyEvent& event) {
+                                                         if (event.type == KeyEventType::keyUp)
+                                                             hearPlayer(event);
+                                                         else
+                                                             shiftPressed_ = (event.flags & modifier::shift) != 0;
+                                                         return KeyMonitors::Passing::passOn;
+                                                     })),
+      playerObserver_(needs_.monitors.addGlobalMonitor(maskOf(KeyEventType::keyDown) | maskOf(KeyEventType::keyUp),
+                                                       [this](const KeyEvent& event) { hearPlayer(event); })) {}
+
+ClipboardManager::~ClipboardManager() { thread_->typist.state().wish = End::stopped; }
+
+const KeyMap& ClipboardManager::keyMap() const { return thread_->typist.keyMap(); }
+
+void ClipboardManager::typeString(const std::string& text, Then then) {
+    enqueue({.isText = true, .content = [text] { return text; }, .then = std::move(then)});
 }
 
-ClipboardManager::Missing ClipboardManager::type(const std::string& text) {
-    prepare();
-    const bool whole = post(strokesOfText(keyMap_, text));
-    return {untypableCharacters(keyMap_, text), !whole};
+void ClipboardManager::pressReadableKeys(const std::string& combination, Then then) {
+    enqueue({.content = [combination] { return combination; }, .then = std::move(then)});
 }
 
-ClipboardManager::Missing ClipboardManager::pressReadableKeys(const std::string& combination) {
-    prepare();
-    const bool whole = post(strokesOfReadableKeys(keyMap_, combination));
-    return {unknownParts(keyMap_, combination), !whole};
+void ClipboardManager::typeLater(std::chrono::milliseconds delay, std::function<std::optional<std::string>()> text,
+                                 Then then) {
+    enqueue({.isText = true, .delay = delay, .content = std::move(text), .then = std::move(then)});
 }
 
-void ClipboardManager::prepare() {
-    workspace_.hideAndUnhideWithoutActivation();
+void ClipboardManager::enqueue(Operation operation) {
+    waiting_.push_back(std::move(operation));
+    advance();
+}
+
+void ClipboardManager::advance() {
+    if (underWay_ || waiting_.empty()) return;
+    underWay_ = std::move(waiting_.front());
+    waiting_.pop_front();
+    // Nothing works there now, so nobody misses the last wish.
+    thread_->typist.state().wish = underWay_->dropped;
+    if (underWay_->dropped != End::whole) return complete({.end = underWay_->dropped});
+    if (underWay_->delay.count() == 0) return begin();
+    runThere([delay = underWay_->delay](
+                 Typist& typist) { return typist.wait(delay) ? Typed{} : Typed{.end = typist.state().wish}; },
+             [this](const Typed& waited) { waited.end == End::whole ? begin() : complete(waited); });
+}
+
+void ClipboardManager::begin() {
+    const auto content = underWay_->content();
+    if (!content) return complete({.end = End::focusMoved});
+    needs_.workspace.hideAndUnhideWithoutActivation();
     // Our windows do not hear of a release that happens while another application has the keyboard.
     shiftPressed_ = false;
-    static_cast<void>(workspace_.awaitFocusReturned(focusPatience));
-    if (layout_.refresh()) keyMap_ = KeyMap::learn(layout_);
+    isTyping_ = underWay_->isText;
+    if (isTyping_) ++texts_;
+    // Not the last text's, until there is something to tell of this one.
+    thread_->typist.state().posted = 0;
+    thread_->typist.state().characters = 0;
+    changed_.announce();
+    runThere([isText = underWay_->isText,
+              content = *content](Typist& typist) { return isText ? typist.type(content) : typist.press(content); },
+             [this](const Typed& typed) { complete(typed); });
 }
 
-bool ClipboardManager::post(const std::vector<PostedKey>& strokes) {
-    const auto typing = poster_.beginTyping();
-    bool whole = true;
-    for (const PostedKey& each : strokes) {
-        if (const auto more = poster_.pauseBefore(each); more.count() > 0) pause_.wait(more);
-        const PostVerdict verdict = poster_.post(each);
-        whole = whole && verdict == PostVerdict::posted;
-        // A post that fails ends nothing: the releases behind it must still go out. Unless none can.
-        if (verdict == PostVerdict::lost) return false;
-        pause_.wait(pauseAfterPost);
+void ClipboardManager::runThere(std::function<Typed(Typist&)> work, std::function<void(const Typed&)> here) {
+    {
+        const std::lock_guard lock(thread_->mutex);
+        thread_->works = true;
     }
-    if (const auto more = poster_.pauseAtEnd(); more.count() > 0) pause_.wait(more);
-    return whole;
+    needs_.typingThread.post([thread = thread_, work = std::move(work), here = std::move(here),
+                              &mainThread = needs_.mainThread, alive = std::weak_ptr(alive_)]() mutable {
+        const Typed typed = work(thread->typist);
+        {
+            const std::lock_guard lock(thread->mutex);
+            thread->works = false;
+        }
+        thread->rests.notify_all();
+        mainThread.post([here = std::move(here), typed, alive] {
+            if (!alive.expired()) here(typed);
+        });
+    });
+}
+
+void ClipboardManager::complete(const Typed& typed) {
+    const Operation done = *std::exchange(underWay_, std::nullopt);
+    isTyping_ = false;
+    // What waits was meant for the same window.
+    if (done.isText && typed.end == End::focusMoved) endTexts(End::focusMoved);
+    if (const std::string fault = faultOf(typed, done.isText); !fault.empty() && needs_.say) needs_.say(fault);
+    if (done.then) done.then(typed);
+    changed_.announce();
+    advance();
+}
+
+void ClipboardManager::endTexts(End end) {
+    for (Operation& each : waiting_)
+        if (each.isText && each.dropped == End::whole) each.dropped = end;
+    auto& wish = thread_->typist.state().wish;
+    if (underWay_ && underWay_->isText && wish == End::whole) wish = end;
+}
+
+bool ClipboardManager::finish(std::chrono::milliseconds atMost) {
+    waiting_.clear();
+    thread_->typist.state().wish = End::stopped;
+    std::unique_lock lock(thread_->mutex);
+    return thread_->rests.wait_for(lock, atMost, [this] { return !thread_->works; });
+}
+
+std::optional<ClipboardManager::Progress> ClipboardManager::progress() const {
+    if (!isTyping_) return std::nullopt;
+    const Typist::State& state = thread_->typist.state();
+    return Progress{texts_, state.posted, state.characters};
+}
+
+// What the player types would stand in the middle of the text, and a Return of his would send half of it and make
+// shortcuts of the rest. A text can be typed again. A key that was down before is not typed, and modifiers do no harm.
+void ClipboardManager::hearPlayer(const KeyEvent& event) {
+    if (event.keyCode >= keyCodeCount) return;
+    const bool down = event.type == KeyEventType::keyDown;
+    const bool wasDown = playersKeys_[event.keyCode];
+    playersKeys_[event.keyCode] = down;
+    if (down && !wasDown && isTyping_) endTexts(End::playerTyped);
+}
+
+std::string statusOf(const Typed& typed) { return typed.end == End::whole ? "typed in app" : "stopped"; }
+
+std::string faultOf(const Typed& typed, bool isText) {
+    if (typed.end == End::whole) return {};
+    if (typed.end == End::focusKept) return "the game did not get the focus back: nothing was typed";
+    if (typed.end == End::notAllowed)
+        return "the desktop asks whether Vantor may press keys, and nothing was typed: allow it in the dialog, then "
+               "again";
+    if (!isText) return "the keys were not all pressed: " + reasonOf(typed.end);
+    if (typed.characters == 0) return "nothing was typed: " + reasonOf(typed.end);
+    return "typing ended after " + std::to_string(typed.posted) + " of " + std::to_string(typed.characters) +
+           " characters: " + reasonOf(typed.end);
 }
 
 }  // namespace vantor

@@ -40,9 +40,21 @@ constexpr std::array<EmojiCommand, 28> table = {{
     {"👍", "/yes @", "agree"},
 }};
 
+std::string withoutSelector(std::string_view emoji) {
+    constexpr std::string_view selector = "\uFE0F";
+    return std::string(emoji.ends_with(selector) ? emoji.substr(0, emoji.size() - selector.size()) : emoji);
+}
+
 }  // namespace
 
 std::span<const EmojiCommand> emojiCommands() { return table; }
+
+const EmojiCommand* findEmojiCommand(std::string_view name) {
+    const auto* const found = std::ranges::find_if(table, [&](const EmojiCommand& each) {
+        return each.command == name || withoutSelector(each.id) == withoutSelector(name);
+    });
+    return found == table.end() ? nullptr : found;
+}
 
 std::string emojiUsageKey(const EmojiCommand& command) { return "emoji." + std::string(command.id) + ".time"; }
 

@@ -21,6 +21,8 @@ struct EmojiCommand {
 };
 
 [[nodiscard]] std::span<const EmojiCommand> emojiCommands();
+// By its emoji, with or without the selector of the emoji's look, or by its whole command. Null for any other text.
+[[nodiscard]] const EmojiCommand* findEmojiCommand(std::string_view name);
 
 class EmojiCommands {
 public:
@@ -31,7 +33,7 @@ public:
     [[nodiscard]] bool enabled() const;
     // The most recently used first; the others keep the table's order.
     [[nodiscard]] std::vector<EmojiCommand> ordered() const;
-    // Remembers the moment and types the command into the game's chat. Blocks while it types.
+    // Remembers the moment and types the command into the game's chat.
     void use(const EmojiCommand& command);
 
 private:

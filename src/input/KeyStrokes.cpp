@@ -43,11 +43,19 @@ std::optional<MappedKey> keyOfPart(const KeyMap& map, const QString& part) {
 
 }  // namespace
 
-std::vector<PostedKey> strokesOfText(const KeyMap& map, const std::string& text) {
-    std::vector<PostedKey> strokes;
-    for (const QString& character : graphemes(QString::fromStdString(text)))
+std::vector<std::vector<PostedKey>> strokesOfCharacters(const KeyMap& map, const std::string& text) {
+    std::vector<std::vector<PostedKey>> all;
+    for (const QString& character : graphemes(QString::fromStdString(text))) {
+        auto& strokes = all.emplace_back();
         for (const MappedKeys* keys : keysOfCharacter(map, character)) appendPress(strokes, *keys);
-    return strokes;
+    }
+    return all;
+}
+
+std::vector<PostedKey> strokesOfText(const KeyMap& map, const std::string& text) {
+    std::vector<PostedKey> all;
+    for (const auto& strokes : strokesOfCharacters(map, text)) all.insert(all.end(), strokes.begin(), strokes.end());
+    return all;
 }
 
 std::vector<PostedKey> strokesOfReadableKeys(const KeyMap& map, const std::string& combination) {
@@ -64,12 +72,6 @@ std::vector<PostedKey> strokesOfReadableKeys(const KeyMap& map, const std::strin
     std::vector<PostedKey> strokes;
     appendPress(strokes, keys);
     return strokes;
-}
-
-std::size_t untypableCharacters(const KeyMap& map, const std::string& text) {
-    const auto characters = graphemes(QString::fromStdString(text));
-    return static_cast<std::size_t>(std::count_if(
-        characters.begin(), characters.end(), [&](const QString& each) { return keysOfCharacter(map, each).empty(); }));
 }
 
 std::size_t unknownParts(const KeyMap& map, const std::string& combination) {

@@ -1,9 +1,15 @@
 #pragma once
-// The four windows of the application as its state sees them. Main thread.
+// The windows of the application as its state sees them. Main thread.
 
 namespace vantor {
 
-enum class AppWindowName { main, icon, emoji, watchedEvents };
+enum class AppWindowName {
+    main,
+    icon,
+    emoji,
+    watchedEvents,
+    typing,  // the line that shows how far a long text is; made when it is first wanted
+};
 
 class AppWindow {
 public:

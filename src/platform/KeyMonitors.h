@@ -4,6 +4,8 @@
 
 #include <cstdint>
 #include <functional>
+#include <string>
+#include <vector>
 
 #include "base/Subscription.h"
 #include "platform/Keys.h"
@@ -15,6 +17,15 @@ using KeyEventMask = std::uint32_t;
 [[nodiscard]] constexpr KeyEventMask maskOf(KeyEventType type) {
     return KeyEventMask{1} << static_cast<unsigned>(type);
 }
+
+// A shortcut that a desktop may listen for by itself; which keys it has there is the player's choice.
+struct DesktopShortcut {
+    std::string id;
+    std::string description;
+    std::string trigger;  // what it could be, such as "CTRL+SHIFT+t" (XDG shortcuts); empty for no wish
+
+    bool operator==(const DesktopShortcut&) const = default;
+};
 
 class KeyMonitors {
 public:
@@ -29,6 +40,9 @@ public:
     // Keeps the key together with Command from the application in front until the subscription ends; the monitors hear
     // it all the same. Nothing where the system has no way to.
     [[nodiscard]] virtual Subscription withholdWithCommand(KeyCode) { return {}; }
+    // Has the desktop listen for these where the monitors do not hear every window's keys; once. The ids of those that
+    // are pressed are told for as long as this lives.
+    virtual void offerToDesktop(std::vector<DesktopShortcut>, std::function<void(const std::string& id)>) {}
 };
 
 }  // namespace vantor

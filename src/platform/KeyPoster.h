@@ -1,5 +1,5 @@
 #pragma once
-// Posts single key events to whichever application has the focus. Main thread.
+// Posts single key events to whichever application has the focus. The typing thread.
 
 #include <chrono>
 #include <memory>
@@ -31,6 +31,8 @@ public:
     // nothing were held or locked; its end puts the player's locks back. Null where events carry their own flags. The
     // poster outlives the owner.
     [[nodiscard]] virtual std::unique_ptr<Typing> beginTyping() { return nullptr; }
+    // Whether what is posted arrives at all: a desktop may ask the player first. May wait for a third of a second.
+    [[nodiscard]] virtual bool isAllowed() { return true; }
     // How long this event still has to wait, beside the usual wait behind the one before it.
     [[nodiscard]] virtual std::chrono::microseconds pauseBefore(const PostedKey&) { return {}; }
     // How long after the usual wait the player's own keys could still spoil what was posted last.

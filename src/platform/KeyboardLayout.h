@@ -1,5 +1,6 @@
 #pragma once
-// What the keyboard layout in force makes of a key. Main thread.
+// What the keyboard layout in force makes of a key. Learned from on the main thread, before anything is typed; then the
+// typing thread's.
 
 #include <memory>
 #include <optional>
@@ -26,7 +27,8 @@ public:
     // Modifiers whose changes an application may be slow to see, so that where two keys type the same with as many
     // modifiers the one without these is taken.
     [[nodiscard]] virtual ModifierFlags slowModifiers() const { return 0; }
-    // Reads the layout anew where the keyboard has got another; true then, and what was learned holds no more.
+    // Reads the layout anew where the keyboard has got another; true then, and what was learned holds no more. Never
+    // true where only the main thread may ask.
     [[nodiscard]] virtual bool refresh() { return false; }
 };
 

@@ -1,7 +1,6 @@
 #pragma once
 // The desktop's applications: which one is frontmost, what it is called, and the way back to it. Main thread.
 
-#include <chrono>
 #include <functional>
 #include <optional>
 #include <string>
@@ -32,8 +31,6 @@ public:
     // Hands the keyboard focus to the application that had it before Vantor, with Vantor's windows left in place.
     // Changes nothing when no window of Vantor has the focus. Never waits.
     virtual void hideAndUnhideWithoutActivation() = 0;
-    // Waits until another application has the focus, dispatching nothing meanwhile. False when the time ran out.
-    virtual bool awaitFocusReturned(std::chrono::milliseconds atMost) = 0;
     // As it is at this call.
     [[nodiscard]] virtual PointerHold pointerHold() const = 0;
 };

@@ -15,6 +15,7 @@
 
 #include "ComesTrue.h"
 #include "platform/linux/desktop/XcbOverlayWindows.h"
+#include "platform/linux/desktop/XcbTypingFocus.h"
 #include "platform/linux/desktop/XcbWorkspace.h"
 
 namespace vantor {
@@ -67,6 +68,7 @@ struct Desktop {
     std::unique_ptr<XcbDesktop> server = XcbDesktop::connect();
     XcbWorkspace workspace{XcbDesktop::connect(), [](const std::string&) { return std::nullopt; },
                            static_cast<std::uint32_t>(::getpid())};
+    XcbTypingFocus focus{XcbDesktop::connect(), static_cast<std::uint32_t>(::getpid())};
     XcbOverlayWindows overlays{XcbDesktop::connect()};
 
     static xcb_window_t idOf(const QWidget& window) { return static_cast<xcb_window_t>(window.winId()); }

@@ -17,6 +17,7 @@
 
 #include "ComesTrue.h"
 #include "accounts/AccountsCredentials.h"
+#include "platform/linux/services/Doctor.h"
 #include "platform/linux/services/SecretServiceKeychain.h"
 #include "platform/qt/QtMainThread.h"
 
@@ -287,6 +288,19 @@ TEST_F(StandInKeyringTest, AStartAsksNobodyAndTheFirstSaveUnlocksAndMerges) {
     ASSERT_TRUE(saves(true));
     EXPECT_THAT(service.secrets(), ElementsAre(R"({"amy":"a","bob":"b"})"));
     EXPECT_EQ(service.label, QString());
+}
+
+TEST_F(StandInKeyringTest, TheDiagnosisNamesOneThatHasItsNameAndNeverAnswers) {
+    const auto keyringRow = [](const std::string& name) {
+        for (const Capability& each :
+             examineCapabilities({.webModule = {}, .guardian = {}, .asksServices = true, .keyring = name}))
+            if (each.kind == CapabilityKind::keyring) return each;
+        return Capability{};
+    };
+    EXPECT_TRUE(keyringRow("org.freedesktop.secrets").present);
+    const Capability silent = keyringRow(standIn);  // nobody turns its event loop meanwhile
+    EXPECT_FALSE(silent.present);
+    EXPECT_TRUE(silent.advice.starts_with("keyring does not answer")) << silent.advice;
 }
 
 // The main thread runs on, whatever the service does: it is this one that has to answer.

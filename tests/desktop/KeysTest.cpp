@@ -177,7 +177,8 @@ TEST_F(KeysTest, PostedTextArrivesAndIsToldFromThePlayersPressesOfTheSameKeys) {
     EXPECT_TRUE(record.empty());
     EXPECT_EQ(poster.post({52, 0, true}), PostVerdict::noSuchKey);
     // What never comes back is not taken for a later key of the player's.
-    record.posted(xkey::a, true, PostedKeyRecord::Clock::now() - PostedKeyRecord::lifetime * 2);
+    record.posted(xkey::a, true);
+    record.answered(PostedKeyRecord::Clock::now() - PostedKeyRecord::lifetime * 2);
     EXPECT_EQ(heard(), Events());
     tap(0);
     EXPECT_EQ(heard(), (Events{{keyDown, 0, 0, "a"}, {keyUp, 0, 0, "a"}}));

@@ -239,7 +239,7 @@ TEST_F(WorkspaceTest, WindowsComeWithoutTheFocusAndOnlyTheOverlayTakesItOnAClick
                 const auto states = server->numbers(idOf(*own), server->atoms().netWmState, XCB_ATOM_ATOM);
                 return std::count(states.begin(), states.end(), server->atoms().netWmStateSkipTaskbar) == 1;
             })) << "it stands in the task bar";
-            EXPECT_TRUE(workspace.awaitFocusReturned(30s));
+            EXPECT_TRUE(focus.awaitOther(30s));
             workspace.hideAndUnhideWithoutActivation();  // nothing to hand back
 
             const int before = clicks;
@@ -252,9 +252,9 @@ TEST_F(WorkspaceTest, WindowsComeWithoutTheFocusAndOnlyTheOverlayTakesItOnAClick
                     const WindowManager manager;
                     manager.halt();
                     workspace.hideAndUnhideWithoutActivation();
-                    EXPECT_FALSE(workspace.awaitFocusReturned(50ms)) << "the focus cannot have come back";
+                    EXPECT_FALSE(focus.awaitOther(50ms)) << "the focus cannot have come back";
                 }
-                EXPECT_TRUE(workspace.awaitFocusReturned(30s));
+                EXPECT_TRUE(focus.awaitOther(30s));
                 ASSERT_TRUE(becomesActive(game->window()));
                 EXPECT_TRUE(own->isVisible());
                 overlays.takeFocus(own->winId());
@@ -319,7 +319,7 @@ TEST_F(WorkspaceTest, GivesTheFocusToTheTopmostWindowWhenTheApplicationToReturnT
     ASSERT_TRUE(becomesActive(idOf(*own)));
     game->end();
     workspace.hideAndUnhideWithoutActivation();
-    EXPECT_TRUE(workspace.awaitFocusReturned(30s));
+    EXPECT_TRUE(focus.awaitOther(30s));
     EXPECT_TRUE(becomesActive(notes->window()));
     for (const auto& each : {notes.get(), bottom.get(), hidden.get()}) each->end();
     ASSERT_TRUE(comesTrue([&] { return !isActive(notes->window()) && !isActive(bottom->window()); }));

@@ -407,7 +407,9 @@ def slow_and_dying():
             wait_until(lambda: len(game.typed(before)) > 20)
             game.process.kill()
             wait_until(lambda: not typing.alive())
-            check(typing.end() == 0 and text.startswith(game.typed(before)), "a text goes on when its game dies",
+            check(typing.end() == 1 and text.startswith(game.typed(before)) and re.fullmatch(
+                r"vantor: typing ended after \d+ of 213 characters: another window has the keyboard", "\n".join(typing.lines)),
+                "a text ends when its game dies, and a line says so",
                   (typing.end(), typing.lines, game.typed(before)))
         wait_until(notes.has_focus)
         ask("--type", "{Next}")
@@ -530,8 +532,141 @@ def without_compositor():
         check(shown and desk.settled_pixels(*corner) == scene[corner], "the overlay has no black frame", vantor.windows())
 
 
+def teller(vantor):
+    """Runs a command to the Vantor that runs; what it printed and its status."""
+    def tell(*words):
+        return subprocess.run([ARGUMENTS.vantor, *words], env={**os.environ, **vantor.environment}, capture_output=True, text=True,
+                              timeout=30, check=False)
+    return tell
+
+
+def mid_text():
+    """A text that takes a minute is ended by what a player does, goes nowhere else, and holds up nothing meanwhile."""
+    # Without Shift: the player's is on the same device here, and no key of one device goes down twice.
+    long = "meet at the gate, all of you; " * 100
+    password = "s3cret-" * 20
+    subprocess.run(["secret-tool", "store", "--label=Vantor", "class", "generic-password", "account", "orvendel.Vantor.accounts"],
+                   input=json.dumps({"long": password}), text=True, check=True, timeout=desk.PATIENCE)
+    with desk.WebService() as service, play() as game, desk.clipboard(long), \
+            desk.Vantor(ARGUMENTS.vantor, service.host, FOLDER) as vantor:
+        tell = teller(vantor)
+        ended = []
+
+        def new_line():
+            """The next of Vantor's lines about a text that was not typed whole."""
+            told = [line for line in vantor.lines if line.startswith("vantor: typing ended")]
+            if len(told) == len(ended):
+                return None
+            ended.append(told[len(ended)])
+            return ended[-1]
+
+        def typing(start, text, beginning=20):
+            return wait_until(lambda: len(game.typed(start)) >= beginning and text.startswith(game.typed(start)[:beginning]))
+
+        def ends(act, text, what, begin=lambda: desk.press(*desk.PASTE_KEYS), reason="a key|stopped", are_up=game.keys_are_up):
+            start = len(game.record())
+            begin()
+            under_way = typing(start, text)
+            act()
+            line = wait_until(new_line) or ""
+            found = re.fullmatch(rf"vantor: typing ended after (\d+) of {len(text)} characters: .*({reason}).*", line)
+            count = int(found.group(1)) if found else 0
+            wait_until(lambda: len(game.typed(start)) >= count)
+            typed = game.typed(start)
+            # What ends it may itself be a key that the game gets, before the stroke that was under way.
+            return check(under_way and 20 <= count < len(text) and typed.startswith(text[:count - 2]) and
+                                len(typed) <= count + 2 and wait_until(are_up),
+                                f"{what} ends a text, nothing is down, and a line says how far it came", (line, count, typed[-40:]))
+
+        started(vantor)
+        wait_until(game.has_focus)
+        ends(lambda: desk.press("Escape"), long, "Escape")
+        ends(lambda: desk.press(*desk.HOTKEY), long, "the hotkey")
+        check(wait_until(vantor.overlay_shown) and wait_until(lambda: game.typed().endswith("h")),
+                     "the hotkey opens the overlay as well, camera key included", vantor.windows())
+        desk.press("Escape")
+        wait_until(lambda: not vantor.overlay_shown())
+        ends(lambda: desk.press("x"), long, "a key of the player's")
+        ends(lambda: tell("--stop"), long, "--stop")
+        ends(lambda: tell("--stop"), f"long\t{password}", "--stop", lambda: tell("--fill", "long"))
+        check(not any("s3cret" in line for line in vantor.lines), "the lines hold nothing of a login", vantor.lines)
+
+        others = []
+        # The end of the last key may be the other window's.
+        ends(lambda: others.append(play(window_class="notes", size="300x200")), long,
+             "another window in front", reason="another window", are_up=lambda: True)
+        astray = others[0].typed()
+        others[0].end()
+        check(len(astray) <= 1 and wait_until(game.has_focus), "nothing goes there but the key that was under way", astray)
+
+        # The program goes on while it types.
+        start = len(game.record())
+        desk.press(*desk.PASTE_KEYS)
+        typing(start, long)
+        begin = time.monotonic()
+        shown = tell("--show").returncode == 0 and wait_until(vantor.overlay_shown)
+        x, y, *_ = vantor.overlay()
+        before = desk.settled_pixels(x + 200, y + 60, 300, 60)
+        check(shown and len(game.typed(start)) < 300, "a command opens the overlay in mid-text", time.monotonic() - begin)
+        line = wait_until(lambda: vantor.windows().get("Vantor typing"))
+        check(line and max(before) > 60, "what takes long shows a line over the game", vantor.windows())
+        length = len(game.typed(start))
+        check(wait_until(lambda: len(game.typed(start)) > length + 20) and game.has_focus(), "and the text goes on")
+        tell("--hide")
+        wait_until(new_line)
+        check(wait_until(lambda: "Vantor typing" not in vantor.windows()), "the line goes with the text", vantor.windows())
+        wait_until(lambda: not vantor.overlay_shown())
+
+        # Three in a queue, a stop in the second.
+        start = len(game.record())
+        tell("--emote", "/cry"), tell("--paste"), tell("--emote", "/sit")
+        wait_until(lambda: len(game.typed(start)) > 40)
+        tell("--stop")
+        wait_until(new_line)
+        tell("--emote", "/bow @")
+        whole = wait_until(lambda: game.typed(start).endswith("\r/bow @\r"))
+        typed = game.typed(start)
+        check(whole and typed.startswith("\r/cry\r" + long[:20]) and "/sit" not in typed,
+                     "a stop ends the second of three and drops the third", typed)
+
+        start = len(game.record())
+        desk.press(*desk.PASTE_KEYS)
+        typing(start, long)
+        check(tell("--quit").returncode == 0 and wait_until(lambda: not vantor.alive()) and wait_until(game.keys_are_up),
+                     "--quit in mid-text leaves nothing down", game.record()[-4:])
+
+
+def commands():
+    """What a desktop without hotkeys binds to its own."""
+    with desk.WebService() as service, play() as game, desk.clipboard("one\r\ntwo\x01\t3"), running(service) as vantor:
+        tell = teller(vantor)
+        started(vantor)
+        wait_until(game.has_focus)
+
+        def camera(count, shown):
+            return wait_until(lambda: game.presses(desk.CAMERA_KEY) == count and vantor.overlay_shown() == shown)
+
+        for words, count, shown in (("--toggle", 1, True), ("--toggle", 2, False), ("--hide", 2, False), ("--show", 2, True),
+                                    ("--show", 2, True), ("--hide", 3, False)):
+            check(tell(words).returncode == 0 and camera(count, shown), f"{words}: the overlay and the camera key follow",
+                         (vantor.windows(), game.presses(desk.CAMERA_KEY)))
+        start = len(game.record())
+        pasted = tell("--paste").returncode == 0 and wait_until(lambda: game.typed(start) == "one\rtwo\t3")
+        check(pasted, "--paste types the clipboard, each line end once, no control characters", repr(game.typed(start)))
+        start = len(game.record())
+        for name in ("👋", "/sit"):
+            tell("--emote", name)
+        check(wait_until(lambda: game.typed(start) == "\r/wave @\r\r/sit\r"), "--emote takes an emoji or a command",
+                     game.typed(start))
+        tell("--show")
+        wait_until(vantor.overlay_shown)
+        refused = [tell("--paste"), tell("--emote", "/jump")]
+        check(all(each.returncode == 1 and each.stderr.count("\n") == 1 for each in refused),
+                     "--paste over the open overlay and an unknown emote are refused, one line each", refused)
+
+
 SCENARIOS = (player_keys, opens_once, hotkeys, second_start, chat_links_and_watching, moved_clock, emotes, logins,
-             faults, command_line, slow_and_dying, releases, catalogues, two_monitors, without_compositor)
+             faults, command_line, mid_text, commands, slow_and_dying, releases, catalogues, two_monitors, without_compositor)
 with tempfile.TemporaryDirectory(prefix="vantor-scenarios.") as FOLDER:
     for scenario in SCENARIOS:
         if ARGUMENTS.names and scenario.__name__ not in ARGUMENTS.names:

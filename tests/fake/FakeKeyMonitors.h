@@ -26,6 +26,12 @@ public:
         return Subscription([counted = withheld] { --*counted; });
     }
 
+    void offerToDesktop(std::vector<DesktopShortcut> shortcuts,
+                        std::function<void(const std::string& id)> activated) override {
+        offered = std::move(shortcuts);
+        activate = std::move(activated);
+    }
+
     void pressInGame(const KeyEvent& event) { inGame_.tell(event); }
     // The first that swallows it is the last that hears of it.
     [[nodiscard]] Passing pressInVantor(const KeyEvent& event) {
@@ -38,6 +44,9 @@ public:
     }
 
     std::shared_ptr<int> withheld = std::make_shared<int>(0);  // how often at present
+
+    std::vector<DesktopShortcut> offered;
+    std::function<void(const std::string& id)> activate;  // as the desktop does
 
 private:
     ObserverList<GlobalHandler> inGame_;

@@ -19,6 +19,7 @@ public:
         ++typingsBegun;
         return std::make_unique<Span>(typing);
     }
+    [[nodiscard]] bool isAllowed() override { return allowed; }
     [[nodiscard]] std::chrono::microseconds pauseBefore(const PostedKey& key) override {
         return std::chrono::microseconds(key.keyCode == slowKey ? 30000 : 0);
     }
@@ -36,6 +37,7 @@ public:
     KeyCode slowKey = keyCodeCount;  // none
     int typingsBegun = 0;
     bool typing = false;
+    bool allowed = true;
     int postedOutsideTyping = 0;
 };
 

@@ -1,6 +1,7 @@
 #pragma once
 // Counts the waits instead of waiting. One thread.
 
+#include <functional>
 #include <vector>
 
 #include "platform/Clock.h"
@@ -9,9 +10,13 @@ namespace vantor {
 
 class FakePause final : public Pause {
 public:
-    void wait(std::chrono::microseconds duration) override { waits.push_back(duration); }
+    void wait(std::chrono::microseconds duration) override {
+        waits.push_back(duration);
+        if (atWait) atWait();
+    }
 
     std::vector<std::chrono::microseconds> waits;
+    std::function<void()> atWait;
 };
 
 }  // namespace vantor

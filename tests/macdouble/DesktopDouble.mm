@@ -14,6 +14,9 @@ NSString* const NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification = @"
 @implementation NSRunningApplication
 @synthesize bundleIdentifier = bundleIdentifier_;
 OWNS(bundleIdentifier_)
+- (int)processIdentifier {
+    return [bundleIdentifier_ isEqual:@"orvendel.Vantor"] ? getpid() : int([bundleIdentifier_ hash] % 1000) + 2;
+}
 @end
 
 @implementation NSWorkspace

@@ -5,6 +5,7 @@
 #include <csignal>
 
 #include "Mac.h"
+#include "base/AtOnce.h"
 #include "fake/FakePause.h"
 #include "input/ClipboardManager.h"
 #include "input/ReadableKeyText.h"
@@ -41,7 +42,7 @@ protected:
     KeyboardEvents events;
     EventKeyboardLayout layout{events};
     SharedWorkspace workspace;
-    HidTapKeyPoster poster{events, workspace};
+    HidTapKeyPoster poster{events};
     EventMonitors monitors;
     FakePause pause;
     KeyMonitors::Passing passing = KeyMonitors::Passing::passOn;
@@ -49,7 +50,15 @@ protected:
 };
 
 TEST_F(KeysTest, TypesIntoTheGameWithEventsThatWereMadeBefore) {
-    ClipboardManager typist(layout, poster, monitors, workspace, pause);
+    TaskQueueAtOnce typingThread;
+    MainThreadAtOnce mainThread;
+    std::vector<std::string> said;
+    ClipboardManager typist({.typist = {layout, poster, workspace, pause},
+                             .monitors = monitors,
+                             .workspace = workspace,
+                             .typingThread = typingThread,
+                             .mainThread = mainThread,
+                             .say = [&](const std::string& line) { said.push_back(line); }});
     EXPECT_THAT(*typist.keyMap().find("å"), ElementsAre(MappedKey{0, plain | modifier::option}, MappedKey{61, 0}));
     EXPECT_FALSE(layout.translate(1, plain) || layout.translate(128, plain)) << "keys that give nothing";
     const int made = mac().madeEvents;
@@ -57,7 +66,7 @@ TEST_F(KeysTest, TypesIntoTheGameWithEventsThatWereMadeBefore) {
         // As after a click into the overlay.
         mac().active = true;
         mac().looksUntilHidden = looks;
-        EXPECT_FALSE(typist.type("A\n\xF0\x9F\x98\x80").lost);
+        typist.typeString("A\n\xF0\x9F\x98\x80");
         EXPECT_THAT(done(),
                     ElementsAre("down 56", "down 0 flags 131328", "up 0 flags 131328", "up 56", "down 76", "up 76"));
     }
@@ -69,14 +78,21 @@ TEST_F(KeysTest, TypesIntoTheGameWithEventsThatWereMadeBefore) {
 
     mac().active = true;
     mac().looksUntilHidden = 1'000'000;
-    testing::internal::CaptureStderr();
-    EXPECT_TRUE(typist.type("a").lost);
-    EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::HasSubstr("nothing was typed"));
+    typist.typeString("a");
+    EXPECT_THAT(said, ElementsAre(testing::HasSubstr("nothing was typed")));
     EXPECT_THAT(done(), IsEmpty());
     // The player has gone over by hand.
     mac().active = false;
-    EXPECT_FALSE(typist.pressReadableKeys("⌃ + ⇧ + F1").lost);
+    typist.pressReadableKeys("⌃ + ⇧ + F1");
     EXPECT_THAT(done(), ElementsAre("down 122", "down 56", "down 59", "up 59", "up 56", "up 122"));
+
+    // Another application comes to the front, once it is known that Vantor is not there any more.
+    mac().setFrontmost(ownIdentifier);
+    ASSERT_TRUE(workspace.awaitOther(std::chrono::milliseconds(0)));
+    for (const char* each : {"net.arena.Guild-Wars-2", "org.other"}) {
+        mac().setFrontmost(each);
+        EXPECT_EQ(workspace.isKept(), each != std::string("org.other"));
+    }
 }
 
 TEST_F(KeysTest, MonitorsHearWhatTheyAskedForAndSwallow) {

@@ -13,6 +13,7 @@
 #include "Mac.h"
 #include "app/AppDelegate.h"
 #include "app/SystemCapability.h"
+#include "base/AtOnce.h"
 #include "fake/FakeClock.h"
 #include "fake/FakePause.h"
 #include "fake/FakeScheduler.h"
@@ -68,6 +69,8 @@ protected:
                 pause,
                 scheduler,
                 backend->keychain(),
+                keys.focus,
+                typingThread,
                 [this] { return backend->makeWebPage(); },
                 [] { return std::string("body {}"); },
                 [this](AppWindowName name, AppObserver&) { return std::make_unique<WindowDouble>(name, shown); }},
@@ -77,7 +80,10 @@ protected:
         mac().loopTurns = true;
         (void)mainThread.runAll();
     }
-    static void release(KeyCode keyCode, ModifierFlags flags) { mac().press(kCGEventKeyUp, keyCode, flags, false); }
+    void release(KeyCode keyCode, ModifierFlags flags) {
+        mac().press(kCGEventKeyUp, keyCode, flags, false);
+        (void)mainThread.runAll();
+    }
     void pressAfterTheNextLook() {
         scheduler.advance(std::chrono::seconds(1));
         (void)mainThread.runAll();
@@ -93,6 +99,7 @@ protected:
         return names;
     }
 
+    TaskQueueAtOnce typingThread;
     FakeScheduler scheduler;
     FakeClock clock{0, 0};
     FakePause pause;

@@ -19,9 +19,8 @@ sys.dont_write_bytecode = True
 sys.path.insert(0, str(TOP / "demo"))
 import desk  # noqa: E402
 
-IDENTIFIER = "orvendel.Vantor"
-# The identifier is that of the program on every system, and older than the rule that this name breaks.
-APPSTREAM = ["appstreamcli", "validate", "--no-net", "--override", "cid-desktopapp-is-not-rdns=pedantic"]
+IDENTIFIER = "orvendel.vantor.Vantor"
+APPSTREAM = ["appstreamcli", "validate", "--no-net"]
 # The developer is told twice: AppStream 1.0 finds the older form outdated, and what came before does not know the newer one.
 TOLD_TWICE = {"unknown-tag developer", "developer-name-tag-deprecated"}
 

@@ -1,6 +1,8 @@
 #pragma once
-// The layouts of the machine's XKB list, each with its variants. Plain values, any thread.
+// The layouts of the machine's XKB list, each with its variants. Plain values, any thread; and how the server that
+// DISPLAY names is given one.
 
+#include <QtCore/QProcess>
 #include <algorithm>
 #include <array>
 #include <filesystem>
@@ -81,6 +83,18 @@ inline std::vector<LayoutName> chosenLayouts() {
         {"ch", "", ""},   {"br", "", ""},       {"tr", "", ""},       {"lv", "modern", ""}, {"ca", "multix", ""},
         {"th", "", ""},
     };
+}
+
+// Lists with a comma between, as many variants as layouts.
+[[nodiscard]] inline bool loadLayouts(const std::string& layouts, const std::string& variants,
+                                      const std::string& option) {
+    QProcess loader;
+    loader.start(QStringLiteral("setxkbmap"),
+                 {QStringLiteral("-rules"), QStringLiteral("evdev"), QStringLiteral("-model"), QStringLiteral("pc105"),
+                  QStringLiteral("-layout"), QString::fromStdString(layouts), QStringLiteral("-variant"),
+                  QString::fromStdString(variants), QStringLiteral("-option"), QString(), QStringLiteral("-option"),
+                  QString::fromStdString(option)});
+    return loader.waitForFinished(60000) && loader.exitStatus() == QProcess::NormalExit && loader.exitCode() == 0;
 }
 
 }  // namespace vantor::sweep

@@ -88,7 +88,7 @@ inline Sample everythingOf(const KeyMap& map) {
 inline Sample withLackingOf(const KeyMap& map) {
     std::vector<std::string> lacking;
     std::copy_if(rareTexts.begin(), rareTexts.end(), std::back_inserter(lacking),
-                 [&](const std::string& each) { return untypableCharacters(map, each) > 0; });
+                 [&](const std::string& each) { return strokesOfText(map, each).empty(); });
     const std::vector<std::string> texts = printableOf(map);
     SampleWriter writer;
     for (std::size_t at = 0; at < texts.size(); at += std::max<std::size_t>(1, texts.size() / lettersBetween)) {

@@ -6,13 +6,9 @@
 #include <cstdio>
 #include <optional>
 
-#include "fake/FakeKeyMonitors.h"
-#include "fake/FakeWorkspace.h"
-#include "input/ClipboardManager.h"
 #include "platform/linux/keys/KeyCodes.h"
-#include "platform/linux/keys/XTestKeyPoster.h"
-#include "platform/linux/keys/XkbKeyboardLayout.h"
 #include "sweep/Samples.h"
+#include "sweep/Typist.h"
 
 namespace vantor::sweep {
 
@@ -91,26 +87,6 @@ std::string difference(const std::string& expected, const std::string& arrived) 
 
 }  // namespace
 
-// Vantor's typing as the program wires it, with the focus left where it is. Learns the key map from the keymap and the
-// group in force.
-struct Typist {
-    explicit Typist(Pause& pause) : clipboard(layout, poster, monitors, workspace, pause) {}
-
-    // Waits until the server has done what was posted, as it has long before the next key at the real pace.
-    void settle() const {
-        const auto reply =
-            owned(xcb_get_input_focus_reply(connection.get(), xcb_get_input_focus(connection.get()), nullptr));
-    }
-
-    XConnection connection;
-    XkbKeyboardLayout layout{connection};
-    PostedKeyRecord record;
-    XTestKeyPoster poster{connection, record, layout, {}};
-    FakeKeyMonitors monitors;
-    FakeWorkspace workspace;
-    ClipboardManager clipboard;
-};
-
 void Sweep::run(const LayoutName& layout) {
     std::optional<Groups> loaded;
     std::optional<Typist> typist;
@@ -152,14 +128,7 @@ bool Sweep::load(const LayoutName& layout, const State& state) {
         layouts += ',' + companion;
         variants += ',';
     }
-    QProcess loader;
-    loader.start(QStringLiteral("setxkbmap"),
-                 {QStringLiteral("-rules"), QStringLiteral("evdev"), QStringLiteral("-model"), QStringLiteral("pc105"),
-                  QStringLiteral("-layout"), QString::fromStdString(layouts), QStringLiteral("-variant"),
-                  QString::fromStdString(variants), QStringLiteral("-option"), QString(), QStringLiteral("-option"),
-                  QString::fromStdString(layout.option)});
-    if (!loader.waitForFinished(60000) || loader.exitStatus() != QProcess::NormalExit || loader.exitCode() != 0)
-        return false;
+    if (!loadLayouts(layouts, variants, layout.option)) return false;
     keymap_ = coreKeymap(player_.server());
     if (state.groups == Groups::second) player_.lockGroup(1);
     return keymap_ != nullptr;

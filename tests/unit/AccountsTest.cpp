@@ -276,12 +276,13 @@ TEST_F(StatusMenuTest, AnEmptyStartStaysEmptyAndALockedOneIsFilledOnceItIsOpen) 
 
 // Both sides of the wire, one line each way.
 TEST_F(StatusMenuTest, AnswersWhatAnotherProcessAsksFor) {
-    const RemoteActions actions{[this, toggles = 0]() mutable {
-                                    done.emplace_back("toggle");
-                                    return ++toggles == 1;
+    using What = AskRunning::What;
+    std::optional<Refusal> refusal;
+    std::optional<AskRunning> asked;
+    const RemoteActions actions{[&](const AskRunning& command) {
+                                    asked = command;
+                                    return refusal;
                                 },
-                                [](const std::string& name) { return name != "nobody"; },
-                                [this](const std::string& name) { done.push_back("fill " + name); },
                                 [this] { done.emplace_back("quit"); }};
     const auto ask = [&](const AskRunning& command, const std::optional<RemoteReply>& answer = {}) {
         std::ostringstream errors;
@@ -297,13 +298,22 @@ TEST_F(StatusMenuTest, AnswersWhatAnotherProcessAsksFor) {
             errors);
         return std::to_string(status) + " " + errors.str();
     };
-    using What = AskRunning::What;
-    EXPECT_EQ(ask({What::toggleApp}), "0 ");
-    EXPECT_EQ(ask({What::fill, "a\nb %41\tß"}), "0 ");
-    EXPECT_EQ(ask({What::fill, "nobody"}), "1 vantor: --fill: no account of that name is stored\n");
-    EXPECT_EQ(ask({What::toggleApp}), "1 vantor: --toggle-app: Vantor itself is in front, which is not switched off\n");
+    for (const AskRunning& command :
+         {AskRunning{What::toggleApp}, AskRunning{What::fill, "a\nb %41\tß"}, AskRunning{What::readCatalogue},
+          AskRunning{What::toggle}, AskRunning{What::hide}, AskRunning{What::show}, AskRunning{What::paste},
+          AskRunning{What::emote, "/wave @"}, AskRunning{What::stop}}) {
+        EXPECT_EQ(ask(command), "0 ");
+        EXPECT_EQ(asked, command);
+    }
     EXPECT_EQ(ask({What::quit}), "0 ");
-    EXPECT_THAT(done, ElementsAre("toggle", "fill a\nb %41\tß", "toggle", "quit"));
+    EXPECT_THAT(done, ElementsAre("quit"));
+    refusal = Refusal::unknownName;
+    EXPECT_EQ(ask({What::fill, "nobody"}), "1 vantor: --fill: no account of that name is stored\n");
+    EXPECT_EQ(ask({What::emote, "x"}), "1 vantor: --emote: there is no such emote\n");
+    refusal = Refusal::vantorInFront;
+    EXPECT_EQ(ask({What::toggleApp}), "1 vantor: --toggle-app: Vantor itself is in front, which is not switched off\n");
+    refusal = Refusal::notOverGame;
+    EXPECT_THAT(ask({What::paste}), StartsWith("1 vantor: --paste: nothing is pasted unless"));
     EXPECT_EQ(ask({What::toggleApp}, RemoteReply{}), "1 vantor: no Vantor runs on this display\n");
     EXPECT_EQ(ask({What::quit}, RemoteReply{.running = true}), "1 vantor: the Vantor that runs does not answer\n");
     EXPECT_THAT(ask({What::quit}, RemoteReply{true, answerRequest("open the door", actions).line}),

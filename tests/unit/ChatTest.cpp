@@ -38,25 +38,30 @@ protected:
 TEST_F(ChatTest, AChatLinkIsCopiedOrTypedWithTheReturnsThatTheSettingWants) {
     const std::string link = "[&BNABAAA=]";
     const ChatLinkNeeds needs{manager, pasteboard, defaults};
-    EXPECT_EQ(pressChatLink(link, needs), "copied to clipboard");
+    const auto press = [&](bool shift = false) {
+        std::string shown;
+        pressChatLink(link, needs, shift, [&](const std::string& message) { shown = message; });
+        return shown;
+    };
+    EXPECT_EQ(press(), "copied to clipboard");
     EXPECT_EQ(pasteboard.text(), link);
     // While nothing but a default leaves the returns out, the first time says so.
-    for (const char* said : {"typed without ENTER; switch it in Settings", "typed in app"})
-        EXPECT_EQ(pressChatLink(link, needs, true), said);
+    for (const char* message : {"typed without ENTER; switch it in Settings", "typed in app"})
+        EXPECT_EQ(press(true), message);
     (void)typed();
     defaults.put(settings::enableChatLinkReturnKey, true);
-    EXPECT_EQ(pressChatLink(link, needs), "copied to clipboard");
+    EXPECT_EQ(press(), "copied to clipboard");
     EXPECT_EQ(pasteboard.text(), "\n" + link + "\n");
     EXPECT_EQ(typed(), "");
 
     pasteboard.setText("the player's");
     holdShift(true);
-    EXPECT_EQ(pressChatLink(link, needs), "typed in app");
+    EXPECT_EQ(press(), "typed in app");
     const std::string withReturns = typed();
     EXPECT_TRUE(withReturns.starts_with("⏎") && withReturns.ends_with("⏎")) << withReturns;
     defaults.put(settings::enableChatLinkReturnKey, false);
     holdShift(true);
-    EXPECT_EQ(pressChatLink(link, needs), "typed in app");
+    EXPECT_EQ(press(), "typed in app");
     EXPECT_EQ("⏎" + typed() + "⏎", withReturns);
     EXPECT_EQ(pasteboard.text(), "the player's");
 

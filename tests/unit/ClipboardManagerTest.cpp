@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 
 #include "fake/FakeKeyboardLayout.h"
+#include "input/PastedText.h"
 #include "platform/linux/keys/XkbKeyboardLayout.h"
 #include "unit/Typing.h"
 
@@ -13,9 +14,10 @@ namespace {
 
 using namespace modifier;
 using namespace std::chrono_literals;
-using Missing = ClipboardManager::Missing;
+using End = Typed::End;
 using Waits = std::vector<std::chrono::microseconds>;
 using testing::ElementsAre;
+using testing::HasSubstr;
 
 // "56↓ 0↓/131328 0↑/131328 56↑": code and direction, and the flags where there are any; "@1" in another layout.
 std::string written(FakeKeyPoster& poster) {
@@ -32,13 +34,16 @@ class ClipboardManagerTest : public testing::Test, protected Typing<XkbKeyboardL
 protected:
     ClipboardManagerTest() : Typing("us", "") {}
     std::string typed(const std::string& text) {
-        EXPECT_EQ(manager.typeString(text), "typed in app");
+        manager.typeString(text, then);
         return written(poster);
     }
     std::string pressed(const std::string& combination) {
-        (void)manager.pressReadableKeys(combination);
+        manager.pressReadableKeys(combination, then);
         return written(poster);
     }
+
+    Typed last;
+    const ClipboardManager::Then then = [this](const Typed& done) { last = done; };
 };
 
 TEST_F(ClipboardManagerTest, TypesEachCharacterWithItsModifiersAround) {
@@ -59,7 +64,12 @@ TEST_F(ClipboardManagerTest, TypesEachCharacterWithItsModifiersAround) {
          "b",
          "0↓/256 0↑/256 11↓/256 11↑/256"},
     };
-    for (const auto& [text, strokes] : rows) EXPECT_EQ(typed(text), strokes) << text;
+    for (const auto& [text, strokes] : rows) {
+        EXPECT_EQ(typed(text), strokes) << text;
+        EXPECT_EQ(statusOf(last), "typed in app");
+    }
+    // Of what is pasted no control character is left that would press a shortcut, and a line ends once.
+    EXPECT_EQ(pastedText("a\r\nb\rc\n\x01\td\x7f\u0085"), "a\nb\rc\n\td");
 }
 
 TEST_F(ClipboardManagerTest, PressesTheNamedKeyFirstAndItsModifiersAfterIt) {
@@ -82,21 +92,27 @@ TEST_F(ClipboardManagerTest, PressesTheNamedKeyFirstAndItsModifiersAfterIt) {
 struct ClipboardManagerLayout : testing::Test, Typing<FakeKeyboardLayout> {};
 
 TEST_F(ClipboardManagerLayout, TypesByCodePointsInEachKeysLayoutLearnsAnewAndCountsWhatIsMissing) {
+    std::size_t unknown = 0;
+    const auto then = [&](const Typed& done) { unknown = done.unknown; };
     layout.keys = {{{1, 0}, "\u0915"}, {{2, 0}, "\u093f"}};
     layout.otherKeys = {{{{3, 0}, "h"}, {{4, shift}, "["}}};
     layout.isAnother = true;
-    EXPECT_EQ(manager.type("\u0915\u093f[q🙂\r\n"), (Missing{3, false}));
+    manager.typeString("\u0915\u093f[q🙂\r\n", then);
+    EXPECT_EQ(unknown, 3U);
     EXPECT_EQ(written(poster), "1↓/256 1↑/256 2↓/256 2↑/256 56↓@1 4↓/131328@1 4↑/131328@1 56↑@1");
-    EXPECT_EQ(manager.pressReadableKeys("⌘ + ⌃ + H"), (Missing{1, false}));
+    manager.pressReadableKeys("⌘ + ⌃ + H", then);
+    EXPECT_EQ(unknown, 1U);
     EXPECT_EQ(written(poster), "3↓/256@1 59↓@1 59↑@1 3↑/256@1");
     layout.keys = {{{5, 0}, "q"}};
-    EXPECT_EQ(manager.type("q"), (Missing{1, false})) << "not learned anew without a reason";
+    manager.typeString("q", then);
+    EXPECT_EQ(unknown, 1U) << "not learned anew without a reason";
     layout.isAnother = true;
-    EXPECT_EQ(manager.type("q"), (Missing{0, false}));
+    manager.typeString("q", then);
+    EXPECT_EQ(unknown, 0U);
 
     pause.waits.clear();
     poster.slowKey = 5;
-    (void)manager.type("q");
+    manager.typeString("q");
     EXPECT_EQ(pause.waits, (Waits{30ms, 8ms, 30ms, 8ms}));
 }
 
@@ -106,23 +122,107 @@ TEST_F(ClipboardManagerTest, PostsAfterTheFocusWaitInOneTypingWithAWaitAfterEach
     poster.atPost = [&] { callsAtPost.push_back(workspace.calls.size()); };
     poster.failAt = 2;
     EXPECT_EQ(typed("A"), "56↓ 0↓/131328 0↑/131328 56↑") << "the releases behind a failed post go out";
+    EXPECT_TRUE(last.refused);
     EXPECT_THAT(workspace.calls, ElementsAre("hide and unhide", "await focus 250"));
     EXPECT_THAT(callsAtPost, ElementsAre(2, 2, 2, 2));
     EXPECT_EQ(pause.waits, Waits(4, 8ms));
-    workspace.focusReturns = false;  // types all the same
-    EXPECT_EQ(pressed("⇧"), "56↓ 56↑");
     EXPECT_EQ(typed(""), "");
-    EXPECT_EQ(workspace.calls.size(), 6U) << "an empty text hands the focus back as well";
-    EXPECT_EQ(poster.typingsBegun, 3);
+    EXPECT_EQ(workspace.calls.size(), 4U) << "an empty text hands the focus back as well";
+    EXPECT_EQ(poster.typingsBegun, 2);
+    EXPECT_THAT(said, ElementsAre());
+
+    // Where the keyboard would be Vantor's own, or nobody's.
+    workspace.focusReturns = false;
+    EXPECT_EQ(pressed("⇧") + typed("a"), "");
+    EXPECT_EQ(statusOf(last), "stopped");
+    workspace.focusReturns = true;
+    poster.allowed = false;
+    EXPECT_EQ(typed("a"), "");
+    poster.allowed = true;
+    EXPECT_THAT(said, ElementsAre(HasSubstr("focus back"), HasSubstr("focus back"), HasSubstr("dialog")));
 
     poster.failure = PostVerdict::lost;
     poster.failAt = 2;
     pause.waits.clear();
-    EXPECT_EQ(manager.type(std::string(1000, 'a')), (Missing{0, true}));
+    manager.typeString(std::string(1000, 'a'), then);
+    EXPECT_EQ(last, (Typed{End::lost, 1, 1000, 0, true}));
     EXPECT_EQ(poster.posted.size(), 2U);
     EXPECT_EQ(pause.waits.size(), 1U) << "nobody waits for keys that go nowhere";
     EXPECT_EQ(poster.postedOutsideTyping, 0);
     EXPECT_FALSE(poster.typing);
+}
+
+TEST_F(ClipboardManagerTest, EndsBeforeTheNextStrokeLeavesNothingDownAndSaysHowFarItCame) {
+    const KeyEvent walking{KeyEventType::keyDown, 13, 0, "w"};
+    const KeyEvent typing{KeyEventType::keyDown, 4, 0, "h"};
+    struct {
+        const char* reason;
+        std::function<void()> happens;
+    } const ways[] = {
+        {"stopped", [this] { manager.stop(); }},
+        {"another window has the keyboard", [this] { workspace.focusMoves = [] { return true; }; }},
+        {"you pressed a key", [&] { monitors.pressInGame(typing); }},
+    };
+    const std::pair<std::size_t, const char*> rows[] = {
+        {1, "0↓/256 0↑/256"}, {2, "0↓/256 0↑/256"}, {3, "0↓/256 0↑/256 56↓ 56↑"}};
+    for (const auto& way : ways)
+        for (const auto& [moment, strokes] : rows) {
+            SCOPED_TRACE(std::string(way.reason) + " at " + std::to_string(moment));
+            said.clear();
+            workspace.focusMoves = nullptr;
+            monitors.pressInGame({KeyEventType::keyUp, 4, 0, "h"});
+            monitors.pressInGame(walking);
+            poster.atPost = [&] {
+                monitors.pressInGame(walking);  // repeats
+                if (poster.posted.size() == moment) way.happens();
+            };
+            EXPECT_EQ(typed("aBc"), strokes);
+            EXPECT_EQ(statusOf(last), "stopped");
+            EXPECT_THAT(said, ElementsAre(std::string("typing ended after 1 of 3 characters: ") + way.reason));
+        }
+    // A combination is pressed whole, whatever the player does.
+    poster.atPost = [&] { monitors.pressInGame(typing), manager.stop(); };
+    workspace.focusMoves = nullptr;
+    EXPECT_EQ(pressed("⇧ + F1"), "122↓ 56↓ 56↑ 122↑");
+}
+
+TEST_F(ClipboardManagerTest, WhatWaitsFollowsInOrderAndAStopTakesTheTextsThatWaitWithIt) {
+    std::vector<std::string> order;
+    const auto tell = [&](const std::string& name) {
+        return [&order, name](const Typed& done) { order.push_back(name + " " + statusOf(done)); };
+    };
+    poster.atPost = [&] {
+        if (poster.posted.size() == 1) {
+            manager.typeLater(100ms, [] { return std::string("bb"); }, tell("second"));
+            manager.typeString("c", tell("third"));
+            manager.pressReadableKeys("F1", tell("camera"));
+        }
+        if (poster.posted.size() == 3) manager.stop();
+    };
+    manager.typeString("a", tell("first"));
+    EXPECT_EQ(written(poster), "0↓/256 0↑/256 11↓/256 11↑/256 122↓ 122↑");
+    EXPECT_THAT(order, ElementsAre("first typed in app", "second stopped", "third stopped", "camera typed in app"));
+    EXPECT_FALSE(manager.isBusy());
+    poster.atPost = nullptr;
+
+    // What waits when another window gets the keyboard was not meant for that one.
+    workspace.focusMoves = [left = 2]() mutable { return --left == 0; };
+    poster.atPost = [&] { manager.typeString("d"); };
+    EXPECT_EQ(typed("ab"), "0↓/256 0↑/256");
+    workspace.focusMoves = nullptr;
+    poster.atPost = nullptr;
+    manager.typeLater(1ms, [] { return std::nullopt; }, then);
+    EXPECT_EQ(last.end, End::focusMoved);
+    EXPECT_EQ(written(poster), "");
+
+    // Nothing comes after a stop within the delay.
+    pause.atWait = [&] { manager.stop(); };
+    bool asked = false;
+    manager.typeLater(600ms, [&] { return asked = true, std::string("d"); });
+    EXPECT_FALSE(asked);
+    EXPECT_EQ(written(poster), "");
+    pause.atWait = nullptr;
+    EXPECT_EQ(typed("d"), "2↓/256 2↑/256") << "the next one is typed";
 }
 
 TEST_F(ClipboardManagerTest, KnowsShiftFromVantorsOwnWindowsUntilItTypes) {

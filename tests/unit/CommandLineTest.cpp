@@ -71,6 +71,12 @@ TEST(CommandLine, IsReadIntoOneCommand) {
         {{"--quit"}, AskRunning{AskRunning::What::quit}},
         {{"--fill", "-"}, AskRunning{AskRunning::What::fill}},  // from standard input
         {{"--fill="}, AskRunning{AskRunning::What::fill, ""}},
+        {{"--toggle"}, AskRunning{AskRunning::What::toggle}},
+        {{"--hide"}, AskRunning{AskRunning::What::hide}},
+        {{"--show"}, AskRunning{AskRunning::What::show}},
+        {{"--paste"}, AskRunning{AskRunning::What::paste}},
+        {{"--emote", "👋"}, AskRunning{AskRunning::What::emote, "👋"}},
+        {{"--stop"}, AskRunning{AskRunning::What::stop}},
         {{"--set", "api.key=-", "--set=timer.isTimer=true", "--set", "events.watching=a=b"},
          ChangeSettings{{{"api.key", std::nullopt}, {"timer.isTimer", "true"}, {"events.watching", "a=b"}}}},
     };

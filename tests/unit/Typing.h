@@ -1,6 +1,7 @@
 #pragma once
 // Everything that types and presses, on a desktop that writes down what it is told.
 
+#include "base/AtOnce.h"
 #include "fake/FakeKeyMonitors.h"
 #include "fake/FakeKeyPoster.h"
 #include "fake/FakePause.h"
@@ -23,7 +24,15 @@ struct Typing {
     FakeKeyMonitors monitors;
     FakeWorkspace workspace;
     FakePause pause;
-    ClipboardManager manager{layout, poster, monitors, workspace, pause};
+    TaskQueueAtOnce typingThread;
+    MainThreadAtOnce typingMainThread;
+    std::vector<std::string> said;
+    ClipboardManager manager{{.typist = {layout, poster, workspace, pause},
+                              .monitors = monitors,
+                              .workspace = workspace,
+                              .typingThread = typingThread,
+                              .mainThread = typingMainThread,
+                              .say = [this](const std::string& line) { said.push_back(line); }}};
 };
 
 }  // namespace vantor

@@ -13,6 +13,7 @@
 #include "app/view/MainWindow.h"
 #include "app/view/TabPositions.h"
 #include "app/view/ViewWindows.h"
+#include "base/AtOnce.h"
 #include "browser/LazyWebPage.h"
 #include "fake/FakeClock.h"
 #include "fake/FakeDefaults.h"
@@ -113,6 +114,8 @@ protected:
                 pause,
                 scheduler,
                 keychain,
+                workspace,
+                typingThread,
                 [this] {
                     auto made = std::make_unique<LazyWebPage>([this]() -> std::unique_ptr<WebEngine> {
                         return engineIsMissing ? nullptr : std::make_unique<RecordedEngine>(asked);
@@ -166,6 +169,7 @@ protected:
     }
     // The keys that went down since the last call, in order.
     std::vector<KeyCode> typed() {
+        mainThread.runAll();
         std::vector<KeyCode> codes;
         for (const PostedKey& key : std::exchange(poster.posted, {}))
             if (key.down) codes.push_back(key.keyCode);
@@ -185,6 +189,7 @@ protected:
     FakeKeychain keychain;
     FakePasteboard pasteboard;
     FakePause pause;
+    TaskQueueAtOnce typingThread;
     FakeScreens screens;
     FakeScheduler scheduler;
     RecordedNature natures;

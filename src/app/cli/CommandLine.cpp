@@ -26,6 +26,12 @@ enum class Id {
     set,
     get,
     doctor,
+    toggle,
+    hide,
+    show,
+    paste,
+    emote,
+    stop,
     toggleApp,
     fill,
     quit,
@@ -65,6 +71,12 @@ constexpr std::array options{
            "press the keys of TEXT, a stored hotkey; - reads standard input"},
     Option{Id::set, Role::command, "--set", "KEY=VALUE", "store a setting (repeatable); KEY=- reads standard input"},
     Option{Id::get, Role::command, "--get", "KEY", "print a stored setting; status 1 if it is unset"},
+    Option{Id::toggle, Role::command, "--toggle", "", "ask the Vantor that runs to do what its hotkey does"},
+    Option{Id::hide, Role::command, "--hide", "", "ask it to do what Escape does"},
+    Option{Id::show, Role::command, "--show", "", "ask it to show its overlay, as the floating icon does"},
+    Option{Id::paste, Role::command, "--paste", "", "ask it to type the clipboard into the game, as the shortcut does"},
+    Option{Id::emote, Role::command, "--emote", "TEXT", "ask it to type an emote into the game, by emoji or command"},
+    Option{Id::stop, Role::command, "--stop", "", "ask it to stop typing"},
     Option{Id::toggleApp, Role::command, "--toggle-app", "",
            "ask the Vantor that runs to allow its overlay on the current application, or no longer"},
     Option{Id::fill, Role::command, "--fill", "NAME",
@@ -154,6 +166,7 @@ private:
             case Id::press:
             case Id::get:
             case Id::fill:
+            case Id::emote:
             case Id::checkCatalogue:
                 text_ = operand;
                 break;
@@ -238,6 +251,18 @@ private:
                 return ChangeSettings{changes_};
             case Id::get:
                 return PrintSetting{text_};
+            case Id::toggle:
+                return AskRunning{AskRunning::What::toggle};
+            case Id::hide:
+                return AskRunning{AskRunning::What::hide};
+            case Id::show:
+                return AskRunning{AskRunning::What::show};
+            case Id::paste:
+                return AskRunning{AskRunning::What::paste};
+            case Id::emote:
+                return AskRunning{AskRunning::What::emote, text_};
+            case Id::stop:
+                return AskRunning{AskRunning::What::stop};
             case Id::toggleApp:
                 return AskRunning{AskRunning::What::toggleApp};
             case Id::fill:

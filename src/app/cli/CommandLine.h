@@ -79,9 +79,9 @@ struct PrintSetting {
 
 // Something for the Vantor that runs already.
 struct AskRunning {
-    enum class What { toggleApp, fill, readCatalogue, quit };
+    enum class What { toggleApp, fill, readCatalogue, quit, toggle, hide, show, paste, emote, stop };
     What what = What::toggleApp;
-    std::optional<std::string> username{};  // with fill
+    std::optional<std::string> text{};  // with fill, an account's name; with emote, its emoji or its command
 
     bool operator==(const AskRunning&) const = default;
 };

@@ -8,6 +8,7 @@
 #include "app/cli/DoctorCommand.h"
 #include "app/cli/SettingsCommand.h"
 #include "app/cli/TimelineCommand.h"
+#include "base/AtOnce.h"
 #include "catalogue/CatalogueWords.h"
 #include "input/ClipboardManager.h"
 #include "input/KeyMap.h"
@@ -52,10 +53,14 @@ public:
         return layout ? print(keyMapJson(KeyMap::learn(*layout)) + "\n") : unavailableStatus;
     }
     std::optional<int> operator()(const TypeText& command) const {
-        return act([text = given(command.text)](ClipboardManager& keys) { return keys.type(text); });
+        return act([text = given(command.text)](ClipboardManager& keys, const ClipboardManager::Then& then) {
+            keys.typeString(text, then);
+        });
     }
     std::optional<int> operator()(const PressText& command) const {
-        return act([text = given(command.text)](ClipboardManager& keys) { return keys.pressReadableKeys(text); });
+        return act([text = given(command.text)](ClipboardManager& keys, const ClipboardManager::Then& then) {
+            keys.pressReadableKeys(text, then);
+        });
     }
     std::optional<int> operator()(const ChangeSettings& command) const {
         return runChangeSettings(command, *needs_.makeDefaults(), needs_.in, needs_.err);
@@ -64,7 +69,7 @@ public:
         return runPrintSetting(command, *needs_.makeDefaults(), needs_.out, needs_.err);
     }
     std::optional<int> operator()(AskRunning command) const {
-        if (command.what == AskRunning::What::fill) command.username = given(command.username);
+        if (command.what == AskRunning::What::fill) command.text = given(command.text);
         return runAskRunning(command, needs_.askRunning, needs_.err);
     }
 
@@ -82,15 +87,23 @@ private:
         const auto typing = needs_.makeTyping();
         if (!typing) return unavailableStatus;
         const TypingServices services = typing->typing();
-        ClipboardManager clipboardManager(services.layout, services.poster, services.monitors, services.workspace,
-                                          needs_.pause);
-        const ClipboardManager::Missing missing = operation(clipboardManager);
-        if (missing.unknown > 0)
-            needs_.err << "vantor: the keyboard layout has no key for " << missing.unknown
+        TaskQueueAtOnce here;
+        MainThreadAtOnce after;
+        ClipboardManager clipboardManager(
+            {.typist = {services.layout, services.poster, services.focus, needs_.pause},
+             .monitors = services.monitors,
+             .workspace = services.workspace,
+             .typingThread = here,
+             .mainThread = after,
+             .say = [this](const std::string& line) { needs_.err << "vantor: " << line << "\n"; }});
+        Typed typed;
+        operation(clipboardManager, [&typed](const Typed& done) { typed = done; });
+        if (typed.unknown > 0)
+            needs_.err << "vantor: the keyboard layout has no key for " << typed.unknown
                        << " of what was to be typed\n";
-        if (!missing.lost) return 0;
-        needs_.err << "vantor: the keyboard did not take every key, so what was to be typed is not whole\n";
-        return unavailableStatus;
+        if (typed.end == Typed::End::whole && typed.refused)
+            needs_.err << "vantor: the keyboard did not take every key, so what was to be typed is not whole\n";
+        return typed.end == Typed::End::whole && !typed.refused ? 0 : unavailableStatus;
     }
 
     const CommandNeeds& needs_;

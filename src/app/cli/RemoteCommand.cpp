@@ -1,55 +1,85 @@
 #include "app/cli/RemoteCommand.h"
 
 #include <QtCore/QByteArray>
+#include <algorithm>
+#include <array>
 #include <ostream>
+#include <string_view>
 
 namespace vantor {
 
 namespace {
 
-const std::string done = "done";
-const std::string unknownName = "unknown name";
-const std::string ownInFront = "Vantor in front";
-const std::string unknownRequest = "unknown request";
-const std::string fillWord = "fill ";
+using What = AskRunning::What;
+
+struct Request {
+    What what;
+    std::string_view word;
+    bool hasText = false;
+};
+constexpr std::array requests{
+    Request{What::toggleApp, "toggle-app"},
+    Request{What::fill, "fill", true},
+    Request{What::readCatalogue, "read-catalogue"},
+    Request{What::quit, "quit"},
+    Request{What::toggle, "toggle"},
+    Request{What::hide, "hide"},
+    Request{What::show, "show"},
+    Request{What::paste, "paste"},
+    Request{What::emote, "emote", true},
+    Request{What::stop, "stop"},
+};
+
+constexpr std::string_view done = "done";
+constexpr std::string_view unknownRequest = "unknown request";
+
+struct RefusalWords {
+    Refusal refusal;
+    std::string_view line;
+    // For whom: the same refusal is told in other words to another command.
+    What what;
+    std::string_view sentence;
+};
+constexpr std::array refusals{
+    RefusalWords{Refusal::unknownName, "unknown name", What::fill, "--fill: no account of that name is stored"},
+    RefusalWords{Refusal::unknownName, "unknown name", What::emote, "--emote: there is no such emote"},
+    RefusalWords{Refusal::vantorInFront, "Vantor in front", What::toggleApp,
+                 "--toggle-app: Vantor itself is in front, which is not switched off"},
+    RefusalWords{Refusal::notOverGame, "not over a game", What::paste,
+                 "--paste: nothing is pasted unless the game is in front, the overlay closed and pasting switched on"},
+    RefusalWords{Refusal::notOverGame, "not over a game", What::emote,
+                 "--emote: no application is in front on which Vantor is enabled"},
+};
 
 }  // namespace
 
 std::string requestLine(const AskRunning& command) {
-    switch (command.what) {
-        case AskRunning::What::toggleApp:
-            return "toggle-app";
-        case AskRunning::What::fill:
-            return fillWord +
-                   QByteArray::fromStdString(command.username.value_or("")).toPercentEncoding().toStdString();
-        case AskRunning::What::readCatalogue:
-            return "read-catalogue";
-        case AskRunning::What::quit:
-            break;
-    }
-    return "quit";
+    const Request& request = *std::ranges::find(requests, command.what, &Request::what);
+    std::string line(request.word);
+    if (request.hasText)
+        line += " " + QByteArray::fromStdString(command.text.value_or("")).toPercentEncoding().toStdString();
+    return line;
 }
 
 std::optional<AskRunning> parseRequest(const std::string& line) {
-    if (line == "toggle-app") return AskRunning{AskRunning::What::toggleApp};
-    if (line == "read-catalogue") return AskRunning{AskRunning::What::readCatalogue};
-    if (line == "quit") return AskRunning{AskRunning::What::quit};
-    if (!line.starts_with(fillWord)) return std::nullopt;
-    return AskRunning{
-        AskRunning::What::fill,
-        QByteArray::fromPercentEncoding(QByteArray::fromStdString(line.substr(fillWord.size()))).toStdString()};
+    const auto space = line.find(' ');
+    const auto* const request = std::ranges::find(requests, line.substr(0, space), &Request::word);
+    if (request == requests.end() || request->hasText != (space != std::string::npos)) return std::nullopt;
+    if (!request->hasText) return AskRunning{request->what};
+    return AskRunning{request->what,
+                      QByteArray::fromPercentEncoding(QByteArray::fromStdString(line.substr(space + 1))).toStdString()};
 }
 
 int runAskRunning(const AskRunning& command, const std::function<RemoteReply(const std::string& line)>& ask,
                   std::ostream& errors) {
     const RemoteReply reply = ask(requestLine(command));
     if (reply.line == done) return 0;
+    const auto* const refused = std::ranges::find_if(
+        refusals, [&](const RefusalWords& each) { return reply.line == each.line && command.what == each.what; });
     if (!reply.running)
         errors << "vantor: no Vantor runs on this display\n";
-    else if (reply.line == unknownName)
-        errors << "vantor: --fill: no account of that name is stored\n";
-    else if (reply.line == ownInFront)
-        errors << "vantor: --toggle-app: Vantor itself is in front, which is not switched off\n";
+    else if (refused != refusals.end())
+        errors << "vantor: " << refused->sentence << "\n";
     else if (reply.line == unknownRequest)
         errors << "vantor: the Vantor that runs is another version and does not know this command\n";
     else
@@ -59,22 +89,11 @@ int runAskRunning(const AskRunning& command, const std::function<RemoteReply(con
 
 RemoteAnswer answerRequest(const std::string& line, const RemoteActions& actions) {
     const auto command = parseRequest(line);
-    if (!command) return {.line = unknownRequest};
-    switch (command->what) {
-        case AskRunning::What::toggleApp:
-            if (!actions.toggleApp()) return {.line = ownInFront};
-            break;
-        case AskRunning::What::fill:
-            if (!actions.isAccount(*command->username)) return {.line = unknownName};
-            actions.fillCredentials(*command->username);
-            break;
-        case AskRunning::What::readCatalogue:
-            actions.readCatalogue();
-            break;
-        case AskRunning::What::quit:
-            return {.line = done, .afterwards = actions.quit};
-    }
-    return {.line = done};
+    if (!command) return {.line = std::string(unknownRequest)};
+    if (command->what == What::quit) return {.line = std::string(done), .afterwards = actions.quit};
+    const auto refusal = actions.act(*command);
+    if (!refusal) return {.line = std::string(done)};
+    return {.line = std::string(std::ranges::find(refusals, *refusal, &RefusalWords::refusal)->line)};
 }
 
 }  // namespace vantor

@@ -24,16 +24,15 @@ struct RemoteReply {
                                 const std::function<RemoteReply(const std::string& line)>& ask, std::ostream& errors);
 
 // The running side.
-struct RemoteActions {
-    std::function<bool()> toggleApp;  // false: Vantor itself is in front
-    std::function<bool(const std::string& username)> isAccount;
-    std::function<void(const std::string& username)> fillCredentials;
-    std::function<void()> quit;
-    std::function<void()> readCatalogue{};
-};
 struct RemoteAnswer {
     std::string line;
     std::function<void()> afterwards{};  // once the line is on its way
+};
+// Does what is asked and says what has become of it: nothing where it is done, else one of the refusals below.
+enum class Refusal { unknownName, vantorInFront, notOverGame };
+struct RemoteActions {
+    std::function<std::optional<Refusal>(const AskRunning& command)> act;
+    std::function<void()> quit;
 };
 [[nodiscard]] RemoteAnswer answerRequest(const std::string& line, const RemoteActions& actions);
 

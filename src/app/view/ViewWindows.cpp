@@ -11,6 +11,7 @@
 #include "app/view/IconWindow.h"
 #include "app/view/MainWindow.h"
 #include "app/view/TabPages.h"
+#include "app/view/TypingLineView.h"
 #include "data/SettingKeys.h"
 #include "input/view/EmojiCommandsView.h"
 #include "timers/view/WatchedEventsView.h"
@@ -22,6 +23,7 @@ namespace {
 constexpr int iconSize = 32;
 constexpr int emojiLeft = 36;  // beside the icon
 constexpr int bubbleLeft = 34;
+constexpr int typingTop = 8;
 
 QRect toolkitRect(const Rect& rect) { return {rect.x, rect.y, rect.width, rect.height}; }
 
@@ -232,6 +234,27 @@ std::unique_ptr<AppWindow> ViewWindows::make(AppWindowName name, AppObserver& ap
                 return window;
             });
         }
+        case AppWindowName::typing:
+            return std::make_unique<ViewWindow>(
+                needs_.overlayWindows, needs_.screens,
+                [&appObserver, prepare] {
+                    auto window = std::make_unique<FloatWindow>(QStringLiteral("Vantor typing"), QSize(1, iconSize),
+                                                                false, prepare(WindowNature::nonActivating));
+                    // It lies where the player aims.
+                    window->setWindowFlag(Qt::WindowTransparentForInput);
+                    FloatWindow& host = *window;
+                    auto* const line = new TypingLineView(
+                        appObserver.clipboardManager(), [&host](QSize size) { host.fit(size); }, &host);
+                    host.setContent(line);
+                    host.onWanted([line](bool wanted) { line->setFollowing(wanted); });
+                    return window;
+                },
+                [this](OverlayWindow& window) {
+                    const std::vector<Screen> all = needs_.screens.all();
+                    const QRect game = toolkitRect(screenOf(needs_.screens.frontmostWindow(), all).frame);
+                    const int width = TypingLineView::longest().width();
+                    static_cast<FloatWindow&>(window).standAt({game.center().x() - width / 2, game.top() + typingTop});
+                });
     }
     return nullptr;
 }

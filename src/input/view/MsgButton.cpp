@@ -20,9 +20,9 @@ MsgButton::MsgButton(std::function<void()> action, const QString& message, QStri
                      QWidget* parent)
     : StatusButton(
           scheduler,
-          [action = std::move(action), message] {
+          [action = std::move(action), message](const Show& show) {
               action();
-              return message;
+              show(message);
           },
           parent),
       content_(std::move(content)) {

@@ -1,5 +1,6 @@
 #include "input/view/StatusButton.h"
 
+#include <QtCore/QPointer>
 #include <QtGui/QFontMetrics>
 #include <QtGui/QPainter>
 #include <algorithm>
@@ -21,7 +22,7 @@ constexpr int messageGap = 6;
 
 }  // namespace
 
-StatusButton::StatusButton(Scheduler& scheduler, std::function<QString()> press, QWidget* parent)
+StatusButton::StatusButton(Scheduler& scheduler, std::function<void(const Show& show)> press, QWidget* parent)
     : Pressable(parent), message_(scheduler), messageWidth_(this, springs::standard, [this](double) {
           updateGeometry();
           if (widthChanged_) widthChanged_();
@@ -34,8 +35,11 @@ StatusButton::StatusButton(Scheduler& scheduler, std::function<QString()> press,
         messageWidth_.moveTo(text == 0 ? 0 : messageGap + text);
         update();
     });
-    QObject::connect(this, &QAbstractButton::clicked, this,
-                     [this, press = std::move(press)] { message_.show(press()); });
+    QObject::connect(this, &QAbstractButton::clicked, this, [this, press = std::move(press)] {
+        press([button = QPointer(this)](const QString& message) {
+            if (button) button->message_.show(message);
+        });
+    });
 }
 
 QSize StatusButton::sizeHint() const {

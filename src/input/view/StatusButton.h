@@ -20,8 +20,10 @@ public:
     void onWidthChanged(std::function<void()> handler) { widthChanged_ = std::move(handler); }
 
 protected:
-    // `press` does what the button is for and returns the message to show.
-    StatusButton(Scheduler& scheduler, std::function<QString()> press, QWidget* parent);
+    // Does nothing once the button has gone.
+    using Show = std::function<void(const QString& message)>;
+    // `press` does what the button is for and shows a message, at once or later.
+    StatusButton(Scheduler& scheduler, std::function<void(const Show& show)> press, QWidget* parent);
 
     // Of the label, without the message.
     [[nodiscard]] virtual QSize labelSize() const = 0;

@@ -18,8 +18,9 @@ WaypointButton::WaypointButton(const QString& chatLink, const ChatLinkNeeds& nee
                                QWidget* parent)
     : StatusButton(
           scheduler,
-          [this, link = chatLink.toStdString(), needs] {
-              return QString::fromStdString(pressChatLink(link, needs, clickedWithShift_));
+          [this, link = chatLink.toStdString(), needs](const Show& show) {
+              pressChatLink(link, needs, clickedWithShift_,
+                            [show](const std::string& message) { show(QString::fromStdString(message)); });
           },
           parent) {
     setToolTip(QStringLiteral("Copy to clipboard\nShift + click types it into the chat"));

@@ -1,6 +1,7 @@
 #pragma once
 // The synthetic key events: each is made once, at the start or when the layout is learned, and used again for every
-// later post. They bear a mark by which Vantor knows its own. Main thread.
+// later post. They bear a mark by which Vantor knows its own. Main
+// thread while the layout is learned, then the typing thread.
 
 #include <memory>
 

@@ -8,6 +8,7 @@
 
 #include <unistd.h>
 
+#include <functional>
 #include <thread>
 #include <utility>
 
@@ -16,15 +17,15 @@
 
 // Hears which application is in front.
 @interface VantorFrontmostObserver : NSObject {
-    vantor::Workspace::FrontmostHandler* handler_;
+    std::function<void(NSRunningApplication*)>* handler_;
 }
-- (id)initWithHandler:(vantor::Workspace::FrontmostHandler)handler;
+- (id)initWithHandler:(std::function<void(NSRunningApplication*)>)handler;
 @end
 
 @implementation VantorFrontmostObserver
-- (id)initWithHandler:(vantor::Workspace::FrontmostHandler)handler {
+- (id)initWithHandler:(std::function<void(NSRunningApplication*)>)handler {
     self = [super init];
-    if (self) handler_ = new vantor::Workspace::FrontmostHandler(std::move(handler));
+    if (self) handler_ = new std::function<void(NSRunningApplication*)>(std::move(handler));
     return self;
 }
 - (void)dealloc {
@@ -38,8 +39,7 @@
     (void)keyPath, (void)object, (void)context;
     // In a change, no application is an object too.
     const id found = [change objectForKey:NSKeyValueChangeNewKey];
-    NSRunningApplication* const application = [found isKindOfClass:[NSRunningApplication class]] ? found : nil;
-    (*handler_)(vantor::plainText([application bundleIdentifier]));
+    (*handler_)([found isKindOfClass:[NSRunningApplication class]] ? found : nil);
 }
 @end
 
@@ -62,9 +62,7 @@ bool hasKeyboard(AXUIElementRef system) {
 
 NSString* frontmostKey() { return NSStringFromSelector(@selector(frontmostApplication)); }
 
-}  // namespace
-
-Subscription SharedWorkspace::observeFrontmostApplication(FrontmostHandler handler) {
+Subscription observeFrontmost(std::function<void(NSRunningApplication*)> handler) {
     VantorFrontmostObserver* const observer = [[VantorFrontmostObserver alloc] initWithHandler:std::move(handler)];
     [[NSWorkspace sharedWorkspace] addObserver:observer
                                     forKeyPath:frontmostKey()
@@ -73,6 +71,18 @@ Subscription SharedWorkspace::observeFrontmostApplication(FrontmostHandler handl
     return Subscription([observer] {
         [[NSWorkspace sharedWorkspace] removeObserver:observer forKeyPath:frontmostKey()];
         [observer autorelease];  // its handler may be what ends this
+    });
+}
+
+}  // namespace
+
+SharedWorkspace::SharedWorkspace()
+    : frontmostObserver_(observeFrontmost(
+          [this](NSRunningApplication* application) { frontmost_ = [application processIdentifier]; })) {}
+
+Subscription SharedWorkspace::observeFrontmostApplication(FrontmostHandler handler) {
+    return observeFrontmost([handler = std::move(handler)](NSRunningApplication* application) {
+        handler(plainText([application bundleIdentifier]));
     });
 }
 
@@ -91,21 +101,26 @@ void SharedWorkspace::hideAndUnhideWithoutActivation() {
     [application unhideWithoutActivation];
 }
 
-bool SharedWorkspace::awaitFocusReturned(std::chrono::milliseconds atMost) {
-    keptFocus_ = false;
+bool SharedWorkspace::awaitOther(std::chrono::milliseconds atMost) {
+    typedInto_ = frontmost_;
     if (!wasActive_) return true;
     const Owned<AXUIElementRef> system(AXUIElementCreateSystemWide());
     // An application that does not answer is not this one.
     AXUIElementSetMessagingTimeout(system.get(), secondsToAnswer);
     const auto deadline = std::chrono::steady_clock::now() + atMost;
     while (hasKeyboard(system.get())) {
-        if (std::chrono::steady_clock::now() >= deadline) {
-            keptFocus_ = true;
-            return false;
-        }
+        if (std::chrono::steady_clock::now() >= deadline) return false;
         std::this_thread::sleep_for(lookAgainAfter);
     }
+    typedInto_ = frontmost_;
     return true;
+}
+
+bool SharedWorkspace::isKept() {
+    const int now = frontmost_;
+    // That Vantor is not in front any more may be heard later than it is so.
+    if (typedInto_ == getpid()) typedInto_ = now;
+    return now == typedInto_;
 }
 
 }  // namespace vantor

@@ -51,6 +51,7 @@ extern NSString* const NSWorkspaceAccessibilityDisplayOptionsDidChangeNotificati
     NSString* bundleIdentifier_;
 }
 @property(readonly, copy) NSString* bundleIdentifier;
+@property(readonly) int processIdentifier;
 @end
 
 @interface NSWorkspace : NSObject {

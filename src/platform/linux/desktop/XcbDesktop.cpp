@@ -86,6 +86,11 @@ bool XcbDesktop::isViewable(xcb_window_t window) const {
     return attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
 }
 
+bool XcbDesktop::isUnmapped(xcb_window_t window) const {
+    const auto attributes = attributesOf(connection(), window);
+    return attributes && attributes->map_state == XCB_MAP_STATE_UNMAPPED;
+}
+
 std::optional<WindowPlace> XcbDesktop::placeOnRoot(xcb_window_t window) const {
     const auto sizeAsked = xcb_get_geometry(connection(), window);
     const auto cornerAsked = xcb_translate_coordinates(connection(), window, root(), 0, 0);

@@ -43,6 +43,8 @@ public:
     [[nodiscard]] std::optional<std::uint32_t> process(xcb_window_t window) const;
     [[nodiscard]] bool exists(xcb_window_t window) const;
     [[nodiscard]] bool isViewable(xcb_window_t window) const;
+    // By its own client; one that the manager hides with its frame is mapped.
+    [[nodiscard]] bool isUnmapped(xcb_window_t window) const;
     // On the whole desktop, in pixels.
     [[nodiscard]] std::optional<WindowPlace> placeOnRoot(xcb_window_t window) const;
     // The managed windows, the topmost first.

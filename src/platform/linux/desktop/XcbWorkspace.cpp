@@ -1,7 +1,5 @@
 #include "platform/linux/desktop/XcbWorkspace.h"
 
-#include <poll.h>
-
 #include <QtCore/QAbstractEventDispatcher>
 #include <QtCore/QMetaObject>
 #include <algorithm>
@@ -10,7 +8,6 @@
 namespace vantor {
 namespace {
 
-constexpr std::chrono::milliseconds lookAgainAfter{2};
 // A window manager names no window for a moment while it moves the focus from one to another; our windows would
 // flicker.
 constexpr std::chrono::milliseconds noneIsMeantAfter{100};
@@ -63,26 +60,6 @@ void XcbWorkspace::hideAndUnhideWithoutActivation() {
     desktop_->flush();
     // What the questions above have read from the socket no longer wakes the notifier.
     QMetaObject::invokeMethod(&readable_, [this] { drain(); }, Qt::QueuedConnection);
-}
-
-bool XcbWorkspace::awaitFocusReturned(std::chrono::milliseconds atMost) {
-    const auto deadline = std::chrono::steady_clock::now() + atMost;
-    const bool somebodyTakesIt = isManaged() && windowToGiveTheFocus() != XCB_NONE;
-    // The server's focus decides where keys go. While the manager moves it, it may be nobody's, or the application's
-    // that has not been told yet: keys would be lost until the manager names the one that has it.
-    const auto returned = [&] {
-        const auto active = desktop_->activeWindow();
-        if (somebodyTakesIt) return active != XCB_NONE && !isOwn(active) && isFocused(active);
-        return !isOwn(active) && !isOwn(desktop_->clientWindow(desktop_->focusedWindow()));
-    };
-    bool done = returned();
-    while (!done && std::chrono::steady_clock::now() < deadline && !xcb_connection_has_error(desktop_->connection())) {
-        pollfd descriptor{xcb_get_file_descriptor(desktop_->connection()), POLLIN, 0};
-        ::poll(&descriptor, 1, static_cast<int>(lookAgainAfter.count()));
-        done = returned();
-    }
-    QMetaObject::invokeMethod(&readable_, [this] { drain(); }, Qt::QueuedConnection);
-    return done;
 }
 
 PointerHold XcbWorkspace::pointerHold() const {

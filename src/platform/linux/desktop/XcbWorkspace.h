@@ -31,7 +31,6 @@ public:
     Subscription observeFrontmostWindow(FrontmostWindowHandler handler);
     [[nodiscard]] std::optional<std::string> displayName(const std::string& identifier) const override;
     void hideAndUnhideWithoutActivation() override;
-    bool awaitFocusReturned(std::chrono::milliseconds atMost) override;
     [[nodiscard]] PointerHold pointerHold() const override;
 
 private:

@@ -1,6 +1,6 @@
 #pragma once
 // Owner of the guardian, the small program that undoes what Vantor left in the X server's keyboard when Vantor ends in
-// the middle of a text. Main thread.
+// the middle of a text. The typing thread.
 
 #include <sys/types.h>
 

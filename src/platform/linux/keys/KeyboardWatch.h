@@ -1,6 +1,6 @@
 #pragma once
 // The state of the core keyboard as the server tells it, on a connection of its own: the events of Vantor's other one
-// belong to the stream of keys. Asking for what is new costs one system call and no round trip. Main thread.
+// belong to the stream of keys. Asking for what is new costs one system call and no round trip. The typing thread.
 
 #include <cstdint>
 

@@ -1,7 +1,7 @@
 #pragma once
 // Keeps the keyboard neutral while Vantor types, and gives it back at the end. Posted events add to what the player
 // holds, latches and locks: so held modifiers are released and never pressed again, locks are taken out and put back,
-// and the group is the one that the next key is meant in. Main thread.
+// and the group is the one that the next key is meant in. The typing thread.
 
 #include <cstdint>
 #include <optional>

@@ -6,10 +6,10 @@ namespace vantor {
 
 void PostedKeys::send(std::uint8_t xKeycode, bool down) {
     if (down && pending_) pending_->note(xKeycode);
+    record_.posted(xKeycode, down);
     // The flags are not sent: here an event adds to what is held, and the modifier keys are posted themselves.
     xcb_test_fake_input(connection_.get(), down ? XCB_KEY_PRESS : XCB_KEY_RELEASE, xKeycode, XCB_CURRENT_TIME,
                         connection_.root(), 0, 0, 0);
-    record_.posted(xKeycode, down, PostedKeyRecord::Clock::now());
     if (down_[xKeycode] == down) return;
     down_[xKeycode] = down;
     if (down) {

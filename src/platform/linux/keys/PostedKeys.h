@@ -1,6 +1,6 @@
 #pragma once
-// The keys that Vantor has down: sends their presses and releases, and notes both for whoever must know of them. Main
-// thread.
+// The keys that Vantor has down: sends their presses and releases, and notes both for whoever must know of them. The
+// typing thread.
 
 #include <bitset>
 #include <cstdint>

@@ -6,8 +6,10 @@
 #include <utility>
 
 #include "platform/KeyClasses.h"
+#include "platform/linux/XWayland.h"
 #include "platform/linux/keys/KeyCodes.h"
 #include "platform/linux/keys/KeyboardUndo.h"
+#include "platform/linux/keys/PostingTrial.h"
 
 namespace vantor {
 namespace {
@@ -49,6 +51,7 @@ private:
 XTestKeyPoster::XTestKeyPoster(XConnection& connection, PostedKeyRecord& record, const XkbKeyboardLayout& learned,
                                std::filesystem::path guardian)
     : connection_(connection),
+      record_(record),
       keys_(connection, record),
       learned_(learned),
       effects_(learned.keymap()),
@@ -64,6 +67,21 @@ XTestKeyPoster::~XTestKeyPoster() {
     if (!connection_.get()) return;
     keys_.releaseAll();
     xcb_flush(connection_.get());
+}
+
+bool XTestKeyPoster::isAllowed() {
+    if (arrives_) return true;
+    static_cast<void>(connection_.renew());
+    arrives_ = !connection_.hasTest() || !xwaylandVersion(connection_) ||
+               keyArrives(meaninglessKey(learned_.keymap()), [this](std::uint8_t xKeycode) { tap(xKeycode); });
+    return arrives_;
+}
+
+void XTestKeyPoster::tap(std::uint8_t xKeycode) {
+    for (const bool down : {true, false}) keys_.send(xKeycode, down);
+    const auto done =
+        owned(xcb_get_input_focus_reply(connection_.get(), xcb_get_input_focus(connection_.get()), nullptr));
+    record_.answered(std::chrono::steady_clock::now());
 }
 
 std::unique_ptr<KeyPoster::Typing> XTestKeyPoster::beginTyping() {
@@ -83,6 +101,7 @@ void XTestKeyPoster::endTyping() {
     if (connection_.isLost()) return settleAfterLoss();
     neutral_.reset();
     if (connection_.isLost()) return settleAfterLoss();
+    record_.answered(std::chrono::steady_clock::now());
     keys_.noteIn(nullptr);
 }
 
@@ -119,6 +138,7 @@ PostVerdict XTestKeyPoster::post(const PostedKey& key) {
         const auto done =
             owned(xcb_get_input_focus_reply(connection_.get(), xcb_get_input_focus(connection_.get()), nullptr));
         lastPress_ = std::chrono::steady_clock::now();
+        record_.answered(lastPress_);
     }
     if (!connection_.isLost()) return PostVerdict::posted;
     settleAfterLoss();
@@ -127,6 +147,7 @@ PostVerdict XTestKeyPoster::post(const PostedKey& key) {
 
 void XTestKeyPoster::settleAfterLoss() {
     if (!neutral_) return;
+    record_.answered(std::chrono::steady_clock::now());
     neutral_.reset();  // leaves the notes as they are: nothing goes out any more
     keys_.noteIn(nullptr);
     if (guardian_.letGo()) return;

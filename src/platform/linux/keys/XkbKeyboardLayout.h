@@ -1,6 +1,6 @@
 #pragma once
 // The keyboard layout through xkbcommon: what posting a key together with the Shift, Control and right Alt keys would
-// give, in the group in force when it was read, the keypad as with Num Lock. Main thread.
+// give, in the group in force when it was read, the keypad as with Num Lock. One thread.
 
 #include <cstdint>
 #include <memory>

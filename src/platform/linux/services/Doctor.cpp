@@ -5,11 +5,14 @@
 #include <QtCore/QProcess>
 #include <QtDBus/QDBusConnection>
 #include <QtDBus/QDBusConnectionInterface>
+#include <QtDBus/QDBusMessage>
 #include <algorithm>
 #include <cstdlib>
 #include <memory>
 
+#include "platform/linux/XWayland.h"
 #include "platform/linux/desktop/XcbDesktop.h"
+#include "platform/linux/services/PortalShortcuts.h"
 
 namespace vantor {
 namespace {
@@ -18,17 +21,17 @@ namespace fs = std::filesystem;
 
 using Kind = CapabilityKind;
 
+constexpr int keyringPatience = 2000;  // milliseconds
+const QString noReply = QStringLiteral("org.freedesktop.DBus.Error.NoReply");
+const QString timeout = QStringLiteral("org.freedesktop.DBus.Error.Timeout");
+
 bool isSet(const char* variable) {
     const char* value = std::getenv(variable);
     return value && *value;
 }
 
-// Asks the session bus, if there is one: without an address the library would start a bus of its own.
 std::optional<QDBusConnection> sessionBus() {
-    const char* runtime = std::getenv("XDG_RUNTIME_DIR");
-    std::error_code none;
-    if (!isSet("DBUS_SESSION_BUS_ADDRESS") && !(runtime && fs::exists(fs::path(runtime) / "bus", none)))
-        return std::nullopt;
+    if (!hasSessionBus()) return std::nullopt;
     auto bus = QDBusConnection::sessionBus();
     return bus.isConnected() ? std::optional(bus) : std::nullopt;
 }
@@ -50,11 +53,59 @@ std::string colourEmojiFont() {
     return {};
 }
 
-Capability capability(Kind kind, bool present, const char* found, const std::string& advice) {
+// One that has a name on the bus may still never answer. None that is not running is started for the question.
+bool answers(const std::optional<QDBusConnection>& bus, const QString& keyring) {
+    if (!bus || !bus->interface()->isServiceRegistered(keyring)) return true;
+    auto question =
+        QDBusMessage::createMethodCall(keyring, QStringLiteral("/org/freedesktop/secrets"),
+                                       QStringLiteral("org.freedesktop.Secret.Service"), QStringLiteral("ReadAlias"));
+    question << QStringLiteral("default");
+    const auto answer = bus->call(question, QDBus::Block, keyringPatience);
+    return answer.type() != QDBusMessage::ErrorMessage ||
+           (answer.errorName() != noReply && answer.errorName() != timeout);
+}
+
+Capability keyringHere(const std::optional<QDBusConnection>& bus, const OwnFiles& files) {
+    const std::string& keyring = files.keyring;
+    if (!busHas(bus, keyring.c_str()))
+        return {Kind::keyring, false,
+                bus ? "logins cannot be stored: install a keyring such as gnome-keyring"
+                    : "logins cannot be stored: this session has no bus"};
+    if (files.asksServices && !answers(bus, QString::fromStdString(keyring)))
+        return {Kind::keyring, false, "keyring does not answer: accounts are kept until Vantor ends"};
+    return {Kind::keyring, true, keyring};
+}
+
+// What the server may ask of the player, only a text can tell.
+std::string postingHere(const XcbDesktop& desktop) {
+    const auto version = xwaylandVersion(desktop.server());
+    if (!version) return "XTEST";
+    return "XTEST, into XWayland " + *version +
+           "; whether the desktop asks you to allow it shows at the first text only, then allow it";
+}
+
+std::string rawKeysHere(const OwnFiles& files) {
+    if (!isWaylandSession()) return "XInput 2";
+    if (!files.asksServices) return "XInput 2, while a window of X11's has the keyboard";
+    return hasSessionBus() && hasShortcutPortal()
+               ? "XInput 2, and the desktop's own shortcuts by its portal"
+               : "XInput 2, while a window of X11's has the keyboard; this desktop has no portal for "
+                 "shortcuts: bind Vantor's commands in its settings";
+}
+
+Capability capability(Kind kind, bool present, const std::string& found, const std::string& advice) {
     return {kind, present, present ? found : advice};
 }
 
 }  // namespace
+
+bool hasSessionBus() {
+    const char* runtime = std::getenv("XDG_RUNTIME_DIR");
+    std::error_code none;
+    return isSet("DBUS_SESSION_BUS_ADDRESS") || (runtime && fs::exists(fs::path(runtime) / "bus", none));
+}
+
+bool isWaylandSession() { return isSet("WAYLAND_DISPLAY"); }
 
 std::vector<Capability> examineCapabilities(const OwnFiles& files) {
     const auto desktop = XcbDesktop::connect();
@@ -68,10 +119,11 @@ std::vector<Capability> examineCapabilities(const OwnFiles& files) {
     std::vector<Capability> capabilities;
     capabilities.push_back(capability(Kind::display, desktop != nullptr, "an X server answers", displayAdvice));
     capabilities.push_back(capability(Kind::rawKeys, onDisplay([](const auto& it) { return it.server().hasRawKeys(); }),
-                                      "XInput 2",
+                                      rawKeysHere(files),
                                       "hotkeys work in Vantor's own windows only: needs an X server with XInput 2.1"));
     capabilities.push_back(capability(Kind::posting, onDisplay([](const auto& it) { return it.server().hasTest(); }),
-                                      "XTEST", "nothing can be typed into the game: needs an X server with XTEST"));
+                                      desktop ? postingHere(*desktop) : "",
+                                      "nothing can be typed into the game: needs an X server with XTEST"));
     capabilities.push_back(capability(Kind::layout, onDisplay([](const auto& it) { return it.server().hasKeyboard(); }),
                                       "XKB", "the keyboard's layout is unknown: needs an X server with XKB"));
     capabilities.push_back(capability(
@@ -90,9 +142,7 @@ std::vector<Capability> examineCapabilities(const OwnFiles& files) {
     capabilities.push_back(capability(Kind::tray, tray || busHas(bus, "org.kde.StatusNotifierWatcher"),
                                       "a status bar is there",
                                       "no status item is shown: start a panel with a tray, or use the floating icon"));
-    capabilities.push_back(capability(Kind::keyring, busHas(bus, "org.freedesktop.secrets"), "org.freedesktop.secrets",
-                                      bus ? "logins cannot be stored: install a keyring such as gnome-keyring"
-                                          : "logins cannot be stored: this session has no bus"));
+    capabilities.push_back(keyringHere(bus, files));
     const auto emoji = colourEmojiFont();
     capabilities.push_back({Kind::fonts, !emoji.empty(),
                             emoji.empty() ? "emotes are drawn without colour: install fonts-noto-color-emoji" : emoji});
