@@ -28,14 +28,10 @@ bool XcbTypingFocus::awaitOther(std::chrono::milliseconds atMost) {
     if (desktop_->server().isLost())
         if (auto again = XcbDesktop::connect()) desktop_ = std::move(again);
     if (!comesTrue([this, toSomebody = somebodyTakesIt()] { return hasReturned(toSomebody); })) return false;
-    const xcb_window_t keptBefore = wasTaken_ ? client_ : xcb_window_t{XCB_NONE};
+    // The menu that this was chosen from may still be closing. What stays may be a locked screen: nobody says who it
+    // is.
+    if (!comesTrue([this] { return !desktop_->othersHoldKeyboard(); })) return false;
     lookAtFocus();
-    wasTaken_ = desktop_->othersHoldKeyboard();
-    if (wasTaken_ && client_ != keptBefore) {
-        // The menu that this was chosen from may still be closing. What stays is the game's own way.
-        wasTaken_ = !comesTrue([this] { return !desktop_->othersHoldKeyboard(); });
-        lookAtFocus();
-    }
     return !desktop_->server().isLost() && !isOwn(client_);
 }
 
@@ -51,7 +47,7 @@ bool XcbTypingFocus::isKept() {
         if (client == XCB_NONE || client != client_) return false;
         focused_ = focused;
     }
-    return wasTaken_ || !desktop_->othersHoldKeyboard();
+    return !desktop_->othersHoldKeyboard();
 }
 
 bool XcbTypingFocus::isOwn(xcb_window_t window) const {

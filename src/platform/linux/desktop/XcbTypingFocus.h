@@ -18,8 +18,8 @@ public:
         : desktop_(std::move(desktop)), ownProcess_(ownProcess) {}
 
     [[nodiscard]] bool awaitOther(std::chrono::milliseconds atMost) override;
-    // The same while the focus moves between windows inside the one that the window manager knows. Not while another
-    // client has taken the keyboard for itself since: a menu, a switcher of windows, a locked screen.
+    // The same while the focus moves between windows inside the one that the window manager knows. Both not while
+    // another client has taken the keyboard for itself: a menu, a switcher of windows, a locked screen.
     [[nodiscard]] bool isKept() override;
 
 private:
@@ -34,7 +34,6 @@ private:
     std::uint32_t ownProcess_;
     xcb_window_t focused_ = XCB_NONE;
     xcb_window_t client_ = XCB_NONE;  // that the focused one belongs to
-    bool wasTaken_ = false;           // the keyboard, when it began: by the game itself, as it seems
 };
 
 }  // namespace vantor
