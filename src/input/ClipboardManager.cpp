@@ -4,6 +4,8 @@
 #include <mutex>
 #include <utility>
 
+#include "platform/KeyClasses.h"
+
 namespace vantor {
 namespace {
 
@@ -122,8 +124,9 @@ void ClipboardManager::complete(const Typed& typed) {
     const Operation done = *std::exchange(underWay_, std::nullopt);
     isTyping_ = false;
     // What waits was meant for the same window.
-    if (done.isText && typed.end == End::focusMoved) endTexts(End::focusMoved);
-    if (const std::string fault = faultOf(typed, done.isText); !fault.empty() && needs_.say) needs_.say(fault);
+    if (typed.end == End::focusMoved) endTexts(End::focusMoved);
+    // Of those that it dropped the one that was under way has told.
+    if (done.dropped == End::whole) sayFault(typed, done.isText);
     if (done.then) done.then(typed);
     changed_.announce();
     advance();
@@ -140,7 +143,15 @@ bool ClipboardManager::finish(std::chrono::milliseconds atMost) {
     waiting_.clear();
     thread_->typist.state().wish = End::stopped;
     std::unique_lock lock(thread_->mutex);
-    return thread_->rests.wait_for(lock, atMost, [this] { return !thread_->works; });
+    const bool rests = thread_->rests.wait_for(lock, atMost, [this] { return !thread_->works; });
+    if (const auto typed = progress(); typed && typed->posted < typed->characters)
+        sayFault({.end = End::stopped, .posted = typed->posted, .characters = typed->characters}, true);
+    return rests;
+}
+
+void ClipboardManager::sayFault(const Typed& typed, bool isText) const {
+    const std::string fault = faultOf(typed, isText);
+    if (!fault.empty() && needs_.say) needs_.say(fault);
 }
 
 std::optional<ClipboardManager::Progress> ClipboardManager::progress() const {
@@ -156,14 +167,14 @@ void ClipboardManager::hearPlayer(const KeyEvent& event) {
     const bool down = event.type == KeyEventType::keyDown;
     const bool wasDown = playersKeys_[event.keyCode];
     playersKeys_[event.keyCode] = down;
-    if (down && !wasDown && isTyping_) endTexts(End::playerTyped);
+    if (down && !wasDown && isTyping_) endTexts(event.keyCode == key_code::escape ? End::stopped : End::playerTyped);
 }
 
 std::string statusOf(const Typed& typed) { return typed.end == End::whole ? "typed in app" : "stopped"; }
 
 std::string faultOf(const Typed& typed, bool isText) {
     if (typed.end == End::whole) return {};
-    if (typed.end == End::focusKept) return "the game did not get the focus back: nothing was typed";
+    if (typed.end == End::focusKept) return "the game did not get the keyboard back: nothing was typed";
     if (typed.end == End::notAllowed)
         return "the desktop asks whether Vantor may press keys, and nothing was typed: allow it in the dialog, then "
                "again";

@@ -83,6 +83,7 @@ private:
     void runThere(std::function<Typed(Typist&)> work, std::function<void(const Typed&)> here);
     void complete(const Typed& typed);
     void endTexts(Typed::End end);
+    void sayFault(const Typed& typed, bool isText) const;
     void hearPlayer(const KeyEvent& event);
 
     Needs needs_;

@@ -634,6 +634,7 @@ def mid_text():
         typing(start, long)
         check(tell("--quit").returncode == 0 and wait_until(lambda: not vantor.alive()) and wait_until(game.keys_are_up),
                      "--quit in mid-text leaves nothing down", game.record()[-4:])
+        check(wait_until(new_line), "and says how far it came", vantor.lines[-2:])
 
 
 def commands():

@@ -6,6 +6,7 @@
 
 #include "fake/FakeKeyboardLayout.h"
 #include "input/PastedText.h"
+#include "platform/KeyClasses.h"
 #include "platform/linux/keys/XkbKeyboardLayout.h"
 #include "unit/Typing.h"
 
@@ -18,6 +19,7 @@ using End = Typed::End;
 using Waits = std::vector<std::chrono::microseconds>;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::SizeIs;
 
 // "56↓ 0↓/131328 0↑/131328 56↑": code and direction, and the flags where there are any; "@1" in another layout.
 std::string written(FakeKeyPoster& poster) {
@@ -70,6 +72,7 @@ TEST_F(ClipboardManagerTest, TypesEachCharacterWithItsModifiersAround) {
     }
     // Of what is pasted no control character is left that would press a shortcut, and a line ends once.
     EXPECT_EQ(pastedText("a\r\nb\rc\n\x01\td\x7f\u0085"), "a\nb\rc\n\td");
+    EXPECT_EQ(pastedText("a\r\r\nb\r\x01\nc"), "a\r\rb\r\rc") << "two line ends each";
 }
 
 TEST_F(ClipboardManagerTest, PressesTheNamedKeyFirstAndItsModifiersAfterIt) {
@@ -139,7 +142,7 @@ TEST_F(ClipboardManagerTest, PostsAfterTheFocusWaitInOneTypingWithAWaitAfterEach
     poster.allowed = false;
     EXPECT_EQ(typed("a"), "");
     poster.allowed = true;
-    EXPECT_THAT(said, ElementsAre(HasSubstr("focus back"), HasSubstr("focus back"), HasSubstr("dialog")));
+    EXPECT_THAT(said, ElementsAre(HasSubstr("keyboard back"), HasSubstr("keyboard back"), HasSubstr("dialog")));
 
     poster.failure = PostVerdict::lost;
     poster.failAt = 2;
@@ -161,6 +164,7 @@ TEST_F(ClipboardManagerTest, EndsBeforeTheNextStrokeLeavesNothingDownAndSaysHowF
     } const ways[] = {
         {"stopped", [this] { manager.stop(); }},
         {"another window has the keyboard", [this] { workspace.focusMoves = [] { return true; }; }},
+        {"stopped", [this] { monitors.pressInGame({KeyEventType::keyDown, key_code::escape, 0, ""}); }},
         {"you pressed a key", [&] { monitors.pressInGame(typing); }},
     };
     const std::pair<std::size_t, const char*> rows[] = {
@@ -171,6 +175,7 @@ TEST_F(ClipboardManagerTest, EndsBeforeTheNextStrokeLeavesNothingDownAndSaysHowF
             said.clear();
             workspace.focusMoves = nullptr;
             monitors.pressInGame({KeyEventType::keyUp, 4, 0, "h"});
+            monitors.pressInGame({KeyEventType::keyUp, key_code::escape, 0, ""});
             monitors.pressInGame(walking);
             poster.atPost = [&] {
                 monitors.pressInGame(walking);  // repeats
@@ -202,6 +207,7 @@ TEST_F(ClipboardManagerTest, WhatWaitsFollowsInOrderAndAStopTakesTheTextsThatWai
     manager.typeString("a", tell("first"));
     EXPECT_EQ(written(poster), "0↓/256 0↑/256 11↓/256 11↑/256 122↓ 122↑");
     EXPECT_THAT(order, ElementsAre("first typed in app", "second stopped", "third stopped", "camera typed in app"));
+    EXPECT_THAT(said, SizeIs(1)) << "one stop, one line";
     EXPECT_FALSE(manager.isBusy());
     poster.atPost = nullptr;
 
