@@ -18,7 +18,7 @@ namespace {
 constexpr std::chrono::milliseconds pasteDelay{600};
 constexpr std::chrono::seconds updateDelay{3};
 constexpr std::size_t addAppMenuItemPosition = 0;
-constexpr double leftOver = 1;  // seconds
+constexpr std::chrono::seconds leftOverTime{1};
 
 }  // namespace
 
@@ -142,14 +142,16 @@ void AppObserver::showTypingLine(bool shown) {
 }
 
 void AppObserver::actOnDesktopShortcut(const std::string& id) {
-    desktopActedAt_ = needs_.data.clock.preciseNow();
-    act({id == pasteShortcutId ? HotkeyAction::paste : HotkeyAction::toggle, id != pasteShortcutId});
+    const bool isToggle = id == toggleShortcutId || id == secondToggleShortcutId;
+    if (!isToggle && id != pasteShortcutId) return;
+    ++leftOver_;
+    needs_.scheduler.after(leftOverTime, [this] { --leftOver_; });
+    act({isToggle ? HotkeyAction::toggle : HotkeyAction::paste, isToggle});
 }
 
 void AppObserver::dispatch(const KeyEvent& event) {
     // The end of a key that the desktop has kept for itself may still come.
-    const bool isLeftOver = needs_.data.clock.preciseNow() - desktopActedAt_ < leftOver;
-    if (isLeftOver && event.keyCode != key_code::escape) return;
+    if (leftOver_ > 0 && event.keyCode != key_code::escape) return;
     act(decideHotkey(event, visible_, [this] { return focus_.isCurrentApplicationEnabled(); }, needs_.data.defaults));
 }
 

@@ -120,7 +120,7 @@ private:
     std::unique_ptr<AppWindow> typingWindow_;
     GameFocus focus_;
     bool visible_ = false;
-    double desktopActedAt_ = -1e9;  // on a shortcut that it had listened for, seconds since 1970
+    int leftOver_ = 0;  // shortcuts that the desktop has told of just now
     GameData data_;
     WebViewStore webViewStore_;
     AccountsCredentials credentials_;

@@ -67,8 +67,9 @@ std::vector<DesktopShortcut> desktopShortcuts(const Defaults& defaults) {
     const auto wish = [&](std::string_view key) {
         return triggerOf(QString::fromStdString(defaults.get<std::string>(key).value_or("")));
     };
-    return {{"toggle", "Open and close Vantor", wish(settings::windowToggleEvent)},
-            {"toggle-second", "Open and close Vantor, second", wish(settings::windowToggleSecondaryEvent)},
+    return {{std::string(toggleShortcutId), "Open and close Vantor", wish(settings::windowToggleEvent)},
+            {std::string(secondToggleShortcutId), "Open and close Vantor, second",
+             wish(settings::windowToggleSecondaryEvent)},
             {std::string(pasteShortcutId), "Type the clipboard into the game", "LOGO+v"}};
 }
 

@@ -34,6 +34,8 @@ struct HotkeyDecision {
                                      const Defaults& defaults);
 
 // What a desktop is asked to listen for, with the keys that are stored as their wishes.
+inline constexpr std::string_view toggleShortcutId = "toggle";
+inline constexpr std::string_view secondToggleShortcutId = "toggle-second";
 inline constexpr std::string_view pasteShortcutId = "paste";
 [[nodiscard]] std::vector<DesktopShortcut> desktopShortcuts(const Defaults& defaults);
 

@@ -240,8 +240,9 @@ std::unique_ptr<AppWindow> ViewWindows::make(AppWindowName name, AppObserver& ap
                 [&appObserver, prepare] {
                     auto window = std::make_unique<FloatWindow>(QStringLiteral("Vantor typing"), QSize(1, iconSize),
                                                                 false, prepare(WindowNature::nonActivating));
-                    // It lies where the player aims.
+                    // It lies where the player aims, and a window manager's frame would take the click.
                     window->setWindowFlag(Qt::WindowTransparentForInput);
+                    window->setWindowFlag(Qt::BypassWindowManagerHint);
                     FloatWindow& host = *window;
                     auto* const line = new TypingLineView(
                         appObserver.clipboardManager(), [&host](QSize size) { host.fit(size); }, &host);
