@@ -93,9 +93,9 @@ public:
     [[nodiscard]] Subscription withholdWithCommand(KeyCode keyCode) override {
         return raw_.withholdWithCommand(keyCode);
     }
-    void offerToDesktop(std::vector<DesktopShortcut> shortcuts,
-                        std::function<void(const std::string& id)> activated) override {
-        if (isWaylandSession() && hasSessionBus()) portal_.emplace(std::move(shortcuts), std::move(activated));
+    void offerToDesktop(const std::vector<DesktopShortcut>& shortcuts,
+                        const std::function<void(const std::string& id)>& activated) override {
+        if (isWaylandSession() && hasSessionBus()) portal_.emplace(shortcuts, activated);
     }
 
 private:

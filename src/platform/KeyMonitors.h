@@ -42,7 +42,8 @@ public:
     [[nodiscard]] virtual Subscription withholdWithCommand(KeyCode) { return {}; }
     // Has the desktop listen for these where the monitors do not hear every window's keys; once. The ids of those that
     // are pressed are told for as long as this lives.
-    virtual void offerToDesktop(std::vector<DesktopShortcut>, std::function<void(const std::string& id)>) {}
+    virtual void offerToDesktop(const std::vector<DesktopShortcut>&,
+                                const std::function<void(const std::string& id)>&) {}
 };
 
 }  // namespace vantor

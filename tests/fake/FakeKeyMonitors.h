@@ -26,10 +26,10 @@ public:
         return Subscription([counted = withheld] { --*counted; });
     }
 
-    void offerToDesktop(std::vector<DesktopShortcut> shortcuts,
-                        std::function<void(const std::string& id)> activated) override {
-        offered = std::move(shortcuts);
-        activate = std::move(activated);
+    void offerToDesktop(const std::vector<DesktopShortcut>& shortcuts,
+                        const std::function<void(const std::string& id)>& activated) override {
+        offered = shortcuts;
+        activate = activated;
     }
 
     void pressInGame(const KeyEvent& event) { inGame_.tell(event); }
