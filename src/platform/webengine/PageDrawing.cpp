@@ -7,6 +7,8 @@
 #include <QtQuick/QQuickPaintedItem>
 #include <QtQuick/QQuickWindow>
 #include <QtQuickWidgets/QQuickWidget>
+#include <QtWebEngineCore/QWebEnginePage>
+#include <QtWebEngineWidgets/QWebEngineView>
 
 namespace vantor {
 
@@ -48,7 +50,7 @@ QQuickItem* fadesOf(const QQuickWidget& drawing) {
 
 }  // namespace
 
-PageDrawings::PageDrawings(QWidget& view) : QObject(&view) { view.installEventFilter(this); }
+PageDrawings::PageDrawings(QWebEngineView& view) : QObject(&view) { view.installEventFilter(this); }
 
 bool PageDrawings::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::ChildAdded && watched == parent()) {
@@ -64,6 +66,13 @@ bool PageDrawings::eventFilter(QObject* watched, QEvent* event) {
 void PageDrawings::prepare(QQuickWidget& drawing) {
     // A layout may take out a drawing and put it back.
     if (fadesOf(drawing)) return;
+    // It is white until the page's process tells of its ground, which a busy machine lets be seen. Set as the engine
+    // does then: a transparent drawing is blended over all that lies below.
+    const QColor ground = static_cast<QWebEngineView*>(parent())->page()->backgroundColor();
+    const bool isTransparent = ground.alpha() < 255;
+    drawing.setClearColor(ground);
+    drawing.setAttribute(Qt::WA_AlwaysStackOnTop, isTransparent);
+    drawing.setAttribute(Qt::WA_OpaquePaintEvent, !isTransparent);
     (new EdgeFades(drawing.quickWindow()->contentItem()))->setSize(drawing.size());
     drawing.installEventFilter(this);
 }
